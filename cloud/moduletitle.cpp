@@ -1,0 +1,6 @@
+#include "moduletitle.h"
+
+QString veloraModuleTitle()
+{
+    return QStringLiteral("Velora");
+}

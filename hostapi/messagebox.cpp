@@ -1,0 +1,66 @@
+#include "messagebox.h"
+
+#include <QMessageBox>
+#include <QMutex>
+#include <QPushButton>
+
+namespace {
+QMutex s_mutex;
+MessageBoxes::Handler s_handler;
+}
+
+void MessageBoxes::setHandler(Handler handler)
+{
+    QMutexLocker lock(&s_mutex);
+    s_handler = std::move(handler);
+}
+
+bool MessageBoxes::hasHandler()
+{
+    QMutexLocker lock(&s_mutex);
+    return bool(s_handler);
+}
+
+int MessageBoxes::show(const MessageBoxRequest &request)
+{
+    Handler handler;
+    {
+        QMutexLocker lock(&s_mutex);
+        handler = s_handler;
+    }
+    if (handler)
+        return handler(request);
+
+    QMessageBox box(request.parent);
+    box.setWindowTitle(request.title.isEmpty() ? QStringLiteral("提示") : request.title);
+    box.setText(request.text);
+    box.setIcon(request.kind == 3 ? QMessageBox::Warning : QMessageBox::Information);
+    QList<QAbstractButton *> buttons;
+    if (request.buttons.isEmpty())
+        buttons << box.addButton(QStringLiteral("确定"), QMessageBox::AcceptRole);
+    for (const QString &caption : request.buttons)
+        buttons << box.addButton(caption, QMessageBox::ActionRole);
+    box.exec();
+    return buttons.indexOf(box.clickedButton());
+}
+
+int showInformation(const QString &text, QWidget *parent, QString s1, QString, QString, QString,
+                    int kind, int, int)
+{
+    MessageBoxRequest request;
+    request.text = text;
+    request.parent = parent;
+    request.title = s1;
+    request.kind = kind;
+    return MessageBoxes::show(request);
+}
+
+int showMessage(const QString &title, const QString &text, const QStringList &buttons, QWidget *parent)
+{
+    MessageBoxRequest request;
+    request.text = text;
+    request.parent = parent;
+    request.title = title;
+    request.buttons = buttons;
+    return MessageBoxes::show(request);
+}

@@ -1,0 +1,15 @@
+#pragma once
+#include <QDialog>
+
+#include <functional>
+
+// Every modal run of a host dialog goes through here, so that tests (and the
+// offscreen tour) can answer a dialog instead of a human: the answerer may
+// fill the dialog's fields and returns the exec() result.
+class ModalRun
+{
+public:
+    using Answerer = std::function<int(QDialog *)>;
+    static void setAnswerer(Answerer answerer);
+    static int exec(QDialog *dialog);
+};

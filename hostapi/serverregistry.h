@@ -1,0 +1,43 @@
+#pragma once
+#include "ltdinfo.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+// The host's list of cloud server entries and their login state. It owns the
+// LtdInfo objects; pointers stay valid for the life of the process (a refresh
+// updates entries in place and appends new ones).
+class ServerRegistry : public QObject
+{
+    Q_OBJECT
+public:
+    static ServerRegistry *instance();
+
+    // The host's full list, in the order the cloud gives it (the personal
+    // cloud, the Korvane cloud, "Korvane大数据", the enterprise servers ...).
+    QList<LtdInfo *> servers() const;
+    // Asks the cloud for the list (host-only method); false when it failed.
+    bool refresh();
+
+    // Logins. On failure the returned text is the message to show; empty on
+    // success. Success updates entries and announces it on staticPriLoginObj.
+    QString loginKorvane(const QString &user, const QString &password);
+    QString loginEnterprise(int hostIndex, const QString &user, const QString &password);
+    void logoutKorvane(bool forced);
+    void logoutEnterprise(const QString &serverName, bool forced);
+
+    // Forgets every entry and login (tests).
+    void reset();
+
+signals:
+    void changed();
+
+private:
+    explicit ServerRegistry(QObject *parent = nullptr);
+    LtdInfo *entryNamed(const QString &name) const;
+    std::vector<std::unique_ptr<LtdInfo>> m_entries;
+};

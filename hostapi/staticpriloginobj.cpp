@@ -1,0 +1,7 @@
+#include "staticpriloginobj.h"
+
+staticPriLoginObj *staticPriLoginObj::GetInstance()
+{
+    static staticPriLoginObj *broker = new staticPriLoginObj;
+    return broker;
+}

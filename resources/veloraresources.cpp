@@ -1,0 +1,8 @@
+#include "veloraresources.h"
+
+#include <QtGlobal>
+
+void veloraInitResources()
+{
+    Q_INIT_RESOURCE(velora);
+}
