@@ -77,13 +77,10 @@ ServiceDb::ServiceDb(const QString &filePath)
 ServiceDb::~ServiceDb()
 {
     QMutexLocker lock(&m_connectionsMutex);
-    for (const Entry &entry : qAsConst(m_connections)) {
-        {
-            QSqlDatabase db = QSqlDatabase::database(entry.name, false);
-            db.close();
-        }
+    // removeDatabase closes each connection; asking for the handle of another
+    // thread's connection is not allowed, so none is taken here.
+    for (const Entry &entry : qAsConst(m_connections))
         QSqlDatabase::removeDatabase(entry.name);
-    }
     m_connections.clear();
 }
 
