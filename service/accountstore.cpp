@@ -101,19 +101,21 @@ AccountStore::Session AccountStore::session(const QString &token)
     return s;
 }
 
-QString AccountStore::openEnterpriseSession(int enterpriseId, int userId, const QString &parentSession)
+QString AccountStore::openEnterpriseSession(int enterpriseId, int userId, const QString &parentSession,
+                                           const QString &kind)
 {
-    const QString token = QStringLiteral("ent_") + PasswordHash::randomToken();
-    m_db.exec(QStringLiteral("INSERT INTO enterprise_sessions(token, enterprise_id, user_id, parent_session, created)"
-                             " VALUES(?, ?, ?, ?, ?)"),
-              {token, enterpriseId, userId, parentSession, now()});
+    const QString token = (kind == QLatin1String("cj") ? QStringLiteral("cj_") : QStringLiteral("ent_"))
+        + PasswordHash::randomToken();
+    m_db.exec(QStringLiteral("INSERT INTO enterprise_sessions(token, enterprise_id, user_id, parent_session, created, kind)"
+                             " VALUES(?, ?, ?, ?, ?, ?)"),
+              {token, enterpriseId, userId, parentSession, now(), kind});
     return token;
 }
 
 void AccountStore::closeEnterpriseSessions(int enterpriseId, const QString &parentSession, const QString &token)
 {
     m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE enterprise_id = ? AND (token = ?"
-                             " OR (parent_session <> '' AND parent_session = ?))"),
+                             " OR (parent_session <> '' AND parent_session = ? AND kind = 'pri'))"),
               {enterpriseId, token, parentSession});
 }
 
@@ -129,14 +131,14 @@ AccountStore::EnterpriseSession AccountStore::enterpriseSession(const QString &t
     return s;
 }
 
-QString AccountStore::enterpriseTokenOf(const QString &parentSession, int enterpriseId)
+QString AccountStore::enterpriseTokenOf(const QString &parentSession, int enterpriseId, const QString &kind)
 {
     if (parentSession.isEmpty())
         return QString();
     return m_db
         .scalar(QStringLiteral("SELECT token FROM enterprise_sessions WHERE parent_session = ? AND enterprise_id = ?"
-                               " ORDER BY created DESC LIMIT 1"),
-                {parentSession, enterpriseId})
+                               " AND kind = ? ORDER BY created DESC, rowid DESC LIMIT 1"),
+                {parentSession, enterpriseId, kind})
         .toString();
 }
 

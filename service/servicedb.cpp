@@ -56,6 +56,8 @@ const QStringList &migrations()
             "CREATE INDEX idx_bills_project ON bills(project_id);"
             "CREATE INDEX idx_projects_scope ON projects(tier, owner);"
             "CREATE INDEX idx_prices_library ON material_prices(library_id)"),
+        // 3: sessions of the material price servers, opened with the Korvane login
+        QStringLiteral("ALTER TABLE enterprise_sessions ADD COLUMN kind TEXT NOT NULL DEFAULT 'pri'"),
     };
     return steps;
 }

@@ -102,11 +102,14 @@ private slots:
             for (const char *index : {"idx_sessions_user", "idx_chapters_parent", "idx_bills_scope", "idx_bills_project",
                                       "idx_projects_scope", "idx_prices_library"})
                 db.exec(QStringLiteral("DROP INDEX ") + QLatin1String(index));
+            db.exec(QStringLiteral("ALTER TABLE enterprise_sessions DROP COLUMN kind"));
             db.exec(QStringLiteral("PRAGMA user_version = 1"));
         }
         ServiceDb db(path);
         db.open();
-        QCOMPARE(db.schemaVersion(), 2);
+        QCOMPARE(db.schemaVersion(), ServiceDb::latestVersion());
+        QCOMPARE(db.schemaVersion(), 3);
+        db.exec(QStringLiteral("SELECT kind FROM enterprise_sessions"));
         QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE name = 'idx_bills_scope'")).toInt(), 1);
     }
 

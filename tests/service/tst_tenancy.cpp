@@ -142,7 +142,15 @@ private slots:
         QCOMPARE(texts(array(call("wangwu", "personal", "getaccumulatedprojects")), "xmmc"), QStringList());
         // wangwu has no enterprise entries; demo has two.
         QCOMPARE(array(call("wangwu", "korvane", "getserverlist")).size(), 3);
-        QCOMPARE(array(call("demo", "korvane", "getserverlist")).size(), 5);
+        QCOMPARE(array(call("demo", "korvane", "getserverlist")).size(), 7);
+        // A material price server's token opens only its own enterprise.
+        const QString cj = array(call("zhangsan", "korvane", "getserverlist")).at(4).toObject().value("token").toString();
+        QVERIFY(cj.startsWith("cj_"));
+        QCOMPARE(code(svc->call(cj, {{"method", "getenterprisepricelist"}, {"qiyeID", 1001}}, QString())), 0);
+        QCOMPARE(code(svc->call(cj, {{"method", "getenterprisepricelist"}, {"qiyeID", 1002}}, QString())), 3);
+        QCOMPARE(code(svc->call(cj, {{"method", "enterprisematrialedit"}, {"sjksyid", "cj-east-2024"}, {"oper", 3}, {"qiyeId", 1001}},
+                                QString())),
+                 3);
     }
 
     void matchedBillsStayInTheirTier()
