@@ -13,6 +13,12 @@ QString now()
     return QDateTime::currentDateTimeUtc().toString(Qt::ISODate);
 }
 
+// Logins older than this are refused; the user logs in again.
+QString sessionCutoff()
+{
+    return QDateTime::currentDateTimeUtc().addDays(-AccountStore::SessionDays).toString(Qt::ISODate);
+}
+
 }
 
 AccountStore::AccountStore(ServiceDb &db)
@@ -90,8 +96,8 @@ AccountStore::Session AccountStore::session(const QString &token)
     if (token.isEmpty())
         return s;
     QSqlQuery q = m_db.exec(QStringLiteral("SELECT u.id, u.username, u.display_name FROM sessions s"
-                                           " JOIN users u ON u.id = s.user_id WHERE s.token = ?"),
-                            {token});
+                                           " JOIN users u ON u.id = s.user_id WHERE s.token = ? AND s.created > ?"),
+                            {token, sessionCutoff()});
     if (q.next()) {
         s.userId = q.value(0).toInt();
         s.username = q.value(1).toString();
@@ -123,7 +129,8 @@ AccountStore::EnterpriseSession AccountStore::enterpriseSession(const QString &t
 {
     EnterpriseSession s;
     QSqlQuery q = m_db.exec(
-        QStringLiteral("SELECT user_id, enterprise_id FROM enterprise_sessions WHERE token = ?"), {token});
+        QStringLiteral("SELECT user_id, enterprise_id FROM enterprise_sessions WHERE token = ? AND created > ?"),
+        {token, sessionCutoff()});
     if (q.next()) {
         s.userId = q.value(0).toInt();
         s.enterpriseId = q.value(1).toInt();

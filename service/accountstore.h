@@ -27,6 +27,8 @@ public:
         Role role = NoRole;
     };
 
+    static constexpr int SessionDays = 30;
+
     explicit AccountStore(ServiceDb &db);
 
     int createUser(const QString &username, const QString &displayName, const QString &password,

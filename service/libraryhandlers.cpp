@@ -239,21 +239,23 @@ QJsonObject LibraryHandlers::uploadTaskBills(const RequestContext &request)
 
     ServiceDb &db = *m_context.db;
     BillStore store(db);
-    QSqlQuery t = db.exec(QStringLiteral("SELECT tier, owner, library_id, chapter_id, mark, qdcount, uploaded"
-                                         " FROM saving_tasks WHERE id = ?"),
-                          {taskId});
-    if (!t.next() || t.value(0).toInt() != scope.tier() || t.value(1).toInt() != scope.owner())
-        throw ServiceError(ServiceError::NotFound, QStringLiteral("保存任务不存在或已失效"));
-    const int libraryId = t.value(2).toInt();
-    QString chapterId = chapterOverride.isEmpty() ? t.value(3).toString() : chapterOverride;
-    const bool replace = t.value(4).toInt() == 1 && t.value(6).toInt() == 0;
-    const int room = t.value(5).toInt() - t.value(6).toInt();
-    if (!chapterId.isEmpty() && store.chapter(chapterId).libraryId != libraryId)
-        throw ServiceError(ServiceError::NotFound, QStringLiteral("章节不存在"));
-
     QVector<qint64> added, removed;
     QJsonArray failed;
+    QString chapterId;
+    // The task is read inside the transaction, so that two uploads to one task
+    // cannot both pass its bill count.
     db.write([&] {
+        QSqlQuery t = db.exec(QStringLiteral("SELECT tier, owner, library_id, chapter_id, mark, qdcount, uploaded"
+                                             " FROM saving_tasks WHERE id = ?"),
+                              {taskId});
+        if (!t.next() || t.value(0).toInt() != scope.tier() || t.value(1).toInt() != scope.owner())
+            throw ServiceError(ServiceError::NotFound, QStringLiteral("保存任务不存在或已失效"));
+        const int libraryId = t.value(2).toInt();
+        chapterId = chapterOverride.isEmpty() ? t.value(3).toString() : chapterOverride;
+        const bool replace = t.value(4).toInt() == 1 && t.value(6).toInt() == 0;
+        const int room = t.value(5).toInt() - t.value(6).toInt();
+        if (!chapterId.isEmpty() && store.chapter(chapterId).libraryId != libraryId)
+            throw ServiceError(ServiceError::NotFound, QStringLiteral("章节不存在"));
         if (chapterId.isEmpty()) {
             // The wizard names the default chapter's id; reuse it when it is there.
             const BillStore::Chapter existing = store.chapter(defaultChapter);

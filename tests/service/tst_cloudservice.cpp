@@ -1,7 +1,12 @@
 #include "hostfixture.h"
 #include "servicetestbase.h"
 
+#include <service/servicecore.h>
+#include <service/servicedb.h>
 #include <service/serviceseed.h>
+
+#include <QDateTime>
+#include <QDir>
 
 #include <QJsonDocument>
 #include <QtTest>
@@ -193,6 +198,23 @@ private slots:
         const QJsonArray list = svc->call(QStringLiteral("kv_token"), method(QStringLiteral("getserverlist")), session)
                                     .value(QStringLiteral("data")).toArray();
         QCOMPARE(list.size(), 7);
+    }
+
+    void oldSessionsExpire()
+    {
+        const QString session = svc->login(ServiceSeed::DemoUser);
+        svc->close();
+        {
+            ServiceDb db(QDir(svc->dataDir()).filePath(ServiceCore::databaseFileName()));
+            db.open();
+            db.exec(QStringLiteral("UPDATE sessions SET created = ? WHERE token = ?"),
+                    {QDateTime::currentDateTimeUtc().addDays(-31).toString(Qt::ISODate), session});
+        }
+        svc->reopen();
+        const QJsonObject r = svc->call(QStringLiteral("kv_token_user"), method(QStringLiteral("getBZQDKList")), session);
+        QCOMPARE(code(r), 2);
+        QCOMPARE(svc->call(QStringLiteral("kv_token"), method(QStringLiteral("getserverlist")), session)
+                     .value(QStringLiteral("data")).toArray().size(), 3);
     }
 
     void unopenableFolderAnswersWithError()
