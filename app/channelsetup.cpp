@@ -13,9 +13,14 @@
 #define VELORA_HAVE_HTTP_CHANNEL 1
 #endif
 #if __has_include(<service/embeddedchannel.h>) && defined(VELORA_HAVE_SERVICE)
+#include <service/cloudservice.h>
 #include <service/embeddedchannel.h>
 #define VELORA_HAVE_EMBEDDED_CHANNEL 1
 #endif
+
+namespace {
+QString s_firstRunNote;
+}
 
 QString ChannelSetup::embeddedDataDir()
 {
@@ -33,7 +38,14 @@ QString ChannelSetup::install()
     }
 #ifdef VELORA_HAVE_EMBEDDED_CHANNEL
     QDir().mkpath(embeddedDataDir());
-    ServicesUtil::setChannel(std::make_shared<EmbeddedChannel>(embeddedDataDir()));
+    auto service = std::make_shared<CloudService>(embeddedDataDir());
+    if (!service->openError().isEmpty()) {
+        s_firstRunNote = service->openError();
+        ServicesUtil::setChannel(nullptr);
+        return QString();
+    }
+    s_firstRunNote = service->firstRunNotice();
+    ServicesUtil::setChannel(std::make_shared<EmbeddedChannel>(service));
     return QStringLiteral("嵌入式云服务");
 #else
     ServicesUtil::setChannel(nullptr);
@@ -43,5 +55,5 @@ QString ChannelSetup::install()
 
 QString ChannelSetup::firstRunNote()
 {
-    return QString();
+    return s_firstRunNote;
 }

@@ -38,13 +38,13 @@ void HostProgram::useChineseFont(QApplication &app)
     }
 }
 
-QStringList HostProgram::runTour(const QString &dir, QString *error)
+QStringList HostProgram::runTour(const QString &dir, QString *error, const QString &channelText)
 {
     ProjectDocument project;
     if (!loadSample(project, error))
         return {};
     MainWindow window(&project);
-    window.setChannelText(ChannelSetup::install());
+    window.setChannelText(channelText);
     TourRunner tour(&window, dir);
     const QStringList files = tour.run(error);
     window.close();
@@ -69,6 +69,7 @@ int HostProgram::run(QApplication &app)
     useChineseFont(app);
     ServicesUtil::publish();
     QTextStream out(stdout);
+    const QString channel = ChannelSetup::install();
     const QString note = ChannelSetup::firstRunNote();
     if (!note.isEmpty())
         out << note << '\n';
@@ -76,10 +77,12 @@ int HostProgram::run(QApplication &app)
     if (parser.isSet(tour)) {
         const QString dir = QDir(parser.value(tour)).absolutePath();
         QString error;
-        const QStringList files = runTour(dir, &error);
+        const QStringList files = runTour(dir, &error, channel);
         if (!error.isEmpty())
             QTextStream(stderr) << "tour: " << error << '\n';
         out << "tour: " << files.size() << " PNG files in " << dir << '\n';
+        // The service's databases close while Qt SQL is still alive.
+        ServicesUtil::setChannel(nullptr);
         return files.isEmpty() ? 1 : 0;
     }
 
@@ -87,10 +90,13 @@ int HostProgram::run(QApplication &app)
     QString error;
     if (!loadSample(project, &error)) {
         QTextStream(stderr) << error << '\n';
+        ServicesUtil::setChannel(nullptr);
         return 1;
     }
     MainWindow window(&project);
-    window.setChannelText(ChannelSetup::install());
+    window.setChannelText(channel);
     window.show();
-    return app.exec();
+    const int code = app.exec();
+    ServicesUtil::setChannel(nullptr);
+    return code;
 }

@@ -14,6 +14,7 @@ public:
     // The CJK-capable font the host uses, so Chinese text renders offscreen.
     static void useChineseFont(QApplication &app);
     // Builds the main window on the sample project and writes the tour into
-    // `dir`; returns the written files (empty and `error` set on failure).
-    static QStringList runTour(const QString &dir, QString *error);
+    // `dir` over the installed cloud channel; returns the written files
+    // (empty and `error` set on failure).
+    static QStringList runTour(const QString &dir, QString *error, const QString &channelText = QString());
 };
