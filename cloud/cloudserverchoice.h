@@ -4,7 +4,8 @@
 #include <QPointer>
 #include <QString>
 
-class CloudServerCombox;
+#include <hostapi/cloudservercombox.h>
+
 class LtdInfo;
 class QWidget;
 
