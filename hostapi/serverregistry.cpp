@@ -1,4 +1,5 @@
 #include "serverregistry.h"
+#include "apptype.h"
 #include "hostconstants.h"
 #include "servicesutil.h"
 #include "staticpriloginobj.h"
@@ -17,7 +18,7 @@ QJsonObject hostRequest(const QString &method, const QString &token, QJsonObject
 {
     fields.insert(QStringLiteral("method"), method);
     return QJsonObject{{QStringLiteral("cmd"), QStringLiteral("cloudSoft")},
-                       {QStringLiteral("app_type"), 0},
+                       {QStringLiteral("app_type"), AppType()},
                        {QStringLiteral("orgin_token"), token},
                        {QStringLiteral("data"), fields}};
 }
