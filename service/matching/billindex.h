@@ -1,0 +1,93 @@
+#pragma once
+#include <QReadWriteLock>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <memory>
+
+// One stored bill as the matcher sees it. `source` is 1 for a standard bill and
+// 2 for an accumulated project bill; `projectId` is empty for standard bills.
+// `scope` tells whose data it is (a tier owner key chosen by the caller; empty
+// for data everybody may see). `payload` is the caller's own handle (a row id).
+struct BillRecord
+{
+    qint64 id = 0;
+    int source = 1;
+    QString projectId;
+    QString scope;
+    QString code;        // 9-digit standard code, may be empty
+    QString name;
+    QString unit;
+    QString features;    // item features, usually several lines
+    QString workContent;
+    qint64 payload = 0;
+};
+
+// What to match against. Text fields describe the bill being priced; empty
+// fields simply do not contribute. `sourceMask`: 1 standard, 2 accumulated,
+// 3 both (0 matches nothing). `projectIds` limits accumulated bills to those
+// projects (empty: all projects; standard bills are never limited by it).
+// `scopes` limits records to those scope keys (empty: all). `keyword`, when
+// not blank, must occur in the bill's name, features or work content.
+struct BillQuery
+{
+    QString code;
+    QString name;
+    QString unit;
+    QString features;
+    QString workContent;
+    int sourceMask = 3;
+    QStringList projectIds;
+    QStringList scopes;
+    QString keyword;
+    int offset = 0;
+    int limit = 10;
+};
+
+struct BillMatch
+{
+    qint64 id = 0;
+    qint64 payload = 0;
+    double score = 0.0;
+};
+
+class BillIndexData;
+
+// In-memory ranking of stored bills: character bigrams of the Chinese text
+// (name, features, work content), spec tokens, the standard code and its
+// 6-digit class, and the unit. Ranking is deterministic; ties go to the bill
+// added first.
+//
+// Candidates come from the rarest query grams first under a fixed work budget;
+// at most `poolSize()` of them are then scored in full, so `total` (the
+// "allCount" of a paged reply) never exceeds that depth and every page is a
+// slice of the same full ranking.
+//
+// Thread safety: any number of concurrent query() calls; add()/remove()/build()
+// may run at any time and are serialised against queries.
+class BillIndex
+{
+public:
+    BillIndex();
+    ~BillIndex();
+    BillIndex(const BillIndex &) = delete;
+    BillIndex &operator=(const BillIndex &) = delete;
+
+    // Queued until the next build(); a record with an id already present
+    // replaces the old one.
+    void add(const BillRecord &record);
+    void remove(qint64 id);
+    // Makes every queued change searchable. Cheap when only a few bills were
+    // added since the last call.
+    void build();
+
+    QVector<BillMatch> query(const BillQuery &query, int *total = nullptr) const;
+
+    int size() const;
+    static int poolSize();
+
+private:
+    mutable QReadWriteLock m_lock;
+    std::unique_ptr<BillIndexData> m_data;
+};
