@@ -3,11 +3,15 @@
 #include "shutdownsignals.h"
 
 #include <service/cloudservice.h>
+#include <service/serviceerror.h>
 
 #include <QCoreApplication>
 #include <QDir>
 
 #include <cstdio>
+
+// A body that is not JSON is refused like any other malformed request.
+static_assert(CloudHttpServer::BadRequestCode == ServiceError::BadRequest, "bad-request codes differ");
 
 namespace {
 
