@@ -1,0 +1,30 @@
+#pragma once
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QString>
+
+// The cloud's answer: {"code", "msg", "data"}. Bytes that are empty or not a
+// JSON object give an unanswered reply.
+class CloudReply
+{
+public:
+    CloudReply() = default;
+    explicit CloudReply(const QJsonObject &object) : m_object(object) {}
+    static CloudReply parse(const QByteArray &bytes);
+
+    bool answered() const { return !m_object.isEmpty(); }
+    // "code" with a default of 0.
+    int code() const;
+    bool succeeded() const { return answered() && code() == 0; }
+    QString msg() const;
+    // Undefined when the reply has no "data".
+    QJsonValue data() const;
+    QJsonArray dataArray() const { return data().toArray(); }
+    QJsonObject dataObject() const { return data().toObject(); }
+    QJsonObject object() const { return m_object; }
+
+private:
+    QJsonObject m_object;
+};

@@ -1,0 +1,4 @@
+#pragma once
+// Host business library.
+#include "cloudbusiness.h"
+#include "jsmsbusiness.h"

@@ -1,0 +1,6 @@
+#pragma once
+// Host core library.
+#include "apppaths.h"
+#include "hostconstants.h"
+#include "ltdinfo.h"
+#include "users.h"

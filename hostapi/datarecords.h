@@ -1,0 +1,17 @@
+#pragma once
+// Host data library: project items and tables, cloud records, the application type.
+#include "apptype.h"
+#include "basedataitem.h"
+#include "cloudcjyjcbean.h"
+#include "cloudfymb.h"
+#include "cloudparams.h"
+#include "cloudzjbean.h"
+#include "cloudzjnr.h"
+#include "cloudznytzbean.h"
+#include "datalibrary.h"
+#include "generaltablebase.h"
+#include "gljbean.h"
+#include "jjbtablebase.h"
+#include "tablebaseobject.h"
+#include "tqdnodeinfo.h"
+#include "workbaseobject.h"

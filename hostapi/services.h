@@ -1,0 +1,15 @@
+#pragma once
+// Host shared-interface library.
+#include "apppaths.h"
+#include "cloudchannel.h"
+#include "communication.h"
+#include "exceptionguard.h"
+#include "hostlog.h"
+#include "messagebox.h"
+#include "modalrun.h"
+#include "projectsettinghelper.h"
+#include "round.h"
+#include "servicesutil.h"
+#include "staticpriloginobj.h"
+#include "userlogin.h"
+#include "usersyylogin.h"

@@ -1,0 +1,258 @@
+#include "hostfixture.h"
+
+#include <hostapi/business.h>
+#include <hostapi/configuration.h>
+#include <hostapi/datarecords.h>
+#include <hostapi/projectsettinghelper.h>
+#include <hostapi/undo.h>
+
+#include <QSignalSpy>
+#include <QUndoStack>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+ProjectSettingsInfo sampleSettings()
+{
+    ProjectSettingsInfo p;
+    p.time = QStringLiteral("2024年05月");
+    p.place = QStringLiteral("四川省成都市金牛区");
+    p.placeCode = QStringLiteral("510106");
+    p.altitude = QStringLiteral("500m");
+    p.taxMode = QStringLiteral("简易计税");
+    p.scope = QStringLiteral("分部分项");
+    return p;
+}
+
+std::unique_ptr<BaseDataItem> bill(qint64 id, const QString &code)
+{
+    auto item = std::make_unique<BaseDataItem>(id, BaseDataItem::BillKind);
+    item->setData(BaseDataItem::CodeRole, code);
+    return item;
+}
+}
+
+class TestProjectData : public QObject
+{
+    Q_OBJECT
+private:
+    std::unique_ptr<HostFixture> fx;
+    std::unique_ptr<QUndoStack> stack;
+
+private slots:
+    void init()
+    {
+        fx = std::make_unique<HostFixture>();
+        stack = std::make_unique<QUndoStack>();
+        RURecordControl::setUndoStack(stack.get());
+    }
+    void cleanup()
+    {
+        RURecordControl::abandonRecord();
+        RURecordControl::setUndoStack(nullptr);
+        stack.reset();
+        fx.reset();
+    }
+
+    void settingsPersistAcrossReads()
+    {
+        QVERIFY(!ProjectSettingHelper::HasProjectSettings());
+        QSignalSpy changed(ProjectSettingHelper::instance(), &ProjectSettingHelper::settingsChanged);
+        GlobalSettingsInfo g = ProjectSettingHelper::GetGlobalSettingsInfo();
+        g.project = sampleSettings();
+        g.bzqdChecked = false;
+        g.jlqdChecked = true;
+        const QString key = GlobalSettingsInfo::selectionKey(QStringLiteral("u1"), QStringLiteral("kv_token"), 0);
+        g.setProjectSelection(key, QJsonArray{QJsonObject{{"tid", "p1"}, {"xmmc", "某住宅楼"}}});
+        ProjectSettingHelper::SetGlobalSettingsInfo(g);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(key, QStringLiteral("u1 kv_token 0"));
+
+        const GlobalSettingsInfo back = ProjectSettingHelper::GetGlobalSettingsInfo();
+        QVERIFY(back == g);
+        QCOMPARE(back.projectSelection(key).first().toObject().value("xmmc").toString(), QStringLiteral("某住宅楼"));
+        QCOMPARE(ProjectSettingHelper::GetProjectSettingsInfo(), sampleSettings());
+        QVERIFY(ProjectSettingHelper::HasProjectSettings());
+    }
+
+    void selectionsAreKeptPerKey()
+    {
+        GlobalSettingsInfo g;
+        g.setProjectSelection(QStringLiteral("u1 ent_7 7"), QJsonArray{QJsonObject{{"tid", "a"}}});
+        g.setProjectSelection(QStringLiteral("u1 kv_token 0"), QJsonArray{QJsonObject{{"tid", "b"}}});
+        g.setProjectSelection(QStringLiteral("u1 kv_token 0"), QJsonArray{});
+        ProjectSettingHelper::SetGlobalSettingsInfo(g);
+        const GlobalSettingsInfo back = ProjectSettingHelper::GetGlobalSettingsInfo();
+        QCOMPARE(back.projectSelections().keys(), QStringList{QStringLiteral("u1 ent_7 7")});
+        QVERIFY(back.projectSelection(QStringLiteral("nobody")).isEmpty());
+    }
+
+    void settingsAreIsolatedPerAppFolder()
+    {
+        ProjectSettingHelper::SetProjectSettingsInfo(sampleSettings());
+        const QString first = fx->appDir();
+        fx.reset();
+        fx = std::make_unique<HostFixture>();
+        QVERIFY(fx->appDir() != first);
+        QVERIFY(!ProjectSettingHelper::HasProjectSettings());
+        const GlobalSettingsInfo fresh = ProjectSettingHelper::GetGlobalSettingsInfo();
+        QCOMPARE(fresh.project, ProjectSettingsInfo());
+        QVERIFY(fresh.bzqdChecked);
+        QVERIFY(fresh.jlqdChecked);
+    }
+
+    void oneRecordIsOneUndoStep()
+    {
+        JJBTableBase table(QStringLiteral("分部分项"), JJBTableBase::BillTableKind);
+        BaseDataItem *a = table.rootItem()->appendChild(bill(1, QStringLiteral("030404017001")));
+        BaseDataItem *b = table.rootItem()->appendChild(bill(2, QStringLiteral("030411001001")));
+        a->setData(BaseDataItem::FeaturesRole, QStringLiteral("旧特征"));
+
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 8, QStringLiteral("修改项目特征")));
+        a->setData(BaseDataItem::FeaturesRole, QStringLiteral("新特征1"));
+        a->setData(BaseDataItem::FeaturesRole, QStringLiteral("新特征2"));
+        b->setData(BaseDataItem::FeaturesRole, QStringLiteral("新特征B"));
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 8, QStringLiteral("inner")));
+        b->setData(BaseDataItem::NameRole, QStringLiteral("配管"));
+        RURecordControl::EndRecord();
+        QCOMPARE(stack->count(), 0);
+        RURecordControl::EndRecord();
+
+        QCOMPARE(stack->count(), 1);
+        QCOMPARE(stack->undoText(), QStringLiteral("修改项目特征"));
+        stack->undo();
+        QCOMPARE(a->text(BaseDataItem::FeaturesRole), QStringLiteral("旧特征"));
+        QVERIFY(!b->data(BaseDataItem::FeaturesRole).isValid());
+        QVERIFY(!b->data(BaseDataItem::NameRole).isValid());
+        stack->redo();
+        QCOMPARE(a->text(BaseDataItem::FeaturesRole), QStringLiteral("新特征2"));
+        QCOMPARE(b->text(BaseDataItem::NameRole), QStringLiteral("配管"));
+    }
+
+    void emptyOrUnopenedRecordsLeaveNoStep()
+    {
+        BaseDataItem item(1);
+        RURecordControl::EndRecord();
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(nullptr, 8, QStringLiteral("x")));
+        RURecordControl::EndRecord();
+        item.setData(BaseDataItem::NameRole, QStringLiteral("outside"));
+        QCOMPARE(stack->count(), 0);
+        QVERIFY(!RURecordControl::IsRecording());
+    }
+
+    void materialChangesUndo()
+    {
+        GeneralTableBase table(QStringLiteral("人材机汇总"));
+        GljBean m;
+        m.SetGuid(5);
+        m.SetTj(10.0);
+        GljBean *stored = table.addMaterial(m);
+        int seen = 0;
+        table.setChangeObserver([&seen](GljBean *) { ++seen; });
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 0, QStringLiteral("材料价格选用")));
+        GljBean changed = *stored;
+        changed.SetTj(12.34);
+        table.updateMaterial(table.materialByGuid(5), changed);
+        RURecordControl::EndRecord();
+        QCOMPARE(stored->GetTj(), 12.34);
+        stack->undo();
+        QCOMPARE(stored->GetTj(), 10.0);
+        QCOMPARE(seen, 2);
+    }
+
+    void observerSeesUndo()
+    {
+        BaseDataItem root(0, BaseDataItem::ProjectKind);
+        BaseDataItem *child = root.appendChild(bill(9, QStringLiteral("1")));
+        QList<int> roles;
+        root.setChangeObserver([&roles](BaseDataItem *, int role) { roles << role; });
+        RURecordControl::BeginRecord(TableRedoUIInfo());
+        child->setData(BaseDataItem::UnitRole, QStringLiteral("m"));
+        RURecordControl::EndRecord();
+        stack->undo();
+        QCOMPARE(roles, (QList<int>{BaseDataItem::UnitRole, BaseDataItem::UnitRole}));
+    }
+
+    void redoInfoOfTable()
+    {
+        WorkBaseObject work(QStringLiteral("电气工程"));
+        JJBTableBase *measures = work.addPricingTable(QStringLiteral("措施项目"), JJBTableBase::MeasureTableKind);
+        const TableRedoUIInfo info = TableBaseObject::GetTableRedoUIInfo(measures, 8, QStringLiteral("修改项目特征"));
+        QCOMPARE(info.tableName, QStringLiteral("措施项目"));
+        QCOMPARE(info.tableKind, 3004);
+        QCOMPARE(info.unitWorkName, QStringLiteral("电气工程"));
+        QCOMPARE(info.recordKind, 8);
+        QCOMPARE(TableBaseObject::GetTableRedoUIInfo(nullptr, 8, QStringLiteral("c")).tableName, QString());
+        QVERIFY(measures->isMeasureTable());
+        QCOMPARE(work.tableOfKind(3004), measures);
+    }
+
+    void itemQueries()
+    {
+        BaseDataItem root(0, BaseDataItem::ProjectKind);
+        auto section = std::make_unique<BaseDataItem>(10, BaseDataItem::SectionKind);
+        section->setExclude(true);
+        BaseDataItem *sec = root.appendChild(std::move(section));
+        BaseDataItem *inner = sec->appendChild(bill(11, QStringLiteral("011701001001")));
+        BaseDataItem *free = root.appendChild(bill(12, QStringLiteral("030404017001")));
+        QVERIFY(inner->IsExcludeInChain());
+        QVERIFY(!free->IsExcludeInChain());
+        QCOMPARE(root.bills(), (QList<BaseDataItem *>{inner, free}));
+        QCOMPARE(inner->parentItem(), sec);
+        QCOMPARE(free->row(), 1);
+        QCOMPARE(inner->GetCsQdbh(), QStringLiteral("011701001001"));
+        inner->setCsQdbh(QStringLiteral("1.1"));
+        QCOMPARE(inner->GetCsQdbh(), QStringLiteral("1.1"));
+    }
+
+    void saveAttributes_data()
+    {
+        QTest::addColumn<QString>("time");
+        QTest::addColumn<QString>("tax");
+        QTest::addColumn<QString>("date");
+        QTest::addColumn<int>("taxIndex");
+        QTest::addColumn<bool>("ok");
+        QTest::newRow("simple") << "2024年05月" << "简易计税" << "2024-05" << 1 << true;
+        QTest::newRow("general") << "2023年1月" << "一般计税" << "2023-01" << 0 << true;
+        QTest::newRow("no time") << "" << "一般计税" << "" << 0 << false;
+        QTest::newRow("bad month") << "2023年13月" << "" << "" << 0 << false;
+    }
+
+    void saveAttributes()
+    {
+        QFETCH(QString, time);
+        QFETCH(QString, tax);
+        QFETCH(QString, date);
+        QFETCH(int, taxIndex);
+        QFETCH(bool, ok);
+        ProjectSettingsInfo p = sampleSettings();
+        p.time = time;
+        p.taxMode = tax;
+        ProjectSettingHelper::SetProjectSettingsInfo(p);
+        WorkBaseObject work(QStringLiteral("电气工程"));
+        work.setJswjIndex(2);
+        work.setDelbIndex(3);
+        TQDNodeInfo info;
+        QCOMPARE(JsMsBusiness::GetQDSaveAttr(&work, nullptr, info), ok);
+        QCOMPARE(info.dateB, date);
+        QCOMPARE(info.jsfsIndex, taxIndex);
+        QCOMPARE(info.jswjIndex, 2);
+        QCOMPARE(info.delbIndex, 3);
+        QCOMPARE(info.ddCode, QStringLiteral("510106"));
+    }
+
+    void appTypeFollowsConfiguration()
+    {
+        DataLibrary::Instance()->clearAppType();
+        QCOMPARE(AppType(), 16);
+        HostConfig::setValue(QStringLiteral("AppType"), QStringLiteral("3"));
+        QCOMPARE(AppType(), 3);
+        DataLibrary::Instance()->setAppType(16);
+        QCOMPARE(AppType(), 16);
+        DataLibrary::Instance()->clearAppType();
+    }
+};
+
+QTEST_MAIN(TestProjectData)
+#include "tst_projectdata.moc"

@@ -1,0 +1,196 @@
+#include "hostfixture.h"
+
+#include <hostapi/apppaths.h>
+#include <hostapi/clsdac.h>
+#include <hostapi/placedictionary.h>
+
+#include <QFileInfo>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+struct Row
+{
+    QString name;
+    QString pid;
+    int rownum = 0;
+    QString sysCode;
+};
+
+QList<Row> readSet(const QString &path)
+{
+    QList<Row> rows;
+    DBM::clsDAC dac(path, true);
+    DBM::clsDACResult r = dac.execSql(
+        QStringLiteral("SELECT * FROM subset_dd WHERE sid = '%1';").arg(PlaceDictionary::placeSetId()));
+    while (r.next()) {
+        rows << Row{r.value(QStringLiteral("name")).toString(), r.value(QStringLiteral("pid")).toString(),
+                    r.value(QStringLiteral("rownum")).toInt(), r.value(QStringLiteral("sysCode")).toString()};
+    }
+    return rows;
+}
+
+// The chain of names from the top level down to the row called `leaf` whose
+// code is `code`, each with its code.
+QStringList chainOf(const QList<Row> &rows, const QString &code)
+{
+    QHash<int, Row> byRownum;
+    Row current;
+    for (const Row &r : rows) {
+        byRownum.insert(r.rownum, r);
+        if (r.sysCode == code)
+            current = r;
+    }
+    QStringList chain;
+    while (!current.name.isEmpty()) {
+        chain.prepend(current.name + QLatin1Char('/') + current.sysCode);
+        if (current.pid.isEmpty())
+            break;
+        current = byRownum.value(current.pid.toInt());
+    }
+    return chain;
+}
+
+const QByteArray kProvinces = "code,name\n11,\"北京市\"\n51,\"四川省\"\n";
+const QByteArray kCities = "code,name,provinceCode\n1101,\"市辖区\",11\n5101,\"成都市\",51\n";
+const QByteArray kAreas = "code,name,cityCode,provinceCode\n110101,\"东城区\",1101,11\n510106,\"金牛区\",5101,51\n";
+}
+
+class TestPlaceDictionary : public QObject
+{
+    Q_OBJECT
+private:
+    std::unique_ptr<HostFixture> fx;
+
+private slots:
+    void init() { fx = std::make_unique<HostFixture>(); }
+    void cleanup() { fx.reset(); }
+
+    void freshInstallBuildsTheWholeCountry()
+    {
+        const QString expected = HostDatabasePath(QStringLiteral("IDTDICTMIDDLE"));
+        QVERIFY(!QFileInfo::exists(expected));
+        QCOMPARE(PlaceDictionary::ensureDatabase(), expected);
+        QVERIFY(QFileInfo::exists(expected));
+
+        const QList<Row> rows = readSet(expected);
+        int top = 0, cities = 0, districts = 0;
+        for (const Row &r : rows) {
+            if (r.pid.isEmpty())
+                ++top;
+            else if (r.sysCode.size() == 4)
+                ++cities;
+            else if (r.sysCode.size() == 6)
+                ++districts;
+        }
+        // The counts of provinces.csv, cities.csv and areas.csv.
+        QCOMPARE(top, 31);
+        QCOMPARE(cities, 342);
+        QCOMPARE(districts, 2978);
+        QCOMPARE(rows.size(), 31 + 342 + 2978);
+        QCOMPARE(rows.first().name, QStringLiteral("北京市"));
+        QVERIFY(rows.first().pid.isEmpty());
+
+        QCOMPARE(chainOf(rows, QStringLiteral("110101")),
+                 (QStringList{QStringLiteral("北京市/11"), QStringLiteral("市辖区/1101"), QStringLiteral("东城区/110101")}));
+        QCOMPARE(chainOf(rows, QStringLiteral("510106")),
+                 (QStringList{QStringLiteral("四川省/51"), QStringLiteral("成都市/5101"), QStringLiteral("金牛区/510106")}));
+        QCOMPARE(chainOf(rows, QStringLiteral("659001")),
+                 (QStringList{QStringLiteral("新疆维吾尔自治区/65"), QStringLiteral("自治区直辖县级行政区划/6590"),
+                              QStringLiteral("石河子市/659001")}));
+    }
+
+    void lookupByNameGivesTheCode()
+    {
+        DBM::clsDAC dac(PlaceDictionary::ensureDatabase(), true);
+        DBM::clsDACResult r = dac.execSql(QStringLiteral("SELECT * FROM subset_dd WHERE name = '%1';").arg(QStringLiteral("金牛区")));
+        QVERIFY(r.next());
+        QCOMPARE(r.value(QStringLiteral("sysCode")).toString(), QStringLiteral("510106"));
+        QVERIFY(!r.next());
+    }
+
+    void existingSetIsLeftAlone()
+    {
+        const QString path = PlaceDictionary::ensureDatabase();
+        {
+            DBM::clsDAC dac(path);
+            dac.execSql(QStringLiteral("UPDATE subset_dd SET name = '北京' WHERE rownum = 1"));
+        }
+        QCOMPARE(PlaceDictionary::ensureDatabase(), path);
+        QCOMPARE(readSet(path).first().name, QStringLiteral("北京"));
+        QCOMPARE(PlaceDictionary::build(path, kProvinces, kCities, kAreas), 0);
+    }
+
+    void setIsAddedToAnExistingDictionary()
+    {
+        const QString path = HostDatabasePath(QStringLiteral("IDTDICTMIDDLE"));
+        {
+            DBM::clsDAC dac(path);
+            dac.execSql(QStringLiteral("CREATE TABLE other_dd (v TEXT)"));
+            dac.execSql(QStringLiteral("INSERT INTO other_dd VALUES ('keep')"));
+        }
+        QVERIFY(!PlaceDictionary::hasPlaceSet(path));
+        PlaceDictionary::ensureDatabase();
+        QVERIFY(PlaceDictionary::hasPlaceSet(path));
+        DBM::clsDAC dac(path, true);
+        DBM::clsDACResult r = dac.execSql(QStringLiteral("SELECT v FROM other_dd"));
+        QVERIFY(r.next());
+        QCOMPARE(r.value(0).toString(), QStringLiteral("keep"));
+    }
+
+    void quotedFieldsAndSmallTables()
+    {
+        const QString path = HostDatabasePath(QStringLiteral("SMALL"));
+        const QByteArray provinces = "code,name\r\n11,\"北京\"\"市\"\"\"\r\n\r\n";
+        QCOMPARE(PlaceDictionary::build(path, provinces, kCities.left(kCities.indexOf("5101")),
+                                        kAreas.left(kAreas.indexOf("510106"))),
+                 3);
+        const QList<Row> rows = readSet(path);
+        QCOMPARE(rows.size(), 3);
+        QCOMPARE(rows.at(0).name, QStringLiteral("北京\"市\""));
+        QCOMPARE(rows.at(1).pid, QStringLiteral("1"));
+        QCOMPARE(rows.at(2).pid, QStringLiteral("2"));
+        QCOMPARE(rows.at(2).rownum, 3);
+    }
+
+    void badTablesFailClearlyAndWriteNothing_data()
+    {
+        QTest::addColumn<QByteArray>("provinces");
+        QTest::addColumn<QByteArray>("cities");
+        QTest::addColumn<QByteArray>("areas");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("unknown province") << kProvinces << QByteArray(kCities + "9901,\"某市\",99\n") << kAreas
+                                          << QStringLiteral("cities.csv 中 某市 的上级 99 不存在");
+        QTest::newRow("unknown city") << kProvinces << kCities << QByteArray(kAreas + "990101,\"某区\",9901,99\n")
+                                      << QStringLiteral("areas.csv 中 某区 的上级 9901 不存在");
+        QTest::newRow("missing column") << kProvinces << QByteArray("code,name,provinceCode\n1101,\"市辖区\"\n")
+                                        << kAreas << QStringLiteral("cities.csv 第2行");
+        QTest::newRow("open quote") << QByteArray("code,name\n11,\"北京市\n") << kCities << kAreas
+                                    << QStringLiteral("provinces.csv 第2行");
+        QTest::newRow("empty table") << QByteArray("code,name\n") << kCities << kAreas
+                                     << QStringLiteral("provinces.csv 没有数据");
+        QTest::newRow("duplicate code") << QByteArray(kProvinces + "11,\"北京\"\n") << kCities << kAreas
+                                        << QStringLiteral("代码 11 重复");
+    }
+    void badTablesFailClearlyAndWriteNothing()
+    {
+        QFETCH(QByteArray, provinces);
+        QFETCH(QByteArray, cities);
+        QFETCH(QByteArray, areas);
+        QFETCH(QString, message);
+        const QString path = HostDatabasePath(QStringLiteral("IDTDICTMIDDLE"));
+        try {
+            PlaceDictionary::build(path, provinces, cities, areas);
+            QFAIL("no error");
+        } catch (const DBM::exDBM &e) {
+            QVERIFY2(e.message().contains(message), qPrintable(e.message()));
+        }
+        QVERIFY(!PlaceDictionary::hasPlaceSet(path));
+        // A later good build still works.
+        QCOMPARE(PlaceDictionary::build(path, kProvinces, kCities, kAreas), 6);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPlaceDictionary)
+#include "tst_placedictionary.moc"

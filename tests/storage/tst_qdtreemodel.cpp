@@ -1,0 +1,207 @@
+#include "hostfixture.h"
+
+#include <storage/qdtreeitem.h>
+#include <storage/qdtreemodel.h>
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+int s_alive = 0;
+
+// Counts live items so that subtree deletion can be observed.
+class CountedItem : public QDTreeItem
+{
+public:
+    CountedItem(const QString &text, QDTreeItem *parent)
+        : QDTreeItem(node(text), parent)
+    {
+        ++s_alive;
+    }
+    ~CountedItem() override { --s_alive; }
+
+    static QDTreeNode node(const QString &text)
+    {
+        QDTreeNode n;
+        n.text = text;
+        n.name = text;
+        n.id = QStringLiteral("id-") + text;
+        return n;
+    }
+};
+
+QDTreeNode chapter(const QString &text, const QString &id)
+{
+    QDTreeNode n;
+    n.text = text;
+    n.name = text;
+    n.id = id;
+    return n;
+}
+}
+
+class TestQDTreeModel : public QObject
+{
+    Q_OBJECT
+private:
+    std::unique_ptr<HostFixture> fx;
+
+private slots:
+    void init()
+    {
+        fx = std::make_unique<HostFixture>();
+        s_alive = 0;
+    }
+    void cleanup() { fx.reset(); }
+
+    void deletingAnItemDeletesItsSubtree()
+    {
+        auto *top = new CountedItem(QStringLiteral("A"), nullptr);
+        auto *mid = new CountedItem(QStringLiteral("A1"), top);
+        new CountedItem(QStringLiteral("A1a"), mid);
+        new CountedItem(QStringLiteral("A1b"), mid);
+        new CountedItem(QStringLiteral("A2"), top);
+        QCOMPARE(s_alive, 5);
+
+        top->removeChild(mid);
+        QCOMPARE(s_alive, 2);
+        QCOMPARE(top->childCount(), 1);
+        QCOMPARE(top->child(0)->data().text, QStringLiteral("A2"));
+
+        delete top;
+        QCOMPARE(s_alive, 0);
+    }
+
+    void removingAStrangerChangesNothing()
+    {
+        QDTreeItem root;
+        auto *a = new CountedItem(QStringLiteral("A"), &root);
+        CountedItem stranger(QStringLiteral("S"), nullptr);
+        root.removeChild(&stranger);
+        root.removeChild(nullptr);
+        QCOMPARE(root.childCount(), 1);
+        QCOMPARE(root.child(0), a);
+        QCOMPARE(s_alive, 2);
+    }
+
+    void rowAndChildLookups()
+    {
+        QDTreeItem root;
+        QCOMPARE(root.row(), 0);
+        auto *a = new QDTreeItem(chapter(QStringLiteral("A"), QStringLiteral("1")), &root);
+        auto *b = new QDTreeItem(&root);
+        auto *c = new QDTreeItem(chapter(QStringLiteral("C"), QStringLiteral("3")), nullptr);
+        root.insertChild(1, c);
+        QCOMPARE(root.children(), (QList<QDTreeItem *>{a, c, b}));
+        QCOMPARE(a->row(), 0);
+        QCOMPARE(c->row(), 1);
+        QCOMPARE(b->row(), 2);
+        QCOMPARE(c->parent(), &root);
+        QVERIFY(root.child(3) == nullptr);
+        QVERIFY(root.child(-1) == nullptr);
+        QVERIFY(b->data().text.isEmpty());
+    }
+
+    void copySharesChildrenAndDeletesThemOnce()
+    {
+        auto *source = new CountedItem(QStringLiteral("A"), nullptr);
+        auto *child = new CountedItem(QStringLiteral("A1"), source);
+        {
+            QDTreeItem copy(*source);
+            QCOMPARE(copy.data().text, QStringLiteral("A"));
+            QCOMPARE(copy.child(0), child);
+            QCOMPARE(copy.parent(), source->parent());
+            // The source does not list the copy as a child of anything.
+            QDTreeItem other;
+            other = copy;
+            QCOMPARE(other.child(0), child);
+        }
+        QCOMPARE(s_alive, 2);
+        // A copy that names a parent which does not list it has no row.
+        QDTreeItem orphan(*child);
+        QCOMPARE(orphan.parent(), source);
+        QCOMPARE(orphan.row(), -1);
+        delete source;
+        QCOMPARE(s_alive, 0);
+    }
+
+    void rolesFlagsAndHeader()
+    {
+        QDTreeModel model;
+        model.setHeaderText(QStringLiteral("章节"));
+        QDTreeItem *a = model.appendNode(nullptr, chapter(QStringLiteral("土石方工程"), QStringLiteral("64a1")));
+        model.appendNode(a, chapter(QStringLiteral("土方工程"), QStringLiteral("64a2")));
+
+        const QModelIndex ia = model.index(0, 0);
+        QCOMPARE(ia.data(Qt::DisplayRole).toString(), QStringLiteral("土石方工程"));
+        QCOMPARE(ia.data(Qt::ToolTipRole).toString(), QStringLiteral("土石方工程"));
+        QCOMPARE(ia.data(Qt::WhatsThisRole).toString(), QStringLiteral("64a1"));
+        QVERIFY(!ia.data(Qt::EditRole).isValid());
+        QVERIFY(!ia.data(Qt::CheckStateRole).isValid());
+        QVERIFY(!model.data(QModelIndex(), Qt::DisplayRole).isValid());
+        QCOMPARE(model.flags(ia), Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+        QCOMPARE(model.flags(QModelIndex()), Qt::NoItemFlags);
+
+        QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), QStringLiteral("章节"));
+        QVERIFY(!model.headerData(0, Qt::Vertical).isValid());
+        QVERIFY(!model.headerData(1, Qt::Horizontal).isValid());
+        QVERIFY(!model.headerData(0, Qt::Horizontal, Qt::ToolTipRole).isValid());
+    }
+
+    void rootIsNeverARow()
+    {
+        QDTreeModel model;
+        model.getRootNode()->data().text = QStringLiteral("根");
+        QCOMPARE(model.rowCount(), 0);
+        QDTreeItem *a = model.appendNode(nullptr, chapter(QStringLiteral("A"), QStringLiteral("1")));
+        QDTreeItem *a1 = model.appendNode(a, chapter(QStringLiteral("A1"), QStringLiteral("2")));
+        QCOMPARE(model.rowCount(), 1);
+        QCOMPARE(model.columnCount(), 1);
+        QVERIFY(!model.indexForTreeItem(model.getRootNode()).isValid());
+        QVERIFY(!model.parent(model.index(0, 0)).isValid());
+        QCOMPARE(model.indexForTreeItem(a1).parent(), model.index(0, 0));
+        QCOMPARE(model.indexForTreeItem(a1).internalPointer(), static_cast<void *>(a1));
+        QVERIFY(!model.index(1, 0).isValid());
+        QVERIFY(!model.index(0, 1).isValid());
+        QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), QStringLiteral("根"));
+    }
+
+    void lazyPlaceholderIsReplacedUnderTheTester()
+    {
+        QDTreeModel model;
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QDTreeItem *a = model.appendNode(nullptr, chapter(QStringLiteral("A"), QStringLiteral("1")));
+        QDTreeItem *b = model.appendNode(nullptr, chapter(QStringLiteral("B"), QStringLiteral("2")));
+        model.appendNode(a, QDTreeNode()); // placeholder so that the arrow shows
+        model.appendNode(b, QDTreeNode());
+        QCOMPARE(model.rowCount(model.indexForTreeItem(a)), 1);
+
+        QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
+        QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+        const QList<QDTreeItem *> fetched = model.setChildren(
+            a, {chapter(QStringLiteral("A1"), QStringLiteral("11")), chapter(QStringLiteral("A2"), QStringLiteral("12"))});
+        QCOMPARE(removed.count(), 1);
+        QCOMPARE(inserted.count(), 1);
+        QCOMPARE(fetched.size(), 2);
+        const QModelIndex ia = model.indexForTreeItem(a);
+        QCOMPARE(model.rowCount(ia), 2);
+        QCOMPARE(model.index(1, 0, ia).data(Qt::WhatsThisRole).toString(), QStringLiteral("12"));
+
+        model.appendNode(fetched.at(0), QDTreeNode());
+        model.removeItem(fetched.at(0));
+        QCOMPARE(model.rowCount(ia), 1);
+        QCOMPARE(model.index(0, 0, ia).data().toString(), QStringLiteral("A2"));
+        model.setChildren(b, {});
+        QCOMPARE(model.rowCount(model.indexForTreeItem(b)), 0);
+        model.removeItem(model.getRootNode()); // never removable
+        QCOMPARE(model.rowCount(), 2);
+        model.clear();
+        QCOMPARE(model.rowCount(), 0);
+    }
+};
+
+QTEST_MAIN(TestQDTreeModel)
+#include "tst_qdtreemodel.moc"
