@@ -252,6 +252,20 @@ private slots:
         QCOMPARE(label->text(), QStringLiteral("Korvane云：未登录"));
     }
 
+    void loginActionRunsTheLoginDialog()
+    {
+        MainWindow window(project.get());
+        auto *login = window.findChild<QAction *>(QStringLiteral("actLogin"));
+        auto *logout = window.findChild<QAction *>(QStringLiteral("actLogout"));
+        QVERIFY(login && logout);
+        QVERIFY(login->isEnabled());
+        QVERIFY(!logout->isEnabled());
+        login->trigger();
+        QCOMPARE(fx->modalRuns().size(), 1);
+        QVERIFY(fx->channel().requests().isEmpty());
+        QCOMPARE(window.loginStateText(), QStringLiteral("Korvane云：未登录"));
+    }
+
     void settingsPanelFollowsWrites()
     {
         project->seedProjectSettings();
