@@ -35,6 +35,9 @@ void TInitial::CreateUI()
     GUARDED(kSource, "TInitial::CreateUI", [&] {
         if (m_lblYxys)
             return;
+        QFont small = font();
+        small.setPixelSize(12);
+        setFont(small);
         m_lblYxys = label(QStringLiteral("影响因素："), QStringLiteral("lblYxys"));
         m_lblSj = label(QStringLiteral("时间："), QStringLiteral("lblSj"));
         m_lblSjsz = label(QString(), QStringLiteral("lblSjsz"));
@@ -49,6 +52,9 @@ void TInitial::CreateUI()
         m_btnXg = new QPushButton(QStringLiteral("修改"), this);
         m_btnXg->setObjectName(QStringLiteral("btnXg"));
         m_btnXg->setFixedWidth(InterfaceAdaptation::scaled(33));
+        m_btnXg->setCursor(Qt::PointingHandCursor);
+        m_btnXg->setStyleSheet(QStringLiteral("#btnXg{color:#2F7CF6;border:none;background:transparent;padding:0;}"
+                                              "#btnXg:hover{text-decoration:underline;}"));
         m_comServer = new CloudServerCombox(this);
         m_comServer->setObjectName(QStringLiteral("comServer"));
         m_comServer->setFixedSize(InterfaceAdaptation::scaled(220), InterfaceAdaptation::scaled(38));
@@ -72,7 +78,8 @@ void TInitial::buildLayout()
         return r;
     };
     auto *page = new QVBoxLayout(this);
-    page->setSpacing(InterfaceAdaptation::scaled(6));
+    page->setSpacing(InterfaceAdaptation::scaled(3));
+    page->setContentsMargins(InterfaceAdaptation::scaled(10), InterfaceAdaptation::scaled(8), 0, 0);
     page->addLayout(row(5, m_lblYxys));
     page->addLayout(row(5, m_lblSj, m_lblSjsz));
     page->addLayout(row(5, m_lblDd, m_lblDdsz));

@@ -34,6 +34,16 @@ TQdtjyjc::TQdtjyjc(QWidget *parent)
     SetCaption(veloraModuleTitle());
 }
 
+TInitial *TQdtjyjc::initialPage() const
+{
+    return m_initial;
+}
+
+TNextstep *TQdtjyjc::nextPage() const
+{
+    return m_next;
+}
+
 QPushButton *TQdtjyjc::button(const QString &text, const QString &name)
 {
     auto *b = new QPushButton(text, clientWidget());
@@ -62,6 +72,9 @@ void TQdtjyjc::CreateUI()
             QStringLiteral("根据清单信息在积累数据库中进行匹配，对当前单位工程的清单单价进行对比检查。"), clientWidget());
         m_lblDescribe->setObjectName(QStringLiteral("lblDescribe"));
         m_lblDescribe->setFixedSize(px(500), px(24));
+        QFont small = m_lblDescribe->font();
+        small.setPixelSize(12);
+        m_lblDescribe->setFont(small);
         m_lblLine1 = rule(QStringLiteral("lblLine1"));
         m_lblLine2 = rule(QStringLiteral("lblLine2"));
         m_pages = new zTabContent(clientWidget());

@@ -31,8 +31,8 @@ public:
     QString getDD() const;
 
     short currentStep() const { return curStep; }
-    TInitial *initialPage() const { return m_initial; }
-    TNextstep *nextPage() const { return m_next; }
+    TInitial *initialPage() const;
+    TNextstep *nextPage() const;
     zTabContent *pages() const { return m_pages; }
     QPushButton *previousButton() const { return m_btnPrevious; }
     QPushButton *okButton() const { return m_btnOk; }
