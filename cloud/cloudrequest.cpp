@@ -1,14 +1,10 @@
 #include "cloudrequest.h"
 
+#include <hostapi/apptype.h>
 #include <hostapi/ltdinfo.h>
 
 namespace {
 const QString kMethod = QStringLiteral("method");
-
-int hostAppType()
-{
-    return 0; // FIXME: AppType() of the host data library once it lands
-}
 }
 
 CloudRequest::CloudRequest(const LtdInfo *server, const QString &method)
@@ -80,7 +76,7 @@ QString CloudRequest::method() const
 QJsonObject CloudRequest::toJson() const
 {
     QJsonObject envelope{{QStringLiteral("cmd"), QStringLiteral("cloudSoft")},
-                         {QStringLiteral("app_type"), hostAppType()},
+                         {QStringLiteral("app_type"), AppType()},
                          {QStringLiteral("data"), m_data}};
     if (m_withToken)
         envelope.insert(QStringLiteral("orgin_token"), m_server ? m_server->getToken() : QString());

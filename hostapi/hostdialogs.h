@@ -1,4 +1,5 @@
 #pragma once
 // The host dialog library in one include.
 #include "cloudservercombox.h"
+#include "fymodel.h"
 #include "xmgktime.h"

@@ -1,6 +1,7 @@
 #pragma once
 #include "ltdinfo.h"
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -39,5 +40,13 @@ signals:
 private:
     explicit ServerRegistry(QObject *parent = nullptr);
     LtdInfo *entryNamed(const QString &name) const;
+    // Login flags and tokens from the Korvane login and the enterprise sessions.
+    void applyLoginState();
     std::vector<std::unique_ptr<LtdInfo>> m_entries;
+    // The entries of the last list the cloud gave, in its order.
+    QList<LtdInfo *> m_current;
+    // Enterprise session token by server name.
+    QHash<QString, QString> m_enterpriseSessions;
+    // The login flag the cloud reported, by server name.
+    QHash<QString, bool> m_cloudLogin;
 };

@@ -5,6 +5,7 @@
 #include <cloud/cloudrequest.h>
 #include <cloud/cloudtier.h>
 
+#include <hostapi/datalibrary.h>
 #include <hostapi/hostconfig.h>
 #include <hostapi/ltdinfo.h>
 
@@ -43,9 +44,22 @@ private slots:
     void init()
     {
         fx = std::make_unique<HostFixture>();
+        DataLibrary::Instance()->clearAppType();
         asyncReplies.clear();
     }
-    void cleanup() { fx.reset(); }
+    void cleanup()
+    {
+        DataLibrary::Instance()->clearAppType();
+        fx.reset();
+    }
+
+    void appTypeFollowsTheHost()
+    {
+        DataLibrary::Instance()->setAppType(23);
+        LtdInfo server(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, true);
+        QCOMPARE(CloudRequest(&server, QStringLiteral("m")).toJson().value("app_type").toInt(), 23);
+        QCOMPARE(CloudRequest::withoutToken(QStringLiteral("m")).toJson().value("app_type").toInt(), 23);
+    }
 
     void tierTable_data()
     {
@@ -89,7 +103,7 @@ private slots:
         QVERIFY(data.has_value());
         const QJsonObject expected{
             {"cmd", "cloudSoft"},
-            {"app_type", 0},
+            {"app_type", 16},
             {"orgin_token", "kv_token"},
             {"data", QJsonObject{{"method", permEnterprise()}, {"qiyeID", 0}, {"usetype", 3}}}};
         QCOMPARE(fx->channel().lastRequest(), expected);
@@ -131,7 +145,7 @@ private slots:
                                     nullptr));
         const QJsonObject expected{
             {"cmd", "cloudSoft"},
-            {"app_type", 0},
+            {"app_type", 16},
             {"orgin_token", "ent_a"},
             {"data", QJsonObject{{"method", "editNZQDK"},
                                  {"reqeuestype", -1},
@@ -145,7 +159,7 @@ private slots:
     {
         const QJsonObject req = CloudRequest::withoutToken(QStringLiteral("personchapterinfoforuploadqd")).toJson();
         QCOMPARE(req, (QJsonObject{{"cmd", "cloudSoft"},
-                                   {"app_type", 0},
+                                   {"app_type", 16},
                                    {"data", QJsonObject{{"method", "personchapterinfoforuploadqd"}}}}));
     }
 

@@ -1,0 +1,227 @@
+#include "cloudserverchoice.h"
+#include "cloudexchange.h"
+
+#include <hostapi/cloudbusiness.h>
+#include <hostapi/cloudservercombox.h>
+#include <hostapi/communication.h>
+#include <hostapi/exceptionguard.h>
+#include <hostapi/hostconfig.h>
+#include <hostapi/hostconstants.h>
+#include <hostapi/ltdinfo.h>
+#include <hostapi/messagebox.h>
+#include <hostapi/staticpriloginobj.h>
+#include <hostapi/userlogin.h>
+#include <hostapi/users.h>
+#include <hostapi/usersyylogin.h>
+
+#include <QWidget>
+
+namespace {
+const char kSource[] = "CloudServerChoice";
+const QString kSettingKey = QStringLiteral("CloudApp/CurrServer_all");
+const QString kPlaceholder = QStringLiteral("请选择服务器");
+const QString kBigData = QStringLiteral("Korvane大数据");
+}
+
+CloudServerChoice::CloudServerChoice(CloudServerCombox *combo, QWidget *dialog)
+    : QObject(dialog), m_combo(combo), m_dialog(dialog)
+{
+    if (m_combo)
+        connect(m_combo, &CloudServerCombox::signalCurrentItemChanged, this, &CloudServerChoice::slotSaveCurrServer);
+}
+
+void CloudServerChoice::start()
+{
+    GUARDED(kSource, "CloudServerChoice::start", [&] {
+        m_keepBigData = m_honourSaveBzQd && CloudExchange::configValue(QStringLiteral("SaveBzQd")) == QLatin1String("true");
+        requestServerList();
+        readSetting();
+        emit signalReloadData();
+    });
+}
+
+void CloudServerChoice::requestServerList()
+{
+    GUARDED(kSource, "CloudServerChoice::requestServerList", [&] {
+        m_removedBigData = -1;
+        CloudBusiness::requestServerList(m_servers, m_kind);
+        if (m_keepBigData)
+            return;
+        for (int i = 0; i < m_servers.size(); ++i) {
+            if (m_servers.at(i)->getServerName() == kBigData) {
+                m_servers.removeAt(i);
+                m_removedBigData = i;
+                return;
+            }
+        }
+    });
+}
+
+int CloudServerChoice::readSetting()
+{
+    return GUARDED_OR(-1, kSource, "CloudServerChoice::readSetting", [&] {
+        const QString saved = HostConfig::openSysSet()->value(kSettingKey).toString();
+        int index = -1;
+        if (!saved.isEmpty() && saved != kPlaceholder) {
+            for (int i = 0; i < m_servers.size() && index < 0; ++i)
+                if (m_servers.at(i)->getServerName() == saved && m_servers.at(i)->getServerLogin())
+                    index = i;
+        }
+        for (int i = 0; i < m_servers.size() && index < 0; ++i)
+            if (m_servers.at(i)->getServerLogin())
+                index = i;
+        m_current = index;
+        showList();
+        return index;
+    });
+}
+
+LtdInfo *CloudServerChoice::getCurrServer() const
+{
+    return isValidIndex(m_current) ? m_servers.at(m_current) : nullptr;
+}
+
+void CloudServerChoice::resetData()
+{
+    GUARDED(kSource, "CloudServerChoice::resetData", [&] {
+        emit signalClearData();
+        requestServerList();
+        readSetting();
+    });
+}
+
+bool CloudServerChoice::checkServer(QWidget *parent) const
+{
+    const LtdInfo *server = getCurrServer();
+    if (!server) {
+        showInformation(QStringLiteral("请选择服务器"), parent, QString(), QString(), QString(), QString(), 0, 0, 0);
+        return false;
+    }
+    if (!server->getServerLogin()) {
+        showInformation(QStringLiteral("请登录服务器"), parent, QString(), QString(), QString(), QString(), 0, 0, 0);
+        return false;
+    }
+    return true;
+}
+
+void CloudServerChoice::slotSaveCurrServer(int index)
+{
+    GUARDED(kSource, "CloudServerChoice::slotSaveCurrServer", [&] {
+        const int previous = m_current;
+        m_current = index;
+        LtdInfo *entry = getCurrServer();
+        if (entry) {
+            saveChoice(entry);
+            if (!entry->getServerLogin())
+                runLogin(index, entry, previous);
+        }
+        emit signalReloadData();
+    });
+}
+
+void CloudServerChoice::runLogin(int index, LtdInfo *entry, int previous)
+{
+    QPointer<CloudServerChoice> self(this);
+    m_ownLogin = true;
+    if (!entry->getToken().contains(KvToken)) {
+        // The host counts "Korvane大数据" in its list while logged in to the
+        // Korvane cloud; this list may have lost it.
+        const bool shift = Users::Instance()->Kvy()->IsLogin() && m_removedBigData != -1 && index >= m_removedBigData;
+        userSyyLogin login(shift ? index + 1 : index, nullptr);
+        login.SetKvyLoginSueecss([self] { if (self) self->loginSuccessPri(); });
+        login.SetKvyClose([self, previous] { if (self) self->closeLogin(previous); });
+        login.SyyExec();
+    } else {
+        userLogin login(nullptr);
+        login.SetKvyLoginSueecss([self] { if (self) self->loginSuccessKv(); });
+        login.SetKvyClose([self, previous] { if (self) self->closeLogin(previous); });
+        login.KvyExec();
+    }
+    if (self)
+        m_ownLogin = false;
+}
+
+void CloudServerChoice::closeLogin(int previous)
+{
+    if (previous == -1)
+        m_current = -1;
+    else
+        m_current = isValidIndex(previous) && m_servers.at(previous)->getServerLogin() ? previous : -1;
+}
+
+void CloudServerChoice::loginSuccessKv()
+{
+    GUARDED(kSource, "CloudServerChoice::loginSuccessKv", [&] {
+        requestServerList();
+        showList();
+        emit signalReloadData();
+        Communication::GetInstance()->SendMsg(4, 63, QVariant());
+    });
+}
+
+void CloudServerChoice::loginSuccessPri()
+{
+    GUARDED(kSource, "CloudServerChoice::loginSuccessPri", [&] {
+        requestServerList();
+        int noted = 0;
+        for (int i = 0; i < m_servers.size(); ++i)
+            if (m_current == -1 && m_servers.at(i)->getServerLogin())
+                noted = i;
+        // A noted 0 means "none": the entry at index 0 is never adopted here.
+        if (m_current == -1 && noted != 0)
+            m_current = noted;
+        showList();
+    });
+}
+
+void CloudServerChoice::resetPriData(const QString &)
+{
+    GUARDED(kSource, "CloudServerChoice::resetPriData", [&] {
+        resetData();
+        emit signalServersReset();
+    });
+}
+
+void CloudServerChoice::resetKvData()
+{
+    GUARDED(kSource, "CloudServerChoice::resetKvData", [&] {
+        resetData();
+        emit signalServersReset();
+    });
+}
+
+void CloudServerChoice::resetPriLogin(const QString &serverName)
+{
+    if (m_ownLogin)
+        return;
+    resetPriData(serverName);
+}
+
+void CloudServerChoice::connectBroker()
+{
+    disconnectBroker();
+    staticPriLoginObj *broker = staticPriLoginObj::GetInstance();
+    m_broker << connect(broker, &staticPriLoginObj::priForceExit, this, &CloudServerChoice::resetPriData)
+             << connect(broker, &staticPriLoginObj::kvyForceExit, this, &CloudServerChoice::resetKvData)
+             << connect(broker, &staticPriLoginObj::priLogin, this, &CloudServerChoice::resetPriLogin);
+}
+
+void CloudServerChoice::disconnectBroker()
+{
+    for (const QMetaObject::Connection &c : qAsConst(m_broker))
+        disconnect(c);
+    m_broker.clear();
+}
+
+void CloudServerChoice::saveChoice(const LtdInfo *entry) const
+{
+    auto settings = HostConfig::openSysSet();
+    settings->setValue(kSettingKey, entry->getServerName());
+    settings->sync();
+}
+
+void CloudServerChoice::showList()
+{
+    if (m_combo)
+        m_combo->setServerList(m_servers, m_current, true);
+}

@@ -1,0 +1,67 @@
+#include "fymodel.h"
+#include "interfaceadaptation.h"
+#include "ztablemodel.h"
+#include "ztableview.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+FyModel::FyModel(const QList<cloudFymb> &fees, QWidget *parent) : zTitleModal(parent), m_fees(fees)
+{
+    OnlyClose();
+    SetCaption(QStringLiteral("费用模板"));
+    setScaledFixedSize(790, 450);
+}
+
+void FyModel::CreateUI()
+{
+    if (m_model)
+        return;
+    m_model = new zTableModel(this);
+    m_model->addColumn(QStringLiteral("费用编号"), QStringLiteral("fybh"), 120);
+    m_model->addColumn(QStringLiteral("费用名称"), QStringLiteral("fymc"), 120);
+    m_model->addColumn(QStringLiteral("计算公式"), QStringLiteral("jjgs"), 120);
+    m_model->addColumn(QStringLiteral("费率"), QStringLiteral("fl"), 120);
+    m_model->addColumn(QStringLiteral("金额"), QStringLiteral("jl"), 120);
+    m_model->addColumn(QStringLiteral("计价表字段"), QStringLiteral("jjbzd"), 120);
+    m_view = new zTableView(this);
+    m_view->setObjectName(QStringLiteral("gdTableFy"));
+    m_view->setModel(m_model);
+    fillRows();
+
+    auto *btnOk = new QPushButton(QStringLiteral("确定"), this);
+    btnOk->setObjectName(QStringLiteral("btnOk"));
+    auto *btnCancel = new QPushButton(QStringLiteral("取消"), this);
+    btnCancel->setObjectName(QStringLiteral("btnCancel"));
+    for (QPushButton *b : {btnOk, btnCancel})
+        b->setFixedSize(InterfaceAdaptation::scaled(60), InterfaceAdaptation::scaled(24));
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(btnOk);
+    buttons->addSpacing(InterfaceAdaptation::scaled(5));
+    buttons->addWidget(btnCancel);
+
+    auto *body = new QVBoxLayout;
+    const int margin = InterfaceAdaptation::scaled(20);
+    body->setContentsMargins(margin, margin, margin, margin);
+    body->setSpacing(margin);
+    body->addWidget(m_view, 1);
+    body->addLayout(buttons);
+    clientLayout()->addLayout(body);
+    connect(btnOk, &QPushButton::clicked, this, &FyModel::actOk);
+    connect(btnCancel, &QPushButton::clicked, this, &FyModel::actCancel);
+}
+
+void FyModel::fillRows()
+{
+    for (const cloudFymb &fee : qAsConst(m_fees)) {
+        m_model->addRow();
+        m_model->appendCell(QStringLiteral("fybh"), fee.getFybh(), zTableCell::TextCell);
+        m_model->appendCell(QStringLiteral("fymc"), fee.getFymc(), zTableCell::TextCell);
+        m_model->appendCell(QStringLiteral("jjgs"), fee.getJsgs(), zTableCell::TextCell);
+        m_model->appendCell(QStringLiteral("fl"), fee.getFl(), zTableCell::NumberCell);
+        m_model->appendCell(QStringLiteral("jl"), fee.getJe(), zTableCell::NumberCell);
+        m_model->appendCell(QStringLiteral("jjbzd"), fee.getJjbzd(), zTableCell::TextCell);
+    }
+}

@@ -1,0 +1,107 @@
+#include "accounthandlers.h"
+#include "accountstore.h"
+#include "requestcontext.h"
+#include "servicedb.h"
+#include "serviceerror.h"
+
+#include <QJsonArray>
+
+namespace {
+
+QJsonObject entry(const QString &name, const QString &token, int type, int qyid, const QString &kind, bool login)
+{
+    return QJsonObject{{QStringLiteral("name"), name}, {QStringLiteral("token"), token},
+                       {QStringLiteral("type"), type}, {QStringLiteral("qyid"), qyid},
+                       {QStringLiteral("kind"), kind}, {QStringLiteral("login"), login}};
+}
+
+QJsonObject ok(const QJsonValue &data = QJsonValue())
+{
+    return QJsonObject{{QStringLiteral("data"), data}};
+}
+
+}
+
+AccountHandlers::AccountHandlers(const ServiceContext &context)
+    : m_context(context)
+{
+}
+
+void AccountHandlers::registerOn(QHash<QString, MethodHandler> &table)
+{
+    table.insert(QStringLiteral("getserverlist"), [this](const RequestContext &r) { return serverList(r); });
+    table.insert(QStringLiteral("login"), [this](const RequestContext &r) { return login(r); });
+    table.insert(QStringLiteral("logout"), [this](const RequestContext &r) { return logout(r); });
+    table.insert(QStringLiteral("enterpriselogin"), [this](const RequestContext &r) { return enterpriseLogin(r); });
+    table.insert(QStringLiteral("enterpriselogout"), [this](const RequestContext &r) { return enterpriseLogout(r); });
+}
+
+QJsonObject AccountHandlers::serverList(const RequestContext &request)
+{
+    const QString kind = request.text(QStringLiteral("kind"), false, 20);
+    const AccountStore::Session session = m_context.accounts->session(request.session());
+    const bool loggedIn = session.userId != 0;
+    QJsonArray list;
+    list.append(entry(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, QStringLiteral("kv"), loggedIn));
+    if (kind != QLatin1String("cj"))
+        list.append(entry(QStringLiteral("Korvane云"), QStringLiteral("kv_token"), 0, 0, QStringLiteral("kv"), loggedIn));
+    list.append(
+        entry(QStringLiteral("Korvane大数据"), QStringLiteral("kv_token_bigdata"), 0, 0, QStringLiteral("kv"), loggedIn));
+    if (loggedIn) {
+        // Enterprise entries: type 1 (libraries checked per library), token the
+        // enterprise session of this login once the user has logged in there.
+        const QString entKind = kind == QLatin1String("cj") ? QStringLiteral("cj") : QStringLiteral("pri");
+        for (const AccountStore::Membership &m : m_context.accounts->memberships(session.userId)) {
+            const QString token = m_context.accounts->enterpriseTokenOf(session.token, m.enterpriseId);
+            list.append(entry(m.name, token.isEmpty() ? QStringLiteral("ent_%1").arg(m.enterpriseId) : token, 1,
+                              m.enterpriseId, entKind, !token.isEmpty()));
+        }
+    }
+    return ok(list);
+}
+
+QJsonObject AccountHandlers::login(const RequestContext &request)
+{
+    const QString username = request.text(QStringLiteral("username"), true, 64);
+    const QString password = request.text(QStringLiteral("password"), true, 128);
+    const int userId = m_context.accounts->verify(username, password);
+    AccountStore::Session session;
+    m_context.db->write([&] { session = m_context.accounts->openSession(userId); });
+    return ok(QJsonObject{{QStringLiteral("userid"), QString::number(session.userId)},
+                          {QStringLiteral("username"), session.displayName},
+                          {QStringLiteral("session"), session.token}});
+}
+
+QJsonObject AccountHandlers::logout(const RequestContext &request)
+{
+    if (request.session().isEmpty())
+        throw ServiceError(ServiceError::NotLoggedIn, QStringLiteral("当前没有登录"));
+    m_context.db->write([&] { m_context.accounts->closeSession(request.session()); });
+    return ok();
+}
+
+QJsonObject AccountHandlers::enterpriseLogin(const RequestContext &request)
+{
+    const int qyid = request.integer(QStringLiteral("qyid"), true);
+    const QString username = request.text(QStringLiteral("username"), true, 64);
+    const QString password = request.text(QStringLiteral("password"), true, 128);
+    if (m_context.accounts->enterpriseName(qyid).isEmpty())
+        throw ServiceError(ServiceError::NotFound, QStringLiteral("企业服务器不存在"));
+    const int userId = m_context.accounts->verify(username, password);
+    if (m_context.accounts->role(qyid, userId) == AccountStore::NoRole)
+        throw ServiceError(ServiceError::Forbidden, QStringLiteral("该账号不是此企业的成员"));
+    // Tie the enterprise login to the Korvane login only when it is the same user.
+    const AccountStore::Session parent = m_context.accounts->session(request.session());
+    const QString parentToken = parent.userId == userId ? parent.token : QString();
+    QString token;
+    m_context.db->write([&] { token = m_context.accounts->openEnterpriseSession(qyid, userId, parentToken); });
+    return ok(QJsonObject{{QStringLiteral("token"), token}});
+}
+
+QJsonObject AccountHandlers::enterpriseLogout(const RequestContext &request)
+{
+    const int qyid = request.integer(QStringLiteral("qyid"), true);
+    const QString token = request.hasOriginToken() ? request.originToken() : QString();
+    m_context.db->write([&] { m_context.accounts->closeEnterpriseSessions(qyid, request.session(), token); });
+    return ok();
+}

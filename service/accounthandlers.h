@@ -1,0 +1,22 @@
+#pragma once
+#include "servicecontext.h"
+
+#include <QHash>
+
+// Host-only calls about logins and the server list: "getserverlist",
+// "login", "logout", "enterpriselogin", "enterpriselogout".
+class AccountHandlers
+{
+public:
+    explicit AccountHandlers(const ServiceContext &context);
+    void registerOn(QHash<QString, MethodHandler> &table);
+
+private:
+    QJsonObject serverList(const RequestContext &request);
+    QJsonObject login(const RequestContext &request);
+    QJsonObject logout(const RequestContext &request);
+    QJsonObject enterpriseLogin(const RequestContext &request);
+    QJsonObject enterpriseLogout(const RequestContext &request);
+
+    ServiceContext m_context;
+};

@@ -1,0 +1,191 @@
+#include "accountstore.h"
+#include "passwordhash.h"
+#include "servicedb.h"
+#include "serviceerror.h"
+
+#include <QDateTime>
+#include <QSqlQuery>
+
+namespace {
+
+QString now()
+{
+    return QDateTime::currentDateTimeUtc().toString(Qt::ISODate);
+}
+
+}
+
+AccountStore::AccountStore(ServiceDb &db)
+    : m_db(db)
+{
+}
+
+int AccountStore::createUser(const QString &username, const QString &displayName, const QString &password,
+                             int iterations)
+{
+    if (m_db.scalar(QStringLiteral("SELECT COUNT(*) FROM users WHERE username = ?"), {username}).toInt() > 0)
+        throw ServiceError(ServiceError::Conflict, QStringLiteral("用户名已存在"));
+    const QByteArray salt = PasswordHash::newSalt();
+    const QByteArray hash = PasswordHash::derive(password, salt, iterations);
+    QSqlQuery q = m_db.exec(
+        QStringLiteral("INSERT INTO users(username, display_name, salt, hash, iterations) VALUES(?, ?, ?, ?, ?)"),
+        {username, displayName, salt, hash, iterations});
+    return q.lastInsertId().toInt();
+}
+
+int AccountStore::createEnterprise(int id, const QString &name)
+{
+    m_db.exec(QStringLiteral("INSERT INTO enterprises(id, name) VALUES(?, ?)"), {id, name});
+    return id;
+}
+
+void AccountStore::setMember(int enterpriseId, int userId, Role role)
+{
+    if (role == NoRole) {
+        m_db.exec(QStringLiteral("DELETE FROM members WHERE enterprise_id = ? AND user_id = ?"), {enterpriseId, userId});
+        return;
+    }
+    m_db.exec(QStringLiteral("INSERT OR REPLACE INTO members(enterprise_id, user_id, role) VALUES(?, ?, ?)"),
+              {enterpriseId, userId, roleName(role)});
+}
+
+int AccountStore::verify(const QString &username, const QString &password)
+{
+    QSqlQuery q = m_db.exec(QStringLiteral("SELECT id, salt, hash, iterations FROM users WHERE username = ?"),
+                            {username});
+    if (!q.next()) {
+        // Same work as a real check, so that a wrong name is not told apart by time.
+        PasswordHash::derive(password, QByteArray(16, '\0'), PasswordHash::DefaultIterations);
+        throw ServiceError(ServiceError::NotLoggedIn, QStringLiteral("用户名或密码错误"));
+    }
+    const QByteArray hash = PasswordHash::derive(password, q.value(1).toByteArray(), q.value(3).toInt());
+    if (!PasswordHash::equal(hash, q.value(2).toByteArray()))
+        throw ServiceError(ServiceError::NotLoggedIn, QStringLiteral("用户名或密码错误"));
+    return q.value(0).toInt();
+}
+
+AccountStore::Session AccountStore::openSession(int userId)
+{
+    Session s;
+    s.token = PasswordHash::randomToken();
+    m_db.exec(QStringLiteral("INSERT INTO sessions(token, user_id, created) VALUES(?, ?, ?)"), {s.token, userId, now()});
+    QSqlQuery q = m_db.exec(QStringLiteral("SELECT username, display_name FROM users WHERE id = ?"), {userId});
+    if (q.next()) {
+        s.userId = userId;
+        s.username = q.value(0).toString();
+        s.displayName = q.value(1).toString();
+    }
+    return s;
+}
+
+void AccountStore::closeSession(const QString &token)
+{
+    m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE parent_session = ?"), {token});
+    m_db.exec(QStringLiteral("DELETE FROM sessions WHERE token = ?"), {token});
+}
+
+AccountStore::Session AccountStore::session(const QString &token)
+{
+    Session s;
+    if (token.isEmpty())
+        return s;
+    QSqlQuery q = m_db.exec(QStringLiteral("SELECT u.id, u.username, u.display_name FROM sessions s"
+                                           " JOIN users u ON u.id = s.user_id WHERE s.token = ?"),
+                            {token});
+    if (q.next()) {
+        s.userId = q.value(0).toInt();
+        s.username = q.value(1).toString();
+        s.displayName = q.value(2).toString();
+        s.token = token;
+    }
+    return s;
+}
+
+QString AccountStore::openEnterpriseSession(int enterpriseId, int userId, const QString &parentSession)
+{
+    const QString token = QStringLiteral("ent_") + PasswordHash::randomToken();
+    m_db.exec(QStringLiteral("INSERT INTO enterprise_sessions(token, enterprise_id, user_id, parent_session, created)"
+                             " VALUES(?, ?, ?, ?, ?)"),
+              {token, enterpriseId, userId, parentSession, now()});
+    return token;
+}
+
+void AccountStore::closeEnterpriseSessions(int enterpriseId, const QString &parentSession, const QString &token)
+{
+    m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE enterprise_id = ? AND (token = ?"
+                             " OR (parent_session <> '' AND parent_session = ?))"),
+              {enterpriseId, token, parentSession});
+}
+
+AccountStore::EnterpriseSession AccountStore::enterpriseSession(const QString &token)
+{
+    EnterpriseSession s;
+    QSqlQuery q = m_db.exec(
+        QStringLiteral("SELECT user_id, enterprise_id FROM enterprise_sessions WHERE token = ?"), {token});
+    if (q.next()) {
+        s.userId = q.value(0).toInt();
+        s.enterpriseId = q.value(1).toInt();
+    }
+    return s;
+}
+
+QString AccountStore::enterpriseTokenOf(const QString &parentSession, int enterpriseId)
+{
+    if (parentSession.isEmpty())
+        return QString();
+    return m_db
+        .scalar(QStringLiteral("SELECT token FROM enterprise_sessions WHERE parent_session = ? AND enterprise_id = ?"
+                               " ORDER BY created DESC LIMIT 1"),
+                {parentSession, enterpriseId})
+        .toString();
+}
+
+AccountStore::Role AccountStore::role(int enterpriseId, int userId)
+{
+    return roleFromName(
+        m_db.scalar(QStringLiteral("SELECT role FROM members WHERE enterprise_id = ? AND user_id = ?"),
+                    {enterpriseId, userId})
+            .toString());
+}
+
+QList<AccountStore::Membership> AccountStore::memberships(int userId)
+{
+    QList<Membership> list;
+    QSqlQuery q = m_db.exec(QStringLiteral("SELECT e.id, e.name, m.role FROM members m JOIN enterprises e"
+                                           " ON e.id = m.enterprise_id WHERE m.user_id = ? ORDER BY e.id"),
+                            {userId});
+    while (q.next())
+        list.append(Membership{q.value(0).toInt(), q.value(1).toString(), roleFromName(q.value(2).toString())});
+    return list;
+}
+
+QString AccountStore::enterpriseName(int enterpriseId)
+{
+    return m_db.scalar(QStringLiteral("SELECT name FROM enterprises WHERE id = ?"), {enterpriseId}).toString();
+}
+
+QString AccountStore::roleName(Role role)
+{
+    switch (role) {
+    case ReadRole:
+        return QStringLiteral("read");
+    case WriteRole:
+        return QStringLiteral("write");
+    case AdminRole:
+        return QStringLiteral("admin");
+    case NoRole:
+        break;
+    }
+    return QString();
+}
+
+AccountStore::Role AccountStore::roleFromName(const QString &name)
+{
+    if (name == QLatin1String("read"))
+        return ReadRole;
+    if (name == QLatin1String("write"))
+        return WriteRole;
+    if (name == QLatin1String("admin"))
+        return AdminRole;
+    return NoRole;
+}

@@ -1,0 +1,60 @@
+#pragma once
+#include <QList>
+#include <QString>
+
+class ServiceDb;
+
+// Users, their sessions, enterprises and memberships. Methods that write
+// expect to run inside ServiceDb::write; the caller decides the transaction.
+class AccountStore
+{
+public:
+    enum Role { NoRole = 0, ReadRole = 1, WriteRole = 2, AdminRole = 3 };
+
+    struct Session {
+        int userId = 0;
+        QString username;
+        QString displayName;
+        QString token;
+    };
+    struct EnterpriseSession {
+        int userId = 0;
+        int enterpriseId = 0;
+    };
+    struct Membership {
+        int enterpriseId = 0;
+        QString name;
+        Role role = NoRole;
+    };
+
+    explicit AccountStore(ServiceDb &db);
+
+    int createUser(const QString &username, const QString &displayName, const QString &password,
+                   int iterations);
+    int createEnterprise(int id, const QString &name);
+    void setMember(int enterpriseId, int userId, Role role);
+
+    // Checks the password; throws ServiceError with a message for the user.
+    // Does not write.
+    int verify(const QString &username, const QString &password);
+    Session openSession(int userId);
+    void closeSession(const QString &token);
+    // userId 0 when the token is unknown.
+    Session session(const QString &token);
+
+    QString openEnterpriseSession(int enterpriseId, int userId, const QString &parentSession);
+    void closeEnterpriseSessions(int enterpriseId, const QString &parentSession, const QString &token);
+    EnterpriseSession enterpriseSession(const QString &token);
+    // The enterprise session of this Korvane session for `enterpriseId`, if any.
+    QString enterpriseTokenOf(const QString &parentSession, int enterpriseId);
+
+    Role role(int enterpriseId, int userId);
+    QList<Membership> memberships(int userId);
+    QString enterpriseName(int enterpriseId);
+
+    static QString roleName(Role role);
+    static Role roleFromName(const QString &name);
+
+private:
+    ServiceDb &m_db;
+};

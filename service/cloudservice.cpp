@@ -1,0 +1,24 @@
+#include "cloudservice.h"
+#include "servicecore.h"
+
+CloudService::CloudService(const QString &dataDir, Seed seed)
+    : m_core(std::make_unique<ServiceCore>(dataDir, seed))
+{
+}
+
+CloudService::~CloudService() = default;
+
+QJsonObject CloudService::handle(const QJsonObject &request, const QString &session)
+{
+    return m_core->handle(request, session);
+}
+
+QString CloudService::openError() const
+{
+    return m_core->openError();
+}
+
+QString CloudService::firstRunNotice() const
+{
+    return m_core->firstRunNotice();
+}

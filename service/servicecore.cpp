@@ -1,0 +1,83 @@
+#include "servicecore.h"
+#include "accounthandlers.h"
+#include "accountstore.h"
+#include "requestcontext.h"
+#include "servicedb.h"
+#include "serviceerror.h"
+#include "serviceseed.h"
+
+#include <QDir>
+
+ServiceCore::ServiceCore(const QString &dataDir, CloudService::Seed seed)
+    : m_dataDir(dataDir)
+{
+    try {
+        open(seed);
+    } catch (const ServiceError &e) {
+        m_openError = e.message();
+    } catch (const std::exception &e) {
+        m_openError = QString::fromUtf8(e.what());
+    }
+}
+
+ServiceCore::~ServiceCore() = default;
+
+QString ServiceCore::databaseFileName()
+{
+    return QStringLiteral("velora-cloud.db");
+}
+
+void ServiceCore::open(CloudService::Seed seed)
+{
+    if (m_dataDir.isEmpty() || !QDir().mkpath(m_dataDir))
+        throw ServiceError(ServiceError::Internal, QStringLiteral("无法创建云服务数据目录：%1").arg(m_dataDir));
+    m_db = std::make_unique<ServiceDb>(QDir(m_dataDir).filePath(databaseFileName()));
+    m_db->open();
+    m_accounts = std::make_unique<AccountStore>(*m_db);
+    m_context.db = m_db.get();
+    m_context.accounts = m_accounts.get();
+    m_context.dataDir = m_dataDir;
+
+    ServiceSeed seeder(m_context);
+    if (seed != CloudService::Seed::None && seeder.isEmpty())
+        m_firstRunNotice = seeder.run(seed == CloudService::Seed::Full);
+
+    m_accountHandlers = std::make_unique<AccountHandlers>(m_context);
+    m_accountHandlers->registerOn(m_table);
+}
+
+QJsonObject ServiceCore::handle(const QJsonObject &request, const QString &session)
+{
+    QJsonObject reply;
+    try {
+        reply = dispatch(request, session);
+        reply.insert(QStringLiteral("code"), 0);
+        if (!reply.contains(QStringLiteral("msg")))
+            reply.insert(QStringLiteral("msg"), QStringLiteral("成功"));
+        if (!reply.contains(QStringLiteral("data")))
+            reply.insert(QStringLiteral("data"), QJsonValue());
+        return reply;
+    } catch (const ServiceError &e) {
+        return QJsonObject{{QStringLiteral("code"), e.code()},
+                           {QStringLiteral("msg"), e.message()},
+                           {QStringLiteral("data"), QJsonValue()}};
+    } catch (const std::exception &e) {
+        qWarning("velora service: %s", e.what());
+    } catch (...) {
+        qWarning("velora service: unknown exception");
+    }
+    return QJsonObject{{QStringLiteral("code"), int(ServiceError::Internal)},
+                       {QStringLiteral("msg"), QStringLiteral("服务器内部错误，请稍后重试")},
+                       {QStringLiteral("data"), QJsonValue()}};
+}
+
+QJsonObject ServiceCore::dispatch(const QJsonObject &request, const QString &session)
+{
+    if (!m_openError.isEmpty())
+        throw ServiceError(ServiceError::Internal, QStringLiteral("云服务数据无法打开：%1").arg(m_openError));
+    const RequestContext context(request, session);
+    const auto it = m_table.constFind(context.method());
+    if (it == m_table.constEnd())
+        throw ServiceError(ServiceError::UnknownMethod, QStringLiteral("不支持的方法：%1").arg(context.method()));
+    return (*it)(context);
+}

@@ -1,0 +1,41 @@
+#pragma once
+#include "cloudservice.h"
+#include "servicecontext.h"
+
+#include <QHash>
+#include <QJsonObject>
+#include <QString>
+
+#include <memory>
+
+class AccountHandlers;
+class AccountStore;
+class ServiceDb;
+
+// The service behind CloudService: storage, accounts, the matcher and the
+// method table.
+class ServiceCore
+{
+public:
+    ServiceCore(const QString &dataDir, CloudService::Seed seed);
+    ~ServiceCore();
+
+    QJsonObject handle(const QJsonObject &request, const QString &session);
+    QString openError() const { return m_openError; }
+    QString firstRunNotice() const { return m_firstRunNotice; }
+
+    static QString databaseFileName();
+
+private:
+    void open(CloudService::Seed seed);
+    QJsonObject dispatch(const QJsonObject &request, const QString &session);
+
+    QString m_dataDir;
+    QString m_openError;
+    QString m_firstRunNotice;
+    std::unique_ptr<ServiceDb> m_db;
+    std::unique_ptr<AccountStore> m_accounts;
+    ServiceContext m_context;
+    std::unique_ptr<AccountHandlers> m_accountHandlers;
+    QHash<QString, MethodHandler> m_table;
+};

@@ -1,0 +1,375 @@
+#include "../login/loginanswers.h"
+#include "hostfixture.h"
+
+#include <cloud/cloudserverchoice.h>
+
+#include <hostapi/cloudservercombox.h>
+#include <hostapi/communication.h>
+#include <hostapi/hostconfig.h>
+#include <hostapi/ltdinfo.h>
+#include <hostapi/serverregistry.h>
+#include <hostapi/staticpriloginobj.h>
+#include <hostapi/users.h>
+
+#include <QComboBox>
+#include <QSignalSpy>
+#include <QWidget>
+#include <QtTest>
+
+#include <memory>
+
+using namespace loginanswers;
+
+class TestCloudServerChoice : public QObject
+{
+    Q_OBJECT
+private:
+    std::unique_ptr<HostFixture> fx;
+    std::unique_ptr<QWidget> dialog;
+    CloudServerCombox *combo = nullptr;
+    CloudServerChoice *choice = nullptr;
+
+    void loginKorvaneDirectly() { Users::Instance()->Kvy()->setLogin("u1", "张三", "sess-1"); }
+    void saveSetting(const QString &name)
+    {
+        auto s = HostConfig::openSysSet();
+        s->setValue("CloudApp/CurrServer_all", name);
+        s->sync();
+    }
+    static QString savedSetting()
+    {
+        return HostConfig::openSysSet()->value("CloudApp/CurrServer_all").toString();
+    }
+    QStringList comboTexts() const
+    {
+        QStringList out;
+        for (int i = 0; i < combo->comboBox()->count(); ++i)
+            out << combo->comboBox()->itemText(i);
+        return out;
+    }
+    // start() with the cloud answering `list` (once per list request).
+    void startWith(const QJsonArray &list = serverList())
+    {
+        fx->channel().replyOk(list);
+        choice->start();
+    }
+
+private slots:
+    void init()
+    {
+        fx = std::make_unique<HostFixture>();
+        ServerRegistry::instance()->reset();
+        dialog = std::make_unique<QWidget>();
+        combo = new CloudServerCombox(dialog.get());
+        choice = new CloudServerChoice(combo, dialog.get());
+    }
+    void cleanup()
+    {
+        dialog.reset();
+        ServerRegistry::instance()->reset();
+        fx.reset();
+    }
+
+    void startRemovesBigDataUnlessKept_data()
+    {
+        QTest::addColumn<QString>("saveBzQd");
+        QTest::addColumn<QStringList>("shown");
+        QTest::addColumn<int>("removedAt");
+        const QStringList without{"个人云", "Korvane云", "华东企业", "华南企业"};
+        QTest::newRow("unset") << QString() << without << 2;
+        QTest::newRow("false") << "false" << without << 2;
+        QTest::newRow("TRUE is not true") << "TRUE" << without << 2;
+        QTest::newRow("true") << "true" << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业"}
+                              << -1;
+    }
+
+    void startRemovesBigDataUnlessKept()
+    {
+        QFETCH(QString, saveBzQd);
+        QFETCH(QStringList, shown);
+        QFETCH(int, removedAt);
+        HostConfig::setValue("SaveBzQd", saveBzQd);
+        QSignalSpy reload(choice, &CloudServerChoice::signalReloadData);
+        startWith();
+        QCOMPARE(comboTexts(), shown);
+        QCOMPARE(choice->removedBigDataIndex(), removedAt);
+        // Nobody is logged in: nothing chosen, the combo shows its placeholder.
+        QCOMPARE(choice->currentIndex(), -1);
+        QCOMPARE(choice->getCurrServer(), nullptr);
+        QCOMPARE(combo->currentText(), QStringLiteral("请选择服务器"));
+        QCOMPARE(reload.size(), 1);
+        QCOMPARE(fx->channel().requests().size(), 1); // the config query stays local
+    }
+
+    void materialServersAlwaysLoseBigData()
+    {
+        HostConfig::setValue("SaveBzQd", "true");
+        choice->setServerKind("cj");
+        choice->setHonourSaveBzQd(false);
+        startWith();
+        QCOMPARE(comboTexts(), (QStringList{"个人云", "Korvane云", "材价库"}));
+        QCOMPARE(choice->currentIndex(), 2); // the open price server is logged in
+    }
+
+    void readSetting_data()
+    {
+        QTest::addColumn<QString>("saved");
+        QTest::addColumn<int>("index");
+        QTest::newRow("saved and logged in") << "Korvane云" << 2;
+        QTest::newRow("saved but logged out") << "华东企业" << 0;
+        QTest::newRow("unknown name") << "旧服务器" << 0;
+        QTest::newRow("empty") << "" << 0;
+        QTest::newRow("placeholder means none") << "请选择服务器" << 0;
+    }
+
+    void readSetting()
+    {
+        QFETCH(QString, saved);
+        QFETCH(int, index);
+        loginKorvaneDirectly();
+        saveSetting(saved);
+        // An entry literally named like the placeholder shows that the saved
+        // placeholder is never looked up.
+        QJsonArray list = serverList();
+        list.insert(1, entry("请选择服务器", "kv_token", 0, 0, "kv"));
+        startWith(list);
+        QCOMPARE(choice->currentIndex(), index);
+        QCOMPARE(combo->currentIndex(), choice->currentIndex());
+    }
+
+    void emptyListMeansNothingChosen()
+    {
+        loginKorvaneDirectly();
+        startWith(QJsonArray());
+        QCOMPARE(choice->currentIndex(), -1);
+        QVERIFY(!choice->checkServer(dialog.get()));
+        QCOMPARE(fx->messageTexts(), QStringList{"请选择服务器"});
+        QCOMPARE(fx->messages().first().parent.data(), dialog.get());
+    }
+
+    void nextStepChecks()
+    {
+        loginKorvaneDirectly();
+        startWith();
+        QVERIFY(choice->checkServer(dialog.get()));
+        QVERIFY(fx->messages().isEmpty());
+        // A forced logout this dialog does not follow leaves its entry logged out.
+        ServerRegistry::instance()->logoutKorvane(true);
+        QCOMPARE(choice->currentIndex(), 0);
+        QVERIFY(!choice->checkServer(dialog.get()));
+        QCOMPARE(fx->messageTexts(), QStringList{"请登录服务器"});
+    }
+
+    void pickSavesAtOnceAndCancelGoesBack()
+    {
+        loginKorvaneDirectly();
+        saveSetting("Korvane云");
+        startWith();
+        QCOMPARE(choice->currentIndex(), 1);
+        QSignalSpy reload(choice, &CloudServerChoice::signalReloadData);
+        QString savedDuringLogin;
+        bool ownLoginDuringLogin = false;
+        fx->answerNextModal([&](QDialog *d) {
+            savedDuringLogin = savedSetting();
+            ownLoginDuringLogin = choice->getOwnerLogin();
+            return cancelLogin()(d);
+        });
+        emit combo->signalCurrentItemChanged(3); // 华南企业
+        QCOMPARE(savedDuringLogin, QStringLiteral("华南企业"));
+        QVERIFY(ownLoginDuringLogin);
+        QVERIFY(!choice->getOwnerLogin());
+        QCOMPARE(choice->currentIndex(), 1); // back to the logged-in previous entry
+        QCOMPARE(savedSetting(), QStringLiteral("华南企业")); // the file keeps the pick
+        QCOMPARE(reload.size(), 1);
+        QCOMPARE(fx->unansweredModals(), QStringList());
+    }
+
+    void cancelAfterNothingOrLoggedOutPrevious()
+    {
+        startWith(); // nobody logged in: current -1
+        fx->answerNextModal(cancelLogin());
+        emit combo->signalCurrentItemChanged(0);
+        QCOMPARE(choice->currentIndex(), -1);
+        // Previous entry exists but is not logged in: none.
+        choice->slotSaveCurrServer(-1);
+        QCOMPARE(choice->currentIndex(), -1);
+    }
+
+    void pickLoggedInEntryNeedsNoLogin()
+    {
+        loginKorvaneDirectly();
+        startWith();
+        QSignalSpy reload(choice, &CloudServerChoice::signalReloadData);
+        emit combo->signalCurrentItemChanged(1);
+        QCOMPARE(choice->currentIndex(), 1);
+        QCOMPARE(choice->getCurrServer()->getServerName(), QStringLiteral("Korvane云"));
+        QCOMPARE(savedSetting(), QStringLiteral("Korvane云"));
+        QVERIFY(fx->modalRuns().isEmpty());
+        QCOMPARE(reload.size(), 1);
+    }
+
+    void hostIndexShift_data()
+    {
+        QTest::addColumn<QString>("saveBzQd");
+        QTest::addColumn<bool>("korvane");
+        QTest::addColumn<int>("pick");
+        QTest::addColumn<QString>("formServer");
+        QTest::newRow("removed, korvane in: shifted") << "" << true << 2 << "华东企业";
+        QTest::newRow("removed, second enterprise") << "" << true << 3 << "华南企业";
+        QTest::newRow("kept: no shift") << "true" << true << 3 << "华东企业";
+        QTest::newRow("removed, korvane out: no shift") << "" << false << 2 << "Korvane大数据";
+    }
+
+    void hostIndexShift()
+    {
+        QFETCH(QString, saveBzQd);
+        QFETCH(bool, korvane);
+        QFETCH(int, pick);
+        QFETCH(QString, formServer);
+        HostConfig::setValue("SaveBzQd", saveBzQd);
+        if (korvane)
+            loginKorvaneDirectly();
+        startWith();
+        auto seen = std::make_shared<FormSeen>();
+        fx->answerNextModal([seen](QDialog *d) {
+            seen->server = d->findChild<QLabel *>("lblServer")->text();
+            return cancelLogin()(d);
+        });
+        emit combo->signalCurrentItemChanged(pick);
+        QCOMPARE(seen->server, formServer);
+    }
+
+    void enterpriseLoginThroughTheForm()
+    {
+        loginKorvaneDirectly();
+        startWith();
+        QSignalSpy reset(choice, &CloudServerChoice::signalServersReset);
+        choice->connectBroker();
+        fx->answerNextModal(fillLogin("li", "pw"));
+        fx->channel().reply(enterpriseLoginReply("s11"));
+        fx->channel().replyOk(serverList()); // loginSuccessPri lists again
+        emit combo->signalCurrentItemChanged(2);
+        QCOMPARE(fx->channel().requests().at(1).value("data").toObject().value("qyid").toInt(), 11);
+        QCOMPARE(choice->currentIndex(), 2);
+        QVERIFY(choice->getCurrServer()->getServerLogin());
+        QCOMPARE(choice->getCurrServer()->getToken(), QStringLiteral("s11"));
+        QCOMPARE(combo->currentIndex(), 2);
+        QCOMPARE(savedSetting(), QStringLiteral("华东企业"));
+        // The broker's priLogin of our own login is left to the callback.
+        QCOMPARE(reset.size(), 0);
+        QCOMPARE(fx->channel().requests().size(), 3);
+    }
+
+    void korvaneLoginThroughTheForm()
+    {
+        startWith(); // nobody logged in
+        QSignalSpy sent(Communication::GetInstance(), &Communication::messageSent);
+        QSignalSpy reload(choice, &CloudServerChoice::signalReloadData);
+        fx->answerNextModal(fillLogin("zhang", "pw"));
+        fx->channel().reply(loginReply());
+        fx->channel().replyOk(serverList());
+        emit combo->signalCurrentItemChanged(0); // 个人云 rides on the Korvane login
+        QCOMPARE(fx->channel().requests().at(1).value("data").toObject().value("method").toString(),
+                 QStringLiteral("login"));
+        QCOMPARE(choice->currentIndex(), 0);
+        QVERIFY(choice->getCurrServer()->getServerLogin());
+        QCOMPARE(combo->currentIndex(), 0);
+        QCOMPARE(sent.size(), 1);
+        QCOMPARE(sent.first().at(0).toInt(), 4);
+        QCOMPARE(sent.first().at(1).toInt(), 63);
+        QVERIFY(!sent.first().at(2).value<QVariant>().isValid());
+        QCOMPARE(reload.size(), 2); // the success callback, then the pick itself
+    }
+
+    void failedKorvaneLoginSendsNothing()
+    {
+        startWith();
+        QSignalSpy sent(Communication::GetInstance(), &Communication::messageSent);
+        auto seen = std::make_shared<FormSeen>();
+        fx->answerNextModal(fillLogin("zhang", "bad", seen));
+        fx->channel().replyError(401, "密码错误");
+        emit combo->signalCurrentItemChanged(1);
+        QCOMPARE(seen->error, QStringLiteral("密码错误"));
+        QCOMPARE(sent.size(), 0);
+        QCOMPARE(choice->currentIndex(), -1);
+    }
+
+    void loginSuccessPriNeverAdoptsIndexZero()
+    {
+        QJsonArray list{entry("华东企业", "ent_11", 1, 11, "pri"), entry("华南企业", "ent_12", 2, 12, "pri"),
+                        entry("华北企业", "ent_13", 2, 13, "pri")};
+        startWith(list);
+        QCOMPARE(choice->currentIndex(), -1);
+        fx->channel().reply(enterpriseLoginReply("s11"));
+        QVERIFY(ServerRegistry::instance()->loginEnterprise(0, "li", "pw").isEmpty());
+        fx->channel().replyOk(list);
+        choice->loginSuccessPri();
+        QCOMPARE(choice->currentIndex(), -1);
+        QCOMPARE(combo->currentIndex(), -1);
+
+        fx->channel().reply(enterpriseLoginReply("s12"));
+        QVERIFY(ServerRegistry::instance()->loginEnterprise(1, "li", "pw").isEmpty());
+        fx->channel().reply(enterpriseLoginReply("s13"));
+        QVERIFY(ServerRegistry::instance()->loginEnterprise(2, "li", "pw").isEmpty());
+        fx->channel().replyOk(list);
+        choice->loginSuccessPri();
+        QCOMPARE(choice->currentIndex(), 2); // the last logged-in entry wins
+        QCOMPARE(combo->currentIndex(), 2);
+    }
+
+    void brokerReactions()
+    {
+        loginKorvaneDirectly();
+        startWith();
+        choice->connectBroker();
+        QSignalSpy reset(choice, &CloudServerChoice::signalServersReset);
+        QSignalSpy cleared(choice, &CloudServerChoice::signalClearData);
+        staticPriLoginObj *broker = staticPriLoginObj::GetInstance();
+
+        fx->channel().replyOk(serverList());
+        emit broker->priForceExit("华东企业");
+        QCOMPARE(reset.size(), 1);
+        QCOMPARE(cleared.size(), 1);
+
+        Users::Instance()->Kvy()->setLogout();
+        fx->channel().replyOk(serverList());
+        emit broker->kvyForceExit();
+        QCOMPARE(reset.size(), 2);
+        QCOMPARE(choice->currentIndex(), -1); // rebuilt: nothing logged in now
+        QCOMPARE(combo->currentText(), QStringLiteral("请选择服务器"));
+
+        fx->channel().replyOk(serverList());
+        emit broker->priLogin("华南企业");
+        QCOMPARE(reset.size(), 3);
+
+        // Signals this module does not follow.
+        emit broker->kvyLogin();
+        emit broker->priExit("华南企业");
+        QCOMPARE(reset.size(), 3);
+
+        choice->disconnectBroker();
+        emit broker->priForceExit("华东企业");
+        emit broker->kvyForceExit();
+        QCOMPARE(reset.size(), 3);
+        QCOMPARE(fx->channel().requests().size(), 4);
+    }
+
+    void resetDataClearsThenReloadsTheList()
+    {
+        loginKorvaneDirectly();
+        startWith();
+        QSignalSpy cleared(choice, &CloudServerChoice::signalClearData);
+        QSignalSpy reload(choice, &CloudServerChoice::signalReloadData);
+        QJsonArray shorter = serverList();
+        shorter.removeAt(4);
+        fx->channel().replyOk(shorter);
+        choice->resetData();
+        QCOMPARE(cleared.size(), 1);
+        QCOMPARE(reload.size(), 0);
+        QCOMPARE(comboTexts(), (QStringList{"个人云", "Korvane云", "华东企业"}));
+        QCOMPARE(choice->currentIndex(), 0);
+    }
+};
+
+QTEST_MAIN(TestCloudServerChoice)
+#include "tst_cloudserverchoice.moc"
