@@ -132,13 +132,15 @@ bool CloudHttpServer::start(const QString &listen, QString *error)
     const QByteArray ports = listen.toUtf8();
     const QByteArray threads = QByteArray::number(qMax(1, m_limits.threads));
     const QByteArray timeout = QByteArray::number(m_limits.requestTimeoutMs);
-    // Keep-alive lets a client reuse its connection; TCP_NODELAY keeps small
-    // replies from waiting on the peer's delayed ACK.
+    // Keep-alive lets a client reuse its connection, but civetweb holds a
+    // worker thread on an idle one until the keep-alive time-out, so that is
+    // kept short. TCP_NODELAY keeps small replies from waiting on the peer's
+    // delayed ACK.
     const char *options[] = {"listening_ports", ports.constData(),
                              "num_threads", threads.constData(),
                              "request_timeout_ms", timeout.constData(),
                              "enable_keep_alive", "yes",
-                             "keep_alive_timeout_ms", "2000",
+                             "keep_alive_timeout_ms", "1000",
                              "tcp_nodelay", "1",
                              "decode_url", "yes",
                              nullptr};

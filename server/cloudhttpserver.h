@@ -27,7 +27,7 @@ public:
     using Handler = std::function<QJsonObject(const QJsonObject &request, const QString &session)>;
 
     struct Limits {
-        int threads = 16;                      // requests served at once
+        int threads = 32;                      // connections served at once
         qint64 maxBodyBytes = 8 * 1024 * 1024; // larger bodies get 413
         int requestTimeoutMs = 30000;          // a stalled client frees its thread
     };

@@ -129,7 +129,7 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     QList<int> clientCounts{1, 2, 4, 8};
     int seconds = 3;
-    int serverThreads = 16;
+    int serverThreads = 32;
     QString url;
     const QStringList args = app.arguments();
     for (int i = 1; i + 1 < args.size(); i += 2) {

@@ -288,7 +288,7 @@ private slots:
 
     void idleConnectionClosedByServerIsReopened()
     {
-        // The server drops an idle keep-alive connection after two seconds;
+        // The server drops an idle keep-alive connection after a second;
         // a worker thread whose loop did not run meanwhile still gets through.
         const QUrl base = baseUrl();
         QFuture<QList<int>> f = QtConcurrent::run([base] {
