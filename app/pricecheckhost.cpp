@@ -2,7 +2,6 @@
 #include "dialogregistry.h"
 #include "hostcontext.h"
 
-#include <pricecheck/tinitial.h>
 #include <pricecheck/tqdtjyjc.h>
 
 #include <hostapi/exceptionguard.h>
@@ -15,7 +14,6 @@
 #include <hostapi/tablebaseobject.h>
 
 #include <QObject>
-#include <QPushButton>
 
 QWidget *PriceCheckHost::open(HostContext &host)
 {
@@ -23,21 +21,6 @@ QWidget *PriceCheckHost::open(HostContext &host)
     prepare(dialog, host);
     dialog.ShowModal();
     return nullptr;
-}
-
-QWidget *PriceCheckHost::tour(HostContext &host)
-{
-    {
-        TQdtjyjc first(host.window);
-        prepare(first, host);
-        first.ShowModal();
-        first.initialPage()->modifyButton()->click();
-    }
-    auto *second = new TQdtjyjc(host.window);
-    prepare(*second, host);
-    second->nextButton()->click();
-    second->show();
-    return second;
 }
 
 void PriceCheckHost::prepare(TQdtjyjc &dialog, HostContext &host)
@@ -85,4 +68,4 @@ void PriceCheckHost::startCheck(LtdInfo *server, int matchNum)
 }
 
 VELORA_REGISTER_DIALOG(pricecheck, {QStringLiteral("pricecheck"), QStringLiteral("清单单价云检查"),
-                                    PriceCheckHost::open, PriceCheckHost::tour});
+                                    PriceCheckHost::open, nullptr});

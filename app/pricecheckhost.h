@@ -13,9 +13,6 @@ class PriceCheckHost
 public:
     // Runs the wizard modally on the project; returns when it has closed.
     static QWidget *open(HostContext &host);
-    // The tour: the first page, the influence-factor dialog, and the second
-    // page left open for the tour to grab.
-    static QWidget *tour(HostContext &host);
     // Builds `dialog`, gives it the project's time, place, altitude and
     // scope, and connects its signals to the host's reactions.
     static void prepare(TQdtjyjc &dialog, HostContext &host);
