@@ -166,6 +166,33 @@ private slots:
         QCOMPARE(requests.first(), QJsonDocument::fromJson(smallEnvelope).object());
     }
 
+    void expectContinueIsAnsweredBeforeTheBody()
+    {
+        // The HTTP channel sends its headers first; the interim answer lets
+        // the body follow at once instead of after a delayed ACK.
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, port());
+        QVERIFY(socket.waitForConnected(5000));
+        socket.write("POST /cloud HTTP/1.1\r\nHost: x\r\nExpect: 100-continue\r\nContent-Length: "
+                     + QByteArray::number(smallEnvelope.size()) + "\r\n\r\n");
+        QByteArray data;
+        QElapsedTimer clock;
+        clock.start();
+        while (!data.contains("\r\n\r\n") && clock.elapsed() < 5000) {
+            socket.waitForReadyRead(200);
+            data += socket.readAll();
+        }
+        QCOMPARE(data, QByteArray("HTTP/1.1 100 Continue\r\n\r\n"));
+        socket.write(smallEnvelope);
+        while (!data.contains("\"data\":7") && clock.elapsed() < 10000) {
+            socket.waitForReadyRead(200);
+            data += socket.readAll();
+        }
+        QVERIFY2(data.contains("\r\n\r\nHTTP/1.1 200 OK\r\n"), data.constData());
+        QVERIFY(data.contains("Connection: keep-alive\r\n"));
+        QCOMPARE(handled(), 1);
+    }
+
     void chunkedBodyIsAccepted()
     {
         const QByteArray chunked = "POST /cloud HTTP/1.1\r\nHost: x\r\nConnection: close\r\nTransfer-Encoding: chunked\r\n\r\n"
