@@ -4,12 +4,10 @@
 
 #include <QByteArray>
 #include <QJsonDocument>
-#include <QRegularExpression>
 
 #include <chrono>
 #include <cstdio>
 #include <exception>
-#include <vector>
 
 namespace {
 
@@ -49,7 +47,10 @@ void sendJson(mg_connection *conn, int status, const QJsonObject &object, const 
                           + (keepAlive ? "keep-alive" : "close") + "\r\n";
     if (extraHeader)
         response += QByteArray(extraHeader) + "\r\n";
-    response += "\r\n" + body;
+    response += "\r\n";
+    // A HEAD answer states the body's length but leaves it out.
+    if (qstrcmp(mg_get_request_info(conn)->request_method, "HEAD") != 0)
+        response += body;
     mg_write(conn, response.constData(), size_t(response.size()));
 }
 

@@ -272,6 +272,8 @@ private slots:
         QTest::addColumn<int>("status");
         QTest::addColumn<QJsonObject>("json");
         QTest::newRow("health") << get("/health") << 200 << QJsonObject{{"status", "ok"}};
+        QTest::newRow("HEAD health") << QByteArray("HEAD /health HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n")
+                                     << 200 << QJsonObject();
         QTest::newRow("GET cloud") << get("/cloud") << 405
                                    << QJsonObject{{"code", 405}, {"msg", QStringLiteral("请求方式不受支持")}};
         QTest::newRow("POST health") << QByteArray("POST /health HTTP/1.1\r\nHost: x\r\nConnection: close\r\nContent-Length: 0\r\n\r\n")
@@ -292,6 +294,10 @@ private slots:
         QCOMPARE(r.json(), json);
         if (status == 405)
             QVERIFY(r.headers.contains("Allow: "));
+        if (request.startsWith("HEAD")) {
+            QVERIFY(r.body.isEmpty());
+            QVERIFY(r.headers.contains("Content-Length: 15"));
+        }
         QCOMPARE(handled(), 0);
     }
 
