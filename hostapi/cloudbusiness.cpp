@@ -1,40 +1,20 @@
 #include "cloudbusiness.h"
 #include "serverregistry.h"
 
-namespace {
-const QString kKindKv = QStringLiteral("kv");
-const QString kKindPri = QStringLiteral("pri");
-const QString kKindCj = QStringLiteral("cj");
-
-// The Korvane-account entries are in every list; an empty filter adds the
-// enterprise servers, a kind name ("cj") the servers of that kind instead.
-bool inList(const LtdInfo *entry, const QString &filter)
-{
-    const QString kind = entry->kind();
-    if (kind == kKindKv)
-        return true;
-    if (filter.isEmpty())
-        return kind != kKindCj;
-    return kind == filter;
-}
-}
-
 bool CloudBusiness::requestServerList(QList<LtdInfo *> &list, QString filter)
 {
     list.clear();
     ServerRegistry *registry = ServerRegistry::instance();
-    if (!registry->refresh())
+    if (!registry->refresh(filter))
         return false;
-    for (LtdInfo *entry : registry->servers())
-        if (inList(entry, filter))
-            list << entry;
+    list = registry->servers(filter);
     return true;
 }
 
 bool CloudBusiness::hasPriServer(QList<LtdInfo *> &list)
 {
     for (const LtdInfo *entry : qAsConst(list))
-        if (entry && entry->kind() == kKindPri)
+        if (entry && entry->kind() == QLatin1String("pri"))
             return true;
     return false;
 }

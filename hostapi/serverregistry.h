@@ -20,9 +20,12 @@ public:
 
     // The host's full list, in the order the cloud gives it (the personal
     // cloud, the Korvane cloud, "Korvane大数据", the enterprise servers ...).
-    QList<LtdInfo *> servers() const;
-    // Asks the cloud for the list (host-only method); false when it failed.
-    bool refresh();
+    // A kind ("cj": the material price servers) names another list the cloud
+    // keeps; the login index of userSyyLogin always refers to the full list.
+    QList<LtdInfo *> servers(const QString &kind = QString()) const;
+    // Asks the cloud for a list (host-only method); false when it failed, and
+    // the last good list stays.
+    bool refresh(const QString &kind = QString());
 
     // Logins. On failure the returned text is the message to show; empty on
     // success. Success updates entries and announces it on staticPriLoginObj.
@@ -39,14 +42,15 @@ signals:
 
 private:
     explicit ServerRegistry(QObject *parent = nullptr);
+    LtdInfo *entryFor(const QString &kind, const QString &name);
     LtdInfo *entryNamed(const QString &name) const;
     // Login flags and tokens from the Korvane login and the enterprise sessions.
     void applyLoginState();
     std::vector<std::unique_ptr<LtdInfo>> m_entries;
-    // The entries of the last list the cloud gave, in its order.
-    QList<LtdInfo *> m_current;
-    // Enterprise session token by server name.
-    QHash<QString, QString> m_enterpriseSessions;
-    // The login flag the cloud reported, by server name.
-    QHash<QString, bool> m_cloudLogin;
+    // The last list the cloud gave for each kind, in its order.
+    QHash<QString, QList<LtdInfo *>> m_lists;
+    // Enterprise session token by enterprise id (shared by its entries).
+    QHash<int, QString> m_enterpriseSessions;
+    // Entries the cloud reported as logged in.
+    QHash<LtdInfo *, bool> m_cloudLogin;
 };

@@ -60,14 +60,13 @@ private slots:
         QVERIFY(sent.contains("app_type"));
         QCOMPARE(sent.value("data").toObject(), (QJsonObject{{"method", "getserverlist"}}));
         QCOMPARE(names(reg()->servers()),
-                 (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业", "材价库"}));
+                 (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业"}));
         const LtdInfo *ent = reg()->servers().at(3);
         QCOMPARE(ent->getToken(), QStringLiteral("ent_11"));
         QCOMPARE(ent->getType(), 1);
         QCOMPARE(ent->getQyid(), 11);
         QCOMPARE(ent->kind(), QStringLiteral("pri"));
-        // Nobody logged in: only the open material server counts as logged in.
-        QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false, true}));
+        QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false}));
     }
 
     void refreshKeepsPointersAndDropsVanishedEntries()
@@ -98,28 +97,42 @@ private slots:
         QList<LtdInfo *> list{nullptr};
         QVERIFY(!CloudBusiness::requestServerList(list, QString()));
         QVERIFY(list.isEmpty());
-        QCOMPARE(reg()->servers().size(), 6); // the last good list stays
+        QCOMPARE(reg()->servers().size(), 5); // the last good list stays
     }
 
-    void requestServerListFilters_data()
+    void priceServersAreTheirOwnList()
     {
-        QTest::addColumn<QString>("filter");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("bill servers") << QString()
-                                      << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业"};
-        QTest::newRow("material servers") << QStringLiteral("cj")
-                                          << QStringList{"个人云", "Korvane云", "Korvane大数据", "材价库"};
-    }
-
-    void requestServerListFilters()
-    {
-        QFETCH(QString, filter);
-        QFETCH(QStringList, expected);
-        fx->channel().replyOk(serverList());
+        loadList();
+        fx->channel().replyOk(priceServerList());
         QList<LtdInfo *> list;
-        QVERIFY(CloudBusiness::requestServerList(list, filter));
-        QCOMPARE(names(list), expected);
-        QCOMPARE(CloudBusiness::hasPriServer(list), filter.isEmpty());
+        QVERIFY(CloudBusiness::requestServerList(list, QStringLiteral("cj")));
+        QCOMPARE(fx->channel().lastRequest().value("data").toObject(),
+                 (QJsonObject{{"method", "getserverlist"}, {"kind", "cj"}}));
+        QCOMPARE(names(list), (QStringList{"个人云", "Korvane大数据", "华东企业", "材价库"}));
+        // The cloud says which price servers are open to the account.
+        QCOMPARE(logins(list), (QList<bool>{false, false, false, true}));
+        QVERIFY(!CloudBusiness::hasPriServer(list));
+        // Korvane-account entries are shared; the full list is untouched.
+        QCOMPARE(list.first(), reg()->servers().first());
+        QCOMPARE(reg()->servers().size(), 5);
+        QVERIFY(reg()->servers().at(3) != list.at(2));
+
+        QList<LtdInfo *> bills;
+        fx->channel().replyOk(serverList());
+        QVERIFY(CloudBusiness::requestServerList(bills, QString()));
+        QCOMPARE(fx->channel().lastRequest().value("data").toObject(), (QJsonObject{{"method", "getserverlist"}}));
+        QVERIFY(CloudBusiness::hasPriServer(bills));
+    }
+
+    void enterpriseLoginTheCloudRemembers()
+    {
+        QJsonArray list = serverList();
+        list.replace(4, entry("华南企业", "ent-session-12", 2, 12, "pri", true));
+        fx->channel().replyOk(list);
+        QVERIFY(reg()->refresh());
+        QVERIFY(reg()->servers().at(4)->getServerLogin());
+        QCOMPARE(reg()->servers().at(4)->getToken(), QStringLiteral("ent-session-12"));
+        QVERIFY(!reg()->servers().at(3)->getServerLogin());
     }
 
     void korvaneLoginLogsInTheKorvaneEntries()
@@ -133,7 +146,7 @@ private slots:
         QVERIFY(Users::Instance()->Kvy()->IsLogin());
         QCOMPARE(Users::Instance()->Kvy()->UserID(), QStringLiteral("u1"));
         QCOMPARE(kvLogin.size(), 1);
-        QCOMPARE(logins(reg()->servers()), (QList<bool>{true, true, true, false, false, true}));
+        QCOMPARE(logins(reg()->servers()), (QList<bool>{true, true, true, false, false}));
         // The session now travels beside every request.
         loadList();
         QCOMPARE(fx->channel().sessions().last(), QStringLiteral("sess-1"));
@@ -207,7 +220,7 @@ private slots:
         QCOMPARE(kvExit.size(), 1);
         QCOMPARE(kvForce.size(), 0);
         QVERIFY(!Users::Instance()->Kvy()->IsLogin());
-        QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false, true}));
+        QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false}));
     }
 };
 
