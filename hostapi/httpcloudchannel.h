@@ -1,0 +1,35 @@
+#pragma once
+#include "cloudchannel.h"
+
+#include <QUrl>
+
+#include <atomic>
+
+// The cloud service over HTTP (velora-cloud): each request is one POST of the
+// envelope to <base URL>/cloud, the session in the header "X-Velora-Session".
+// Transport errors, HTTP error statuses and time-outs finish the call with
+// empty bytes (no reply). start() may be called from any thread that runs an
+// event loop while it waits; each thread gets its own network manager, so
+// connections are reused per thread and the call finishes on that thread.
+class HttpCloudChannel : public CloudChannel
+{
+public:
+    static constexpr int DefaultTimeoutMs = 30000;
+    static const char SessionHeader[];
+
+    explicit HttpCloudChannel(const QUrl &baseUrl, int timeoutMs = DefaultTimeoutMs);
+
+    CloudCall *start(const QJsonObject &request, const QString &session) override;
+    QString name() const override { return QStringLiteral("http"); }
+
+    // <base URL>/cloud (a trailing slash of the base is ignored).
+    QUrl endpoint() const { return m_endpoint; }
+    int timeoutMs() const { return m_timeoutMs.load(); }
+    void setTimeoutMs(int ms) { m_timeoutMs.store(ms); }
+
+    static QUrl endpointFor(const QUrl &baseUrl);
+
+private:
+    const QUrl m_endpoint;
+    std::atomic<int> m_timeoutMs;
+};

@@ -1,0 +1,256 @@
+#include "cloudhttpserver.h"
+
+#include <civetweb.h>
+
+#include <QByteArray>
+#include <QJsonDocument>
+#include <QRegularExpression>
+
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <vector>
+
+namespace {
+
+const char SessionHeader[] = "X-Velora-Session";
+
+QJsonObject failure(int code, const QString &msg)
+{
+    return QJsonObject{{QStringLiteral("code"), code}, {QStringLiteral("msg"), msg}};
+}
+
+void sendJson(mg_connection *conn, int status, const QJsonObject &object)
+{
+    const QByteArray body = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    const QByteArray length = QByteArray::number(body.size());
+    mg_response_header_start(conn, status);
+    mg_response_header_add(conn, "Content-Type", "application/json; charset=utf-8", -1);
+    mg_response_header_add(conn, "Content-Length", length.constData(), length.size());
+    mg_response_header_add(conn, "Cache-Control", "no-store", -1);
+    mg_response_header_send(conn);
+    mg_write(conn, body.constData(), size_t(body.size()));
+}
+
+enum class BodyRead { Ok, TooLarge, Broken };
+
+// Reads the whole request body, declared or chunked, refusing anything over
+// `limit` before buffering it.
+BodyRead readBody(mg_connection *conn, qint64 limit, QByteArray *body)
+{
+    const qint64 declared = mg_get_request_info(conn)->content_length;
+    if (declared > limit)
+        return BodyRead::TooLarge;
+    body->reserve(int(declared > 0 ? declared : 4096));
+    char buffer[16384];
+    for (;;) {
+        const int n = mg_read(conn, buffer, sizeof buffer);
+        if (n < 0)
+            return BodyRead::Broken;
+        if (n == 0)
+            break;
+        if (body->size() + n > limit)
+            return BodyRead::TooLarge;
+        body->append(buffer, n);
+    }
+    if (declared >= 0 && body->size() != declared)
+        return BodyRead::Broken;
+    return BodyRead::Ok;
+}
+
+bool isMethod(mg_connection *conn, const char *method)
+{
+    return qstrcmp(mg_get_request_info(conn)->request_method, method) == 0;
+}
+
+bool isPath(mg_connection *conn, const char *path)
+{
+    const char *uri = mg_get_request_info(conn)->local_uri;
+    return uri && qstrcmp(uri, path) == 0;
+}
+
+int refuseMethod(mg_connection *conn, const char *allowed)
+{
+    mg_response_header_start(conn, 405);
+    mg_response_header_add(conn, "Allow", allowed, -1);
+    const QByteArray body = QJsonDocument(failure(CloudHttpServer::MethodNotAllowedCode,
+                                                  QStringLiteral("请求方式不受支持")))
+                                .toJson(QJsonDocument::Compact);
+    const QByteArray length = QByteArray::number(body.size());
+    mg_response_header_add(conn, "Content-Type", "application/json; charset=utf-8", -1);
+    mg_response_header_add(conn, "Content-Length", length.constData(), length.size());
+    mg_response_header_send(conn);
+    mg_write(conn, body.constData(), size_t(body.size()));
+    return 405;
+}
+
+} // namespace
+
+CloudHttpServer::CloudHttpServer(Handler handler)
+    : CloudHttpServer(std::move(handler), Limits())
+{
+}
+
+CloudHttpServer::CloudHttpServer(Handler handler, const Limits &limits)
+    : m_handler(std::move(handler))
+    , m_limits(limits)
+{
+}
+
+CloudHttpServer::~CloudHttpServer()
+{
+    stop();
+}
+
+bool CloudHttpServer::start(const QString &listen, QString *error)
+{
+    if (m_context) {
+        if (error)
+            *error = QStringLiteral("already running");
+        return false;
+    }
+    const QByteArray ports = listen.toUtf8();
+    const QByteArray threads = QByteArray::number(qMax(1, m_limits.threads));
+    const QByteArray timeout = QByteArray::number(m_limits.requestTimeoutMs);
+    // Keep-alive lets a client reuse its connection; TCP_NODELAY keeps small
+    // replies from waiting on the peer's delayed ACK.
+    const char *options[] = {"listening_ports", ports.constData(),
+                             "num_threads", threads.constData(),
+                             "request_timeout_ms", timeout.constData(),
+                             "enable_keep_alive", "yes",
+                             "keep_alive_timeout_ms", "2000",
+                             "tcp_nodelay", "1",
+                             "decode_url", "yes",
+                             nullptr};
+    mg_callbacks callbacks{};
+    callbacks.log_message = &CloudHttpServer::onLog;
+    char errorText[256] = {0};
+    unsigned errorCode = 0;
+    mg_error_data errorData{&errorCode, errorText, sizeof errorText};
+    mg_init_data init{&callbacks, this, options};
+    m_context = mg_start2(&init, &errorData);
+    if (!m_context) {
+        if (error)
+            *error = QStringLiteral("cannot listen on %1: %2").arg(listen, QString::fromLocal8Bit(errorText));
+        return false;
+    }
+    mg_server_port bound[4] = {};
+    const int count = mg_get_server_ports(m_context, 4, bound);
+    m_port = count > 0 ? bound[0].port : 0;
+    const QString host = listen.left(listen.lastIndexOf(QLatin1Char(':')));
+    m_baseUrl = QStringLiteral("http://%1:%2").arg(host).arg(m_port);
+    m_requests.store(0);
+    mg_set_request_handler(m_context, "/cloud", &CloudHttpServer::onCloud, this);
+    mg_set_request_handler(m_context, "/health", &CloudHttpServer::onHealth, this);
+    mg_set_request_handler(m_context, "/", &CloudHttpServer::onOther, this);
+    return true;
+}
+
+void CloudHttpServer::stop()
+{
+    if (!m_context)
+        return;
+    {
+        // civetweb drops replies still being written when it stops, so the
+        // requests in progress are waited for first.
+        std::unique_lock<std::mutex> lock(m_drainMutex);
+        m_stopping = true;
+        m_drained.wait_for(lock, std::chrono::milliseconds(m_limits.requestTimeoutMs), [this] { return m_inFlight == 0; });
+    }
+    mg_stop(m_context);
+    m_context = nullptr;
+    std::lock_guard<std::mutex> lock(m_drainMutex);
+    m_stopping = false;
+}
+
+bool CloudHttpServer::enter()
+{
+    std::lock_guard<std::mutex> lock(m_drainMutex);
+    if (m_stopping)
+        return false;
+    ++m_inFlight;
+    return true;
+}
+
+void CloudHttpServer::leave()
+{
+    std::lock_guard<std::mutex> lock(m_drainMutex);
+    if (--m_inFlight == 0)
+        m_drained.notify_all();
+}
+
+int CloudHttpServer::onCloud(mg_connection *conn, void *self)
+{
+    auto *server = static_cast<CloudHttpServer *>(self);
+    if (!server->enter()) {
+        mg_disable_connection_keep_alive(conn);
+        sendJson(conn, 503, failure(StoppingCode, QStringLiteral("服务正在停止，请稍后重试")));
+        return 503;
+    }
+    const int status = server->serveCloud(conn);
+    server->leave();
+    return status;
+}
+
+int CloudHttpServer::onHealth(mg_connection *conn, void *self)
+{
+    if (!isPath(conn, "/health"))
+        return onOther(conn, self);
+    if (!isMethod(conn, "GET") && !isMethod(conn, "HEAD"))
+        return refuseMethod(conn, "GET, HEAD");
+    sendJson(conn, 200, QJsonObject{{QStringLiteral("status"), QStringLiteral("ok")}});
+    return 200;
+}
+
+int CloudHttpServer::onOther(mg_connection *conn, void *)
+{
+    sendJson(conn, 404, failure(NotFoundCode, QStringLiteral("请求的地址不存在")));
+    return 404;
+}
+
+int CloudHttpServer::onLog(const mg_connection *, const char *message)
+{
+    std::fprintf(stderr, "velora-cloud: %s\n", message);
+    return 1;
+}
+
+int CloudHttpServer::serveCloud(mg_connection *conn)
+{
+    if (!isPath(conn, "/cloud"))
+        return onOther(conn, this);
+    if (!isMethod(conn, "POST"))
+        return refuseMethod(conn, "POST");
+    m_requests.fetch_add(1);
+    QByteArray body;
+    switch (readBody(conn, m_limits.maxBodyBytes, &body)) {
+    case BodyRead::Broken:
+        return 400; // the client is gone or lied about the length
+    case BodyRead::TooLarge:
+        // The rest of the body is not read, so the connection cannot be reused.
+        mg_disable_connection_keep_alive(conn);
+        sendJson(conn, 413, failure(TooLargeCode, QStringLiteral("请求内容超过%1字节的上限").arg(m_limits.maxBodyBytes)));
+        return 413;
+    case BodyRead::Ok:
+        break;
+    }
+    const char *session = mg_get_header(conn, SessionHeader);
+    try {
+        sendJson(conn, 200, answer(body, QString::fromUtf8(session ? session : "")));
+        return 200;
+    } catch (const std::exception &e) {
+        std::fprintf(stderr, "velora-cloud: request failed: %s\n", e.what());
+    } catch (...) {
+        std::fprintf(stderr, "velora-cloud: request failed with an unknown exception\n");
+    }
+    sendJson(conn, 500, failure(InternalCode, QStringLiteral("服务内部错误")));
+    return 500;
+}
+
+QJsonObject CloudHttpServer::answer(const QByteArray &body, const QString &session)
+{
+    QJsonParseError parseError{};
+    const QJsonDocument doc = QJsonDocument::fromJson(body, &parseError);
+    if (parseError.error != QJsonParseError::NoError || !doc.isObject())
+        return failure(BadRequestCode, QStringLiteral("请求内容不是有效的JSON对象"));
+    return m_handler(doc.object(), session);
+}

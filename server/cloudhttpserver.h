@@ -1,0 +1,82 @@
+#pragma once
+#include <QJsonObject>
+#include <QString>
+
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+
+struct mg_connection;
+struct mg_context;
+
+// The cloud service over HTTP, served by civetweb worker threads.
+//   POST /cloud   body: the request envelope (JSON object); header
+//                 "X-Velora-Session": the session. Answers 200 with the
+//                 service's reply. A body that is not a JSON object is answered
+//                 200 with {"code": 1, "msg": "请求内容不是有效的JSON对象"}, the same
+//                 bad-request reply the service gives for malformed fields.
+//                 Bodies over the limit get 413, other methods 405, both with a
+//                 JSON body {"code", "msg"}; clients treat them as no reply.
+//   GET /health   200 {"status": "ok"}.
+// The handler is called from several worker threads at once.
+class CloudHttpServer
+{
+public:
+    using Handler = std::function<QJsonObject(const QJsonObject &request, const QString &session)>;
+
+    struct Limits {
+        int threads = 16;                      // requests served at once
+        qint64 maxBodyBytes = 8 * 1024 * 1024; // larger bodies get 413
+        int requestTimeoutMs = 30000;          // a stalled client frees its thread
+    };
+
+    static constexpr int BadRequestCode = 1;
+    static constexpr int TooLargeCode = 413;
+    static constexpr int MethodNotAllowedCode = 405;
+    static constexpr int NotFoundCode = 404;
+    static constexpr int InternalCode = 500;
+    static constexpr int StoppingCode = 503;
+
+    explicit CloudHttpServer(Handler handler);
+    CloudHttpServer(Handler handler, const Limits &limits);
+    ~CloudHttpServer();
+    CloudHttpServer(const CloudHttpServer &) = delete;
+    CloudHttpServer &operator=(const CloudHttpServer &) = delete;
+
+    // Starts serving on "ADDR:PORT" (port 0: any free port). False with a
+    // reason in `error` when the address cannot be bound.
+    bool start(const QString &listen, QString *error = nullptr);
+    // Refuses new requests (503), lets the ones in progress finish (up to the
+    // request time-out), then closes every connection.
+    void stop();
+
+    bool isRunning() const { return m_context != nullptr; }
+    int port() const { return m_port; }
+    // "http://ADDR:PORT" of the listening socket.
+    QString baseUrl() const { return m_baseUrl; }
+    // Requests answered on /cloud since start (all outcomes).
+    qint64 requestCount() const { return m_requests.load(); }
+
+private:
+    static int onCloud(mg_connection *conn, void *self);
+    static int onHealth(mg_connection *conn, void *self);
+    static int onOther(mg_connection *conn, void *self);
+    static int onLog(const mg_connection *conn, const char *message);
+
+    bool enter();
+    void leave();
+    int serveCloud(mg_connection *conn);
+    QJsonObject answer(const QByteArray &body, const QString &session);
+
+    Handler m_handler;
+    Limits m_limits;
+    mg_context *m_context = nullptr;
+    int m_port = 0;
+    QString m_baseUrl;
+    std::atomic<qint64> m_requests{0};
+    std::mutex m_drainMutex;
+    std::condition_variable m_drained;
+    int m_inFlight = 0;
+    bool m_stopping = false;
+};
