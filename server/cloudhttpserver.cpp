@@ -163,6 +163,12 @@ void CloudHttpServer::stop()
     m_stopping = false;
 }
 
+bool CloudHttpServer::isStopping()
+{
+    std::lock_guard<std::mutex> lock(m_drainMutex);
+    return m_stopping;
+}
+
 bool CloudHttpServer::enter()
 {
     std::lock_guard<std::mutex> lock(m_drainMutex);

@@ -52,6 +52,8 @@ public:
     void stop();
 
     bool isRunning() const { return m_context != nullptr; }
+    // True while stop() waits for the requests in progress.
+    bool isStopping();
     int port() const { return m_port; }
     // "http://ADDR:PORT" of the listening socket.
     QString baseUrl() const { return m_baseUrl; }
