@@ -11,6 +11,11 @@ void ModalRun::setAnswerer(Answerer answerer)
     s_answerer = std::move(answerer);
 }
 
+ModalRun::Answerer ModalRun::answerer()
+{
+    return s_answerer;
+}
+
 int ModalRun::exec(QDialog *dialog)
 {
     if (!dialog)

@@ -11,5 +11,7 @@ class ModalRun
 public:
     using Answerer = std::function<int(QDialog *)>;
     static void setAnswerer(Answerer answerer);
+    // The installed answerer (empty when dialogs run for real).
+    static Answerer answerer();
     static int exec(QDialog *dialog);
 };

@@ -1,0 +1,136 @@
+#include "billtreemodel.h"
+
+#include <hostapi/jjbtablebase.h>
+#include <hostapi/round.h>
+
+#include <QBrush>
+#include <QFont>
+
+BillTreeModel::BillTreeModel(JJBTableBase *table, QObject *parent) : QAbstractItemModel(parent), m_table(table)
+{
+    if (root())
+        root()->setChangeObserver([this](BaseDataItem *item, int) { itemChanged(item); });
+}
+
+BillTreeModel::~BillTreeModel()
+{
+    if (root())
+        root()->setChangeObserver(nullptr);
+}
+
+BaseDataItem *BillTreeModel::root() const
+{
+    return m_table ? m_table->rootItem() : nullptr;
+}
+
+BaseDataItem *BillTreeModel::itemAt(const QModelIndex &index) const
+{
+    return index.isValid() ? static_cast<BaseDataItem *>(index.internalPointer()) : root();
+}
+
+QModelIndex BillTreeModel::indexOf(BaseDataItem *item, int column) const
+{
+    if (!item || item == root() || !item->parentItem())
+        return QModelIndex();
+    const BaseDataItem *top = item;
+    while (top->parentItem())
+        top = top->parentItem();
+    if (top != root())
+        return QModelIndex();
+    return createIndex(item->row(), column, item);
+}
+
+QModelIndex BillTreeModel::index(int row, int column, const QModelIndex &parent) const
+{
+    if (!hasIndex(row, column, parent))
+        return QModelIndex();
+    BaseDataItem *owner = itemAt(parent);
+    BaseDataItem *child = owner ? owner->child(row) : nullptr;
+    return child ? createIndex(row, column, child) : QModelIndex();
+}
+
+QModelIndex BillTreeModel::parent(const QModelIndex &child) const
+{
+    if (!child.isValid())
+        return QModelIndex();
+    return indexOf(itemAt(child)->parentItem());
+}
+
+int BillTreeModel::rowCount(const QModelIndex &parent) const
+{
+    if (parent.column() > 0)
+        return 0;
+    BaseDataItem *owner = itemAt(parent);
+    return owner ? owner->childCount() : 0;
+}
+
+int BillTreeModel::columnCount(const QModelIndex &) const
+{
+    return ColumnCount;
+}
+
+QString BillTreeModel::cellText(const BaseDataItem *item, int column) const
+{
+    switch (column) {
+    case CodeColumn:
+        return item->text(BaseDataItem::CodeRole);
+    case NameColumn:
+        return item->text(BaseDataItem::NameRole);
+    case UnitColumn:
+        return item->text(BaseDataItem::UnitRole);
+    case FeaturesColumn:
+        return item->text(BaseDataItem::FeaturesRole);
+    case WorkContentColumn:
+        return item->text(BaseDataItem::WorkContentRole);
+    case QuantityColumn:
+        return item->isBill() ? Round(item->data(BaseDataItem::QuantityRole).toDouble(), 3, false) : QString();
+    case PriceColumn:
+        return item->isBill() ? Round(item->data(BaseDataItem::UnitPriceRole).toDouble(), 2, true) : QString();
+    default:
+        return QString();
+    }
+}
+
+QVariant BillTreeModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid())
+        return QVariant();
+    const BaseDataItem *item = itemAt(index);
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::ToolTipRole:
+        return cellText(item, index.column());
+    case Qt::TextAlignmentRole:
+        if (index.column() >= QuantityColumn)
+            return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+        return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+    case Qt::FontRole:
+        if (!item->isBill()) {
+            QFont bold;
+            bold.setBold(true);
+            return bold;
+        }
+        return QVariant();
+    case Qt::ForegroundRole:
+        if (item->IsExcludeInChain())
+            return QBrush(Qt::darkGray);
+        return QVariant();
+    default:
+        return QVariant();
+    }
+}
+
+QVariant BillTreeModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    static const char *const titles[] = {"项目编码", "项目名称", "单位", "项目特征", "工作内容", "工程量", "综合单价"};
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= ColumnCount)
+        return QVariant();
+    return QString::fromUtf8(titles[section]);
+}
+
+void BillTreeModel::itemChanged(BaseDataItem *item)
+{
+    const QModelIndex first = indexOf(item, 0);
+    if (first.isValid())
+        emit dataChanged(first, indexOf(item, ColumnCount - 1));
+}

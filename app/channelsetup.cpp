@@ -1,0 +1,59 @@
+#include "channelsetup.h"
+
+#include <hostapi/apppaths.h>
+#include <hostapi/hostconfig.h>
+#include <hostapi/servicesutil.h>
+
+#include <QDir>
+
+#include <memory>
+
+#if __has_include(<hostapi/httpcloudchannel.h>)
+#include <hostapi/httpcloudchannel.h>
+#define VELORA_HAVE_HTTP_CHANNEL 1
+#endif
+#if __has_include(<service/embeddedchannel.h>) && defined(VELORA_HAVE_SERVICE)
+#include <service/cloudservice.h>
+#include <service/embeddedchannel.h>
+#define VELORA_HAVE_EMBEDDED_CHANNEL 1
+#endif
+
+namespace {
+QString s_firstRunNote;
+}
+
+QString ChannelSetup::embeddedDataDir()
+{
+    return GetAppPath() + QStringLiteral("Cloud/");
+}
+
+QString ChannelSetup::install()
+{
+    const QString url = HostConfig::value(QStringLiteral("CloudUrl"));
+    if (HostConfig::value(QStringLiteral("CloudChannel")) == QLatin1String("http") && !url.isEmpty()) {
+#ifdef VELORA_HAVE_HTTP_CHANNEL
+        ServicesUtil::setChannel(std::make_shared<HttpCloudChannel>(url));
+        return QStringLiteral("云服务器 %1").arg(url);
+#endif
+    }
+#ifdef VELORA_HAVE_EMBEDDED_CHANNEL
+    QDir().mkpath(embeddedDataDir());
+    auto service = std::make_shared<CloudService>(embeddedDataDir());
+    if (!service->openError().isEmpty()) {
+        s_firstRunNote = service->openError();
+        ServicesUtil::setChannel(nullptr);
+        return QString();
+    }
+    s_firstRunNote = service->firstRunNotice();
+    ServicesUtil::setChannel(std::make_shared<EmbeddedChannel>(service));
+    return QStringLiteral("嵌入式云服务");
+#else
+    ServicesUtil::setChannel(nullptr);
+    return QString();
+#endif
+}
+
+QString ChannelSetup::firstRunNote()
+{
+    return s_firstRunNote;
+}

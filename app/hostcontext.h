@@ -1,0 +1,33 @@
+#pragma once
+#include <QString>
+
+#include <functional>
+
+class BaseDataItem;
+class JJBTableBase;
+class ProjectDocument;
+class QWidget;
+
+// What a module dialog gets from the host when it is opened: the parent
+// window, the open project and the current bill with its table.
+class HostContext
+{
+public:
+    QWidget *window = nullptr;
+    ProjectDocument *project = nullptr;
+    BaseDataItem *currentBill = nullptr;
+    JJBTableBase *currentTable = nullptr;
+    // True while the offscreen tour runs: every modal run is grabbed to PNG
+    // and rejected, every message box answered with 0.
+    bool tour = false;
+
+    // Makes `bill` current in the host window (previous/next bill requests).
+    void setCurrentBill(BaseDataItem *bill);
+    // The subject code of the current bill: its kind upper-cased, "自编" for a
+    // self-made bill.
+    QString sjkm() const;
+    // The current table's caption for "应用范围" labels.
+    QString scopeLabel() const;
+
+    std::function<void(BaseDataItem *)> onCurrentBillChanged;
+};

@@ -1,0 +1,252 @@
+#include "mainwindow.h"
+#include "billtreemodel.h"
+#include "dialogregistry.h"
+#include "materialtablemodel.h"
+#include "projectdocument.h"
+#include "settingspanel.h"
+
+#include <hostapi/exceptionguard.h>
+#include <hostapi/messagebox.h>
+#include <hostapi/rurecordcontrol.h>
+#include <hostapi/staticpriloginobj.h>
+#include <hostapi/users.h>
+
+#ifdef VELORA_HAVE_USERLOGIN
+#include <hostapi/userlogin.h>
+#endif
+#ifdef VELORA_HAVE_SERVERREGISTRY
+#include <hostapi/serverregistry.h>
+#endif
+
+#include <QAction>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenuBar>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTreeView>
+#include <QUndoStack>
+
+MainWindow::MainWindow(ProjectDocument *project, QWidget *parent)
+    : QMainWindow(parent), m_project(project), m_undo(new QUndoStack(this))
+{
+    setObjectName(QStringLiteral("VeloraHostMainWindow"));
+    setWindowTitle(QStringLiteral("Velora — %1").arg(project->name()));
+    RURecordControl::setUndoStack(m_undo);
+    m_context.window = this;
+    m_context.project = project;
+    m_context.onCurrentBillChanged = [this](BaseDataItem *bill) { selectBill(bill); };
+    buildCentral();
+    buildMenus();
+    buildStatusBar();
+    followLoginBroker();
+    const QList<BaseDataItem *> bills = project->allBills();
+    if (!bills.isEmpty())
+        selectBill(bills.first());
+    for (QTreeView *view : m_billViews)
+        view->scrollToTop();
+    resize(1280, 800);
+}
+
+MainWindow::~MainWindow()
+{
+    // The project outlives no undo step that points into it.
+    RURecordControl::abandonRecord();
+    RURecordControl::setUndoStack(nullptr);
+}
+
+void MainWindow::buildCentral()
+{
+    auto *splitter = new QSplitter(Qt::Vertical, this);
+    m_billTabs = new QTabWidget(splitter);
+    m_billTabs->setObjectName(QStringLiteral("tabBills"));
+    for (JJBTableBase *table : m_project->unitWork()->pricingTables()) {
+        auto *model = new BillTreeModel(table, this);
+        auto *view = new QTreeView(m_billTabs);
+        view->setModel(model);
+        view->setAlternatingRowColors(true);
+        view->setUniformRowHeights(true);
+        view->setWordWrap(false);
+        view->expandAll();
+        const int widths[] = {150, 170, 50, 300, 220, 80, 90};
+        for (int c = 0; c < BillTreeModel::ColumnCount; ++c)
+            view->setColumnWidth(c, widths[c]);
+        connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+                [this, model](const QModelIndex &current) { currentRowChanged(model, current); });
+        m_billTabs->addTab(view, table->GetName());
+        m_billViews.append(view);
+        m_billModels.append(model);
+    }
+    auto *lower = new QTabWidget(splitter);
+    m_materials = new MaterialTableModel(m_project->materialTable(), this);
+    auto *materialView = new QTableView(lower);
+    materialView->setObjectName(QStringLiteral("tableMaterials"));
+    materialView->setModel(m_materials);
+    materialView->verticalHeader()->setDefaultSectionSize(24);
+    materialView->resizeColumnsToContents();
+    materialView->horizontalHeader()->setSectionResizeMode(MaterialTableModel::MakerColumn, QHeaderView::Stretch);
+    lower->addTab(materialView, QStringLiteral("人材机汇总"));
+    m_settings = new SettingsPanel(lower);
+    lower->addTab(m_settings, QStringLiteral("工程设置"));
+    splitter->setStretchFactor(0, 3);
+    splitter->setStretchFactor(1, 2);
+    setCentralWidget(splitter);
+}
+
+void MainWindow::buildMenus()
+{
+    QMenu *file = menuBar()->addMenu(QStringLiteral("文件(&F)"));
+    file->addAction(QStringLiteral("退出(&X)"), this, &QWidget::close);
+    QMenu *edit = menuBar()->addMenu(QStringLiteral("编辑(&E)"));
+    QAction *undo = m_undo->createUndoAction(this, QStringLiteral("撤销"));
+    undo->setShortcut(QKeySequence::Undo);
+    QAction *redo = m_undo->createRedoAction(this, QStringLiteral("重做"));
+    redo->setShortcut(QKeySequence::Redo);
+    edit->addAction(undo);
+    edit->addAction(redo);
+    buildModuleMenu();
+    QMenu *account = menuBar()->addMenu(QStringLiteral("云账号(&A)"));
+    m_loginAction = account->addAction(QStringLiteral("登录Korvane云…"), this, &MainWindow::login);
+    m_logoutAction = account->addAction(QStringLiteral("退出登录"), this, &MainWindow::logout);
+#ifndef VELORA_HAVE_USERLOGIN
+    m_loginAction->setEnabled(false);
+    m_loginAction->setToolTip(QStringLiteral("登录功能尚未接入"));
+#endif
+}
+
+void MainWindow::buildModuleMenu()
+{
+    QMenu *cloud = menuBar()->addMenu(QStringLiteral("云功能(&C)"));
+    cloud->setToolTipsVisible(true);
+    QList<QPair<QString, QString>> items = DialogRegistry::plannedEntries();
+    for (const HostDialogEntry &e : DialogRegistry::entries()) {
+        bool planned = false;
+        for (const auto &p : items)
+            planned = planned || p.first == e.id;
+        if (!planned)
+            items.append({e.id, e.title});
+    }
+    for (const auto &item : items) {
+        const QString id = item.first;
+        const HostDialogEntry *entry = DialogRegistry::find(id);
+        QAction *action = cloud->addAction(entry ? entry->title : item.second);
+        action->setObjectName(QStringLiteral("act_") + id);
+        action->setEnabled(entry != nullptr);
+        action->setToolTip(entry ? entry->title : QStringLiteral("该功能尚未接入"));
+        connect(action, &QAction::triggered, this, [this, id] { openEntry(id); });
+        m_entryActions.insert(id, action);
+    }
+}
+
+void MainWindow::buildStatusBar()
+{
+    m_loginLabel = new QLabel(this);
+    m_loginLabel->setObjectName(QStringLiteral("lblLoginState"));
+    m_channelLabel = new QLabel(this);
+    m_channelLabel->setObjectName(QStringLiteral("lblChannel"));
+    statusBar()->addWidget(m_loginLabel);
+    statusBar()->addPermanentWidget(m_channelLabel);
+    refreshLoginState();
+}
+
+void MainWindow::followLoginBroker()
+{
+    staticPriLoginObj *broker = staticPriLoginObj::GetInstance();
+    connect(broker, &staticPriLoginObj::kvyLogin, this, &MainWindow::refreshLoginState);
+    connect(broker, &staticPriLoginObj::kvyExit, this, &MainWindow::refreshLoginState);
+    connect(broker, &staticPriLoginObj::kvyForceExit, this, &MainWindow::refreshLoginState);
+    connect(broker, &staticPriLoginObj::priLogin, this, &MainWindow::refreshLoginState);
+    connect(broker, &staticPriLoginObj::priExit, this, &MainWindow::refreshLoginState);
+    connect(broker, &staticPriLoginObj::priForceExit, this, &MainWindow::refreshLoginState);
+}
+
+QString MainWindow::loginStateText() const
+{
+    UserInfo *kvy = Users::Instance()->Kvy();
+    if (!kvy->IsLogin())
+        return QStringLiteral("Korvane云：未登录");
+    QString text = QStringLiteral("Korvane云：已登录（%1）").arg(kvy->userName());
+#ifdef VELORA_HAVE_SERVERREGISTRY
+    QStringList enterprises;
+    for (LtdInfo *s : ServerRegistry::instance()->servers()) {
+        if (s->kind() == QLatin1String("pri") && s->getServerLogin())
+            enterprises << s->getServerName();
+    }
+    if (!enterprises.isEmpty())
+        text += QStringLiteral("　企业云：%1").arg(enterprises.join(QStringLiteral("、")));
+#endif
+    return text;
+}
+
+void MainWindow::refreshLoginState()
+{
+    m_loginLabel->setText(loginStateText());
+    const bool in = Users::Instance()->Kvy()->IsLogin();
+    m_logoutAction->setEnabled(in);
+}
+
+void MainWindow::setChannelText(const QString &text)
+{
+    m_channelLabel->setText(text.isEmpty() ? QStringLiteral("未连接云服务") : text);
+}
+
+void MainWindow::login()
+{
+#ifdef VELORA_HAVE_USERLOGIN
+    userLogin dialog(this);
+    dialog.SetKvyLoginSueecss([this] { refreshLoginState(); });
+    dialog.KvyExec();
+#endif
+    refreshLoginState();
+}
+
+void MainWindow::logout()
+{
+#ifdef VELORA_HAVE_SERVERREGISTRY
+    ServerRegistry::instance()->logoutKorvane(false);
+#else
+    Users::Instance()->Kvy()->setLogout();
+    emit staticPriLoginObj::GetInstance()->kvyExit();
+#endif
+    refreshLoginState();
+}
+
+QTreeView *MainWindow::billView(int index) const
+{
+    return m_billViews.value(index);
+}
+
+void MainWindow::selectBill(BaseDataItem *bill)
+{
+    m_context.currentBill = bill;
+    m_context.currentTable = m_project->tableOf(bill);
+    for (int i = 0; i < m_billModels.size(); ++i) {
+        const QModelIndex index = m_billModels[i]->indexOf(bill);
+        if (!index.isValid())
+            continue;
+        m_billTabs->setCurrentIndex(i);
+        if (m_billViews[i]->currentIndex().internalPointer() != bill)
+            m_billViews[i]->setCurrentIndex(index);
+        m_billViews[i]->scrollTo(index);
+    }
+}
+
+void MainWindow::currentRowChanged(BillTreeModel *model, const QModelIndex &index)
+{
+    BaseDataItem *item = model->itemAt(index);
+    if (item && item->isBill()) {
+        m_context.currentBill = item;
+        m_context.currentTable = model->table();
+    }
+}
+
+QWidget *MainWindow::openEntry(const QString &id)
+{
+    const HostDialogEntry *entry = DialogRegistry::find(id);
+    if (!entry || !entry->open)
+        return nullptr;
+    const std::function<QWidget *(HostContext &)> open = entry->open;
+    return GUARDED("VeloraHost", "MainWindow::openEntry", [&]() -> QWidget * { return open(m_context); });
+}

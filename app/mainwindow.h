@@ -1,0 +1,65 @@
+#pragma once
+#include "hostcontext.h"
+
+#include <QHash>
+#include <QMainWindow>
+
+#include <memory>
+
+class BillTreeModel;
+class MaterialTableModel;
+class ProjectDocument;
+class QAction;
+class QLabel;
+class QTabWidget;
+class QTreeView;
+class QUndoStack;
+class SettingsPanel;
+
+// The host's main window on one unit project: the bill trees of its pricing
+// tables, its materials and project settings; a menu entry per module
+// function; Undo/Redo over the host undo stack; the cloud login state.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+public:
+    explicit MainWindow(ProjectDocument *project, QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    QUndoStack *undoStack() const { return m_undo; }
+    HostContext &context() { return m_context; }
+    QAction *entryAction(const QString &id) const { return m_entryActions.value(id); }
+    QString loginStateText() const;
+    void setChannelText(const QString &text);
+    QTreeView *billView(int index) const;
+    // Opens the module function `id` on the current bill.
+    QWidget *openEntry(const QString &id);
+    void selectBill(BaseDataItem *bill);
+
+public slots:
+    void refreshLoginState();
+
+private:
+    void buildCentral();
+    void buildMenus();
+    void buildModuleMenu();
+    void buildStatusBar();
+    void followLoginBroker();
+    void login();
+    void logout();
+    void currentRowChanged(BillTreeModel *model, const QModelIndex &index);
+
+    ProjectDocument *m_project;
+    QUndoStack *m_undo = nullptr;
+    HostContext m_context;
+    QTabWidget *m_billTabs = nullptr;
+    QList<QTreeView *> m_billViews;
+    QList<BillTreeModel *> m_billModels;
+    MaterialTableModel *m_materials = nullptr;
+    SettingsPanel *m_settings = nullptr;
+    QLabel *m_loginLabel = nullptr;
+    QLabel *m_channelLabel = nullptr;
+    QAction *m_loginAction = nullptr;
+    QAction *m_logoutAction = nullptr;
+    QHash<QString, QAction *> m_entryActions;
+};

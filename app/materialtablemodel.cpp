@@ -1,0 +1,80 @@
+#include "materialtablemodel.h"
+
+#include <hostapi/generaltablebase.h>
+#include <hostapi/round.h>
+
+MaterialTableModel::MaterialTableModel(GeneralTableBase *table, QObject *parent)
+    : QAbstractTableModel(parent), m_table(table)
+{
+    if (m_table)
+        m_table->setChangeObserver([this](GljBean *m) { materialChanged(m); });
+}
+
+MaterialTableModel::~MaterialTableModel()
+{
+    if (m_table)
+        m_table->setChangeObserver(nullptr);
+}
+
+GljBean *MaterialTableModel::materialAt(int row) const
+{
+    if (!m_table || row < 0 || row >= m_table->materials().size())
+        return nullptr;
+    return m_table->materials().at(row);
+}
+
+int MaterialTableModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() || !m_table ? 0 : m_table->materials().size();
+}
+
+int MaterialTableModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QString MaterialTableModel::cellText(const GljBean &m, int column) const
+{
+    switch (column) {
+    case CodeColumn: return m.GetBh();
+    case NameColumn: return m.GetClmc();
+    case SpecColumn: return m.GetGgxh();
+    case UnitColumn: return m.GetDw();
+    case CategoryColumn: return m.GetZhfl();
+    case OriginColumn: return m.GetCd();
+    case MakerColumn: return m.GetCj();
+    case BrandColumn: return m.GetPp();
+    case QuantityColumn: return Round(m.GetSl(), 3, false);
+    case BasePriceColumn: return Round(m.GetDj(), 2, true);
+    case PriceColumn: return Round(m.GetTj(), 2, true);
+    default: return QString();
+    }
+}
+
+QVariant MaterialTableModel::data(const QModelIndex &index, int role) const
+{
+    const GljBean *m = index.isValid() ? materialAt(index.row()) : nullptr;
+    if (!m)
+        return QVariant();
+    if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
+        return cellText(*m, index.column());
+    if (role == Qt::TextAlignmentRole && index.column() >= QuantityColumn)
+        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    return QVariant();
+}
+
+QVariant MaterialTableModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    static const char *const titles[] = {"编码", "名称", "规格型号", "单位", "类别", "产地",
+                                         "厂家", "品牌", "数量", "定额价", "调价"};
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= ColumnCount)
+        return QVariant();
+    return QString::fromUtf8(titles[section]);
+}
+
+void MaterialTableModel::materialChanged(GljBean *material)
+{
+    const int row = m_table->materials().indexOf(material);
+    if (row >= 0)
+        emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
+}

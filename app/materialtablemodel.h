@@ -1,0 +1,31 @@
+#pragma once
+#include <QAbstractTableModel>
+
+class GeneralTableBase;
+class GljBean;
+
+// The project's materials: code, name, specification, unit, category,
+// origin, manufacturer, brand, quantity, base price and adjusted price.
+class MaterialTableModel : public QAbstractTableModel
+{
+    Q_OBJECT
+public:
+    enum Column { CodeColumn, NameColumn, SpecColumn, UnitColumn, CategoryColumn, OriginColumn, MakerColumn,
+                  BrandColumn, QuantityColumn, BasePriceColumn, PriceColumn, ColumnCount };
+
+    explicit MaterialTableModel(GeneralTableBase *table, QObject *parent = nullptr);
+    ~MaterialTableModel() override;
+
+    GljBean *materialAt(int row) const;
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+private:
+    void materialChanged(GljBean *material);
+    QString cellText(const GljBean &m, int column) const;
+
+    GeneralTableBase *m_table;
+};

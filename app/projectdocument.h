@@ -1,0 +1,56 @@
+#pragma once
+#include <hostapi/basedataitem.h>
+#include <hostapi/projectsettingsinfo.h>
+#include <hostapi/workbaseobject.h>
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+
+#include <memory>
+
+// The open unit project of the host: its pricing tables, its materials and
+// the project settings it was saved with. Changes go through the items' and
+// tables' own setters, inside undo records.
+class ProjectDocument
+{
+public:
+    static QString samplePath() { return QStringLiteral(":/velora-host/sampleproject.json"); }
+
+    ProjectDocument();
+    ~ProjectDocument();
+
+    // Reads a project file (the JSON form of scripts/gen-sample-project.py).
+    // On failure the document is left as it was and `error` tells why.
+    bool load(const QByteArray &json, QString *error);
+    bool loadFile(const QString &path, QString *error);
+
+    QString name() const { return m_name; }
+    WorkBaseObject *unitWork() const { return m_work.get(); }
+    JJBTableBase *billTable() const;
+    JJBTableBase *measureTable() const;
+    GeneralTableBase *materialTable() const;
+    ProjectSettingsInfo savedSettings() const { return m_settings; }
+
+    // Writes the saved settings into the project settings unless the
+    // application folder already holds settings of its own.
+    void seedProjectSettings() const;
+
+    // Every bill of every pricing table, in table and tree order.
+    QList<BaseDataItem *> allBills() const;
+    BaseDataItem *billByCode(const QString &code) const;
+    // The bill after (forward) or before `from` in allBills(); with
+    // `skipPriced` bills with a unit price are passed over. Null at the end.
+    BaseDataItem *neighbourBill(BaseDataItem *from, bool forward, bool skipPriced) const;
+    JJBTableBase *tableOf(const BaseDataItem *item) const;
+
+    // Applies a chosen cloud composition (one matched bill object of the
+    // pricing reply) to `bill` inside one undo step: the unit price, and with
+    // `replace` the item features (work content for a measure bill).
+    void applyComposition(BaseDataItem *bill, const QJsonObject &matched, bool replace);
+
+private:
+    QString m_name;
+    std::unique_ptr<WorkBaseObject> m_work;
+    ProjectSettingsInfo m_settings;
+};

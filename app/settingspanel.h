@@ -1,0 +1,18 @@
+#pragma once
+#include <QWidget>
+
+class QLabel;
+
+// The project settings table as the host shows it: time, place, altitude,
+// tax mode and scope. Follows every write of the project settings.
+class SettingsPanel : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit SettingsPanel(QWidget *parent = nullptr);
+    void refresh();
+    QString valueText(int row) const;
+
+private:
+    QList<QLabel *> m_values;
+};

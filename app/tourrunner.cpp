@@ -1,0 +1,77 @@
+#include "tourrunner.h"
+#include "dialogregistry.h"
+#include "mainwindow.h"
+
+#include <hostapi/exceptionguard.h>
+#include <hostapi/messagebox.h>
+#include <hostapi/modalrun.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QPixmap>
+#include <QPointer>
+
+TourRunner::TourRunner(MainWindow *window, const QString &dir) : m_window(window), m_dir(dir) {}
+
+bool TourRunner::grab(QWidget *widget, const QString &name)
+{
+    if (!widget->isVisible())
+        widget->show();
+    QApplication::processEvents();
+    const QString file = QDir(m_dir).filePath(name + QStringLiteral(".png"));
+    if (!widget->grab().save(file, "PNG")) {
+        m_errors << QStringLiteral("cannot write %1").arg(file);
+        return false;
+    }
+    m_files << file;
+    return true;
+}
+
+void TourRunner::runEntry(int number, const QString &id)
+{
+    const HostDialogEntry *entry = DialogRegistry::find(id);
+    if (!entry)
+        return;
+    const QString base = QStringLiteral("%1-%2").arg(number, 2, 10, QLatin1Char('0')).arg(id);
+    int shot = 0;
+    const ModalRun::Answerer previous = ModalRun::answerer();
+    ModalRun::setAnswerer([this, base, &shot](QDialog *dialog) {
+        grab(dialog, shot++ == 0 ? base : QStringLiteral("%1-%2").arg(base).arg(shot));
+        return 0;
+    });
+    const auto step = entry->tour ? entry->tour : entry->open;
+    HostContext &context = m_window->context();
+    context.tour = true;
+    QPointer<QWidget> left = GUARDED("VeloraHost", "TourRunner::runEntry", [&]() -> QWidget * { return step(context); });
+    context.tour = false;
+    if (left) {
+        grab(left, shot++ == 0 ? base : QStringLiteral("%1-%2").arg(base).arg(shot));
+        left->close();
+        left->deleteLater();
+    }
+    ModalRun::setAnswerer(previous);
+}
+
+QStringList TourRunner::run(QString *error)
+{
+    if (!QDir().mkpath(m_dir)) {
+        if (error)
+            *error = QStringLiteral("cannot create %1").arg(m_dir);
+        return {};
+    }
+    const bool ownBoxes = !MessageBoxes::hasHandler();
+    if (ownBoxes)
+        MessageBoxes::setHandler([](const MessageBoxRequest &) { return 0; });
+    m_window->show();
+    grab(m_window, QStringLiteral("00-main-window"));
+    int number = 1;
+    for (const HostDialogEntry &entry : DialogRegistry::entries())
+        runEntry(number++, entry.id);
+    QApplication::processEvents();
+    if (ownBoxes)
+        MessageBoxes::setHandler(nullptr);
+    if (error)
+        *error = m_errors.join(QLatin1Char('\n'));
+    return m_files;
+}

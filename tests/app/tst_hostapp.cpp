@@ -1,0 +1,244 @@
+#include "hostfixture.h"
+
+#include <billtreemodel.h>
+#include <dialogregistry.h>
+#include <hostprogram.h>
+#include <mainwindow.h>
+#include <materialtablemodel.h>
+#include <projectdocument.h>
+#include <settingspanel.h>
+
+#include <hostapi/modalrun.h>
+#include <hostapi/projectsettinghelper.h>
+#include <hostapi/round.h>
+#include <hostapi/staticpriloginobj.h>
+#include <hostapi/users.h>
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QDialog>
+#include <QImage>
+#include <QJsonArray>
+#include <QLabel>
+#include <QTemporaryDir>
+#include <QTreeView>
+#include <QUndoStack>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+int s_tourOpens = 0;
+
+QWidget *openTestDialog(HostContext &host)
+{
+    ++s_tourOpens;
+    QDialog dialog(host.window);
+    dialog.setWindowTitle(QStringLiteral("测试对话框"));
+    auto *label = new QLabel(host.currentBill ? host.currentBill->text(BaseDataItem::NameRole) : QString(), &dialog);
+    label->move(10, 10);
+    dialog.resize(320, 200);
+    ModalRun::exec(&dialog);
+    return nullptr;
+}
+
+QWidget *openNonModal(HostContext &host)
+{
+    auto *window = new QWidget(host.window, Qt::Window);
+    window->resize(200, 120);
+    window->show();
+    return window;
+}
+}
+
+class TestHostApp : public QObject
+{
+    Q_OBJECT
+private:
+    std::unique_ptr<HostFixture> fx;
+    std::unique_ptr<ProjectDocument> project;
+
+private slots:
+    void init()
+    {
+        fx = std::make_unique<HostFixture>();
+        project = std::make_unique<ProjectDocument>();
+        QString error;
+        QVERIFY2(project->loadFile(ProjectDocument::samplePath(), &error), qPrintable(error));
+    }
+    void cleanup()
+    {
+        project.reset();
+        fx.reset();
+    }
+
+    void sampleProjectCounts()
+    {
+        QVERIFY(project->billTable());
+        QVERIFY(project->measureTable());
+        QCOMPARE(project->billTable()->rootItem()->childCount(), 6);
+        QCOMPARE(project->billTable()->rootItem()->bills().size(), 72);
+        QCOMPARE(project->measureTable()->rootItem()->bills().size(), 9);
+        QCOMPARE(project->materialTable()->materials().size(), 32);
+        QCOMPARE(project->unitWork()->GetQdSpec(), QStringLiteral("GB24"));
+        for (BaseDataItem *bill : project->billTable()->rootItem()->bills()) {
+            QCOMPARE(bill->text(BaseDataItem::CodeRole).size(), 12);
+            QVERIFY(!bill->text(BaseDataItem::NameRole).isEmpty());
+            QVERIFY(!bill->text(BaseDataItem::UnitRole).isEmpty());
+            QVERIFY(!bill->text(BaseDataItem::WorkContentRole).isEmpty());
+            QVERIFY(bill->data(BaseDataItem::UnitPriceRole).toDouble() > 0);
+        }
+        // Organisation measures are marked for the cloud functions to skip.
+        const QList<BaseDataItem *> measures = project->measureTable()->rootItem()->bills();
+        QVERIFY(!measures.first()->IsExcludeInChain());
+        QVERIFY(measures.last()->IsExcludeInChain());
+        QCOMPARE(measures.last()->text(BaseDataItem::KindRole), QStringLiteral("ZJXQDB"));
+        QCOMPARE(measures.first()->GetCsQdbh(), QStringLiteral("1.1"));
+    }
+
+    void sampleSettingsSeedOnce()
+    {
+        project->seedProjectSettings();
+        ProjectSettingsInfo s = ProjectSettingHelper::GetProjectSettingsInfo();
+        QCOMPARE(s.time, QStringLiteral("2024年05月"));
+        QCOMPARE(s.placeCode, QStringLiteral("420103"));
+        QCOMPARE(s.taxMode, QStringLiteral("一般计税"));
+        s.time = QStringLiteral("2025年01月");
+        ProjectSettingHelper::SetProjectSettingsInfo(s);
+        project->seedProjectSettings();
+        QCOMPARE(ProjectSettingHelper::GetProjectSettingsInfo().time, QStringLiteral("2025年01月"));
+    }
+
+    void badProjectFiles_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::newRow("not json") << QByteArray("{tables");
+        QTest::newRow("no tables") << QByteArray("{\"name\":\"x\"}");
+    }
+
+    void badProjectFiles()
+    {
+        QFETCH(QByteArray, json);
+        QString error;
+        QVERIFY(!project->load(json, &error));
+        QVERIFY(!error.isEmpty());
+        // The open project is kept.
+        QCOMPARE(project->allBills().size(), 81);
+    }
+
+    void neighbourBills()
+    {
+        const QList<BaseDataItem *> bills = project->allBills();
+        QCOMPARE(project->neighbourBill(bills[0], true, false), bills[1]);
+        QCOMPARE(project->neighbourBill(bills[0], false, false), nullptr);
+        bills[1]->setData(BaseDataItem::UnitPriceRole, 0.0);
+        bills[2]->setData(BaseDataItem::UnitPriceRole, 0.0);
+        QCOMPARE(project->neighbourBill(bills[0], true, true), bills[1]);
+        QCOMPARE(project->neighbourBill(bills[1], true, true), bills[2]);
+        QCOMPARE(project->neighbourBill(bills[2], true, true), nullptr);
+        QCOMPARE(project->tableOf(bills.last()), project->measureTable());
+    }
+
+    void modelsPassTester()
+    {
+        BillTreeModel bills(project->billTable());
+        QAbstractItemModelTester billTester(&bills, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        MaterialTableModel materials(project->materialTable());
+        QAbstractItemModelTester materialTester(&materials, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(bills.rowCount(), 6);
+        const QModelIndex firstBill = bills.index(0, BillTreeModel::NameColumn, bills.index(0, 0));
+        QCOMPARE(firstBill.data().toString(), project->billTable()->rootItem()->bills().first()->text(BaseDataItem::NameRole));
+        QCOMPARE(bills.headerData(BillTreeModel::PriceColumn, Qt::Horizontal).toString(), QStringLiteral("综合单价"));
+        QCOMPARE(materials.index(0, MaterialTableModel::NameColumn).data().toString(), QStringLiteral("镀锌钢管"));
+        // An item of another table has no index here.
+        QVERIFY(!bills.indexOf(project->measureTable()->rootItem()->bills().first()).isValid());
+    }
+
+    void compositionIsOneUndoStepAndViewFollows()
+    {
+        MainWindow window(project.get());
+        BaseDataItem *bill = project->billTable()->rootItem()->bills().first();
+        const double before = bill->data(BaseDataItem::UnitPriceRole).toDouble();
+        const QString features = bill->text(BaseDataItem::FeaturesRole);
+        auto *view = window.billView(0);
+        QSignalSpy changed(view->model(), &QAbstractItemModel::dataChanged);
+        project->applyComposition(bill, QJsonObject{{"zhdj", 88.5}, {"xmtz", "1.名称:新特征"}}, true);
+        QCOMPARE(bill->data(BaseDataItem::UnitPriceRole).toDouble(), 88.5);
+        QCOMPARE(bill->text(BaseDataItem::FeaturesRole), QStringLiteral("1.名称:新特征"));
+        QCOMPARE(window.undoStack()->count(), 1);
+        QCOMPARE(window.undoStack()->undoText(), QStringLiteral("智能组价"));
+        QVERIFY(changed.count() >= 2);
+        window.undoStack()->undo();
+        QCOMPARE(bill->data(BaseDataItem::UnitPriceRole).toDouble(), before);
+        QCOMPARE(bill->text(BaseDataItem::FeaturesRole), features);
+        QCOMPARE(view->model()->index(0, BillTreeModel::PriceColumn, view->model()->index(0, 0)).data().toString(),
+                 Round(before, 2, true));
+    }
+
+    void menuEntriesExistDisabledUntilRegistered()
+    {
+        MainWindow window(project.get());
+        for (const auto &planned : DialogRegistry::plannedEntries()) {
+            QAction *action = window.entryAction(planned.first);
+            QVERIFY2(action, qPrintable(planned.first));
+            QCOMPARE(action->text(), planned.second);
+            if (!DialogRegistry::find(planned.first)) {
+                QVERIFY(!action->isEnabled());
+                QCOMPARE(action->toolTip(), QStringLiteral("该功能尚未接入"));
+            }
+        }
+        QVERIFY(window.entryAction(QStringLiteral("pricecheck")));
+    }
+
+    void loginStateFollowsBroker()
+    {
+        MainWindow window(project.get());
+        auto *label = window.findChild<QLabel *>(QStringLiteral("lblLoginState"));
+        QVERIFY(label);
+        QCOMPARE(label->text(), QStringLiteral("Korvane云：未登录"));
+        Users::Instance()->Kvy()->setLogin(QStringLiteral("u1"), QStringLiteral("demo"), QStringLiteral("s1"));
+        emit staticPriLoginObj::GetInstance()->kvyLogin();
+        QCOMPARE(label->text(), QStringLiteral("Korvane云：已登录（demo）"));
+        Users::Instance()->Kvy()->setLogout();
+        emit staticPriLoginObj::GetInstance()->kvyForceExit();
+        QCOMPARE(label->text(), QStringLiteral("Korvane云：未登录"));
+    }
+
+    void settingsPanelFollowsWrites()
+    {
+        project->seedProjectSettings();
+        SettingsPanel panel;
+        QCOMPARE(panel.valueText(0), QStringLiteral("2024年05月"));
+        ProjectSettingsInfo s = ProjectSettingHelper::GetProjectSettingsInfo();
+        s.place = QStringLiteral("四川省成都市金牛区");
+        s.placeCode = QStringLiteral("510106");
+        ProjectSettingHelper::SetProjectSettingsInfo(s);
+        QCOMPARE(panel.valueText(1), QStringLiteral("四川省成都市金牛区（510106）"));
+    }
+
+    void tourWritesOnePngPerDialog()
+    {
+        DialogRegistry::add({QStringLiteral("zz-test-modal"), QStringLiteral("测试"), openTestDialog, nullptr});
+        DialogRegistry::add({QStringLiteral("zz-test-window"), QStringLiteral("测试窗口"), openNonModal, nullptr});
+        s_tourOpens = 0;
+        QTemporaryDir out;
+        QString error;
+        const QStringList files = HostProgram::runTour(out.path() + QStringLiteral("/tour"), &error);
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        QCOMPARE(s_tourOpens, 1);
+        QCOMPARE(files.size(), DialogRegistry::entries().size() + 1);
+        QVERIFY(files.first().endsWith(QStringLiteral("00-main-window.png")));
+        QVERIFY(files.filter(QStringLiteral("zz-test-modal.png")).size() == 1);
+        QVERIFY(files.filter(QStringLiteral("zz-test-window.png")).size() == 1);
+        for (const QString &file : files) {
+            const QImage image(file);
+            QVERIFY2(!image.isNull(), qPrintable(file));
+            QVERIFY(image.width() > 100 && image.height() > 100);
+        }
+        // The tour answers modal runs itself and leaves no answerer behind.
+        QVERIFY(fx->modalRuns().isEmpty());
+    }
+};
+
+QTEST_MAIN(TestHostApp)
+#include "tst_hostapp.moc"
