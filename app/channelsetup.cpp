@@ -2,6 +2,7 @@
 
 #include <hostapi/apppaths.h>
 #include <hostapi/hostconfig.h>
+#include <hostapi/serverregistry.h>
 #include <hostapi/servicesutil.h>
 
 #include <QDir>
@@ -15,6 +16,7 @@
 #if __has_include(<service/embeddedchannel.h>) && defined(VELORA_HAVE_SERVICE)
 #include <service/cloudservice.h>
 #include <service/embeddedchannel.h>
+#include <service/serviceseed.h>
 #define VELORA_HAVE_EMBEDDED_CHANNEL 1
 #endif
 
@@ -56,4 +58,24 @@ QString ChannelSetup::install()
 QString ChannelSetup::firstRunNote()
 {
     return s_firstRunNote;
+}
+
+QString ChannelSetup::signInDemo()
+{
+#ifdef VELORA_HAVE_EMBEDDED_CHANNEL
+    ServerRegistry *registry = ServerRegistry::instance();
+    const QString failure = registry->loginKorvane(ServiceSeed::DemoUser, ServiceSeed::DemoPassword);
+    if (!failure.isEmpty())
+        return failure;
+    if (!registry->refresh())
+        return QStringLiteral("服务器列表获取失败");
+    const QList<LtdInfo *> servers = registry->servers();
+    for (int i = 0; i < servers.size(); ++i) {
+        if (servers[i]->kind() == QLatin1String("pri"))
+            return registry->loginEnterprise(i, ServiceSeed::DemoUser, ServiceSeed::DemoPassword);
+    }
+    return QString();
+#else
+    return QStringLiteral("没有演示账号");
+#endif
 }

@@ -15,4 +15,8 @@ public:
     static QString embeddedDataDir();
     // Text to print for the user on the first run (the demo login), if any.
     static QString firstRunNote();
+    // Signs the demo account in to the Korvane cloud and its first enterprise
+    // (the offscreen tour shows dialogs with a chosen, logged-in server).
+    // Returns the failure text, empty on success.
+    static QString signInDemo();
 };

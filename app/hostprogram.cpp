@@ -76,6 +76,9 @@ int HostProgram::run(QApplication &app)
 
     if (parser.isSet(tour)) {
         const QString dir = QDir(parser.value(tour)).absolutePath();
+        const QString signIn = channel.isEmpty() ? QString() : ChannelSetup::signInDemo();
+        if (!signIn.isEmpty())
+            QTextStream(stderr) << "tour: demo login: " << signIn << '\n';
         QString error;
         const QStringList files = runTour(dir, &error, channel);
         if (!error.isEmpty())
