@@ -109,7 +109,9 @@ void MainWindow::buildMenus()
     buildModuleMenu();
     QMenu *account = menuBar()->addMenu(QStringLiteral("云账号(&A)"));
     m_loginAction = account->addAction(QStringLiteral("登录Korvane云…"), this, &MainWindow::login);
+    m_loginAction->setObjectName(QStringLiteral("actLogin"));
     m_logoutAction = account->addAction(QStringLiteral("退出登录"), this, &MainWindow::logout);
+    m_logoutAction->setObjectName(QStringLiteral("actLogout"));
 #ifndef VELORA_HAVE_USERLOGIN
     m_loginAction->setEnabled(false);
     m_loginAction->setToolTip(QStringLiteral("登录功能尚未接入"));

@@ -46,11 +46,6 @@ ProjectSettingsInfo readSettings(const QJsonObject &o)
     return s;
 }
 
-bool isMeasureKind(const QString &kind)
-{
-    const QString k = kind.toUpper();
-    return k.contains(CXMZJXQDAEnName) || k.contains(CXMZJXQDBEnName);
-}
 
 }
 
@@ -177,10 +172,45 @@ void ProjectDocument::applyComposition(BaseDataItem *bill, const QJsonObject &ma
     RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(tableOf(bill), 8, QStringLiteral("智能组价")));
     bill->setData(BaseDataItem::UnitPriceRole, bean.getZhdj());
     if (replace) {
-        if (isMeasureKind(bill->text(BaseDataItem::KindRole)))
+        if (isMeasureBill(bill))
             bill->setData(BaseDataItem::WorkContentRole, bean.GetGcnr());
         else
             bill->setData(BaseDataItem::FeaturesRole, bean.getXmtz());
     }
     RURecordControl::EndRecord();
+}
+
+bool ProjectDocument::isMeasureBill(const BaseDataItem *bill)
+{
+    const QString kind = bill ? bill->text(BaseDataItem::KindRole).toUpper() : QString();
+    return kind.contains(CXMZJXQDAEnName) || kind.contains(CXMZJXQDBEnName);
+}
+
+void ProjectDocument::applyFeatureText(BaseDataItem *bill, const QString &text)
+{
+    if (!bill)
+        return;
+    RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(tableOf(bill), 8, QStringLiteral("修改项目特征")));
+    bill->setData(isMeasureBill(bill) ? BaseDataItem::WorkContentRole : BaseDataItem::FeaturesRole, text);
+    RURecordControl::EndRecord();
+}
+
+int ProjectDocument::applyMaterialPrices(const QList<CloudCjyjcBean> &results)
+{
+    GeneralTableBase *table = materialTable();
+    if (!table)
+        return 0;
+    int changed = 0;
+    RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(table, 0, QStringLiteral("材料价格选用")));
+    for (const CloudCjyjcBean &r : results) {
+        GljBean *material = table->materialByGuid(r.getGuid());
+        if (!r.getChecked() || !material || r.getYdj() <= -1000.0)
+            continue;
+        GljBean values = *material;
+        values.SetTj(r.getYdj());
+        table->updateMaterial(material, values);
+        ++changed;
+    }
+    RURecordControl::EndRecord();
+    return changed;
 }

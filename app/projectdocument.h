@@ -1,5 +1,6 @@
 #pragma once
 #include <hostapi/basedataitem.h>
+#include <hostapi/cloudcjyjcbean.h>
 #include <hostapi/projectsettingsinfo.h>
 #include <hostapi/workbaseobject.h>
 
@@ -48,6 +49,17 @@ public:
     // pricing reply) to `bill` inside one undo step: the unit price, and with
     // `replace` the item features (work content for a measure bill).
     void applyComposition(BaseDataItem *bill, const QJsonObject &matched, bool replace);
+    // Writes a feature text chosen in the feature guide into `bill`: its item
+    // features, or its work content for a measure bill. One undo step (or
+    // part of the caller's open record).
+    void applyFeatureText(BaseDataItem *bill, const QString &text);
+    // Writes the cloud price (getYdj) of every checked result into the
+    // project material with its key; results without a cloud price (-1000)
+    // are passed over. One undo step (or part of the caller's open record).
+    // Returns the number of materials changed.
+    int applyMaterialPrices(const QList<CloudCjyjcBean> &results);
+    // True for a measure-item bill kind (ZJXQDA / ZJXQDB).
+    static bool isMeasureBill(const BaseDataItem *bill);
 
 private:
     QString m_name;

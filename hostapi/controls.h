@@ -1,6 +1,7 @@
 #pragma once
 // The host control, base-control and table-view libraries in one include.
 #include "interfaceadaptation.h"
+#include "markcolorhelp.h"
 #include "messagebox.h"
 #include "textpathdlg.h"
 #include "textpathwidget.h"

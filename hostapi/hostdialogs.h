@@ -1,5 +1,7 @@
 #pragma once
 // The host dialog library in one include.
+#include "accumulatedprojectquery.h"
+#include "cloudprocheck.h"
 #include "cloudservercombox.h"
 #include "fymodel.h"
 #include "xmgktime.h"

@@ -11,6 +11,8 @@
 #include <hostapi/modalrun.h>
 #include <hostapi/projectsettinghelper.h>
 #include <hostapi/round.h>
+#include <hostapi/rurecordcontrol.h>
+#include <hostapi/tablebaseobject.h>
 #include <hostapi/staticpriloginobj.h>
 #include <hostapi/users.h>
 
@@ -175,6 +177,52 @@ private slots:
                  Round(before, 2, true));
     }
 
+    void featureTextGoesToFeaturesOrWorkContent()
+    {
+        MainWindow window(project.get());
+        BaseDataItem *bill = project->billTable()->rootItem()->bills().first();
+        BaseDataItem *measure = project->measureTable()->rootItem()->bills().first();
+        const QString oldFeatures = bill->text(BaseDataItem::FeaturesRole);
+        project->applyFeatureText(bill, QStringLiteral("1.名称:桥架配线"));
+        project->applyFeatureText(measure, QStringLiteral("1.搭拆脚手架"));
+        QCOMPARE(bill->text(BaseDataItem::FeaturesRole), QStringLiteral("1.名称:桥架配线"));
+        QCOMPARE(measure->text(BaseDataItem::WorkContentRole), QStringLiteral("1.搭拆脚手架"));
+        QCOMPARE(measure->text(BaseDataItem::FeaturesRole), QString());
+        QCOMPARE(window.undoStack()->count(), 2);
+        window.undoStack()->undo();
+        window.undoStack()->undo();
+        QCOMPARE(bill->text(BaseDataItem::FeaturesRole), oldFeatures);
+        QCOMPARE(measure->text(BaseDataItem::WorkContentRole), QString());
+    }
+
+    void materialPricesAreOneStep()
+    {
+        MainWindow window(project.get());
+        GeneralTableBase *table = project->materialTable();
+        const double first = table->materialByGuid(1)->GetTj();
+        const double second = table->materialByGuid(2)->GetTj();
+        const double third = table->materialByGuid(3)->GetTj();
+        QList<CloudCjyjcBean> results;
+        auto result = [](int guid, double price, bool checked) {
+            CloudCjyjcBean r;
+            r.setGuid(guid);
+            r.setYdj(price);
+            r.setChecked(checked);
+            return r;
+        };
+        results << result(1, 17.25, true) << result(2, 40.0, false) << result(3, -1000.0, true) << result(99, 5.0, true);
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(table, 0, QStringLiteral("材料价格选用")));
+        QCOMPARE(project->applyMaterialPrices(results), 1);
+        RURecordControl::EndRecord();
+        QCOMPARE(table->materialByGuid(1)->GetTj(), 17.25);
+        QCOMPARE(table->materialByGuid(2)->GetTj(), second);
+        QCOMPARE(table->materialByGuid(3)->GetTj(), third);
+        QCOMPARE(window.undoStack()->count(), 1);
+        QCOMPARE(window.undoStack()->undoText(), QStringLiteral("材料价格选用"));
+        window.undoStack()->undo();
+        QCOMPARE(table->materialByGuid(1)->GetTj(), first);
+    }
+
     void menuEntriesExistDisabledUntilRegistered()
     {
         MainWindow window(project.get());
@@ -202,6 +250,20 @@ private slots:
         Users::Instance()->Kvy()->setLogout();
         emit staticPriLoginObj::GetInstance()->kvyForceExit();
         QCOMPARE(label->text(), QStringLiteral("Korvane云：未登录"));
+    }
+
+    void loginActionRunsTheLoginDialog()
+    {
+        MainWindow window(project.get());
+        auto *login = window.findChild<QAction *>(QStringLiteral("actLogin"));
+        auto *logout = window.findChild<QAction *>(QStringLiteral("actLogout"));
+        QVERIFY(login && logout);
+        QVERIFY(login->isEnabled());
+        QVERIFY(!logout->isEnabled());
+        login->trigger();
+        QCOMPARE(fx->modalRuns().size(), 1);
+        QVERIFY(fx->channel().requests().isEmpty());
+        QCOMPARE(window.loginStateText(), QStringLiteral("Korvane云：未登录"));
     }
 
     void settingsPanelFollowsWrites()
