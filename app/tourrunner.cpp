@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QPixmap>
 #include <QPointer>
+#include <QTimer>
 
 TourRunner::TourRunner(MainWindow *window, const QString &dir) : m_window(window), m_dir(dir) {}
 
@@ -35,16 +36,37 @@ void TourRunner::runEntry(int number, const QString &id)
         return;
     const QString base = QStringLiteral("%1-%2").arg(number, 2, 10, QLatin1Char('0')).arg(id);
     int shot = 0;
-    const ModalRun::Answerer previous = ModalRun::answerer();
-    ModalRun::setAnswerer([this, base, &shot](QDialog *dialog) {
+    QList<QPointer<QDialog>> seen;
+    auto grabOnce = [&](QDialog *dialog) {
+        for (const QPointer<QDialog> &d : seen) {
+            if (d == dialog)
+                return;
+        }
+        seen.append(dialog);
         grab(dialog, shot++ == 0 ? base : QStringLiteral("%1-%2").arg(base).arg(shot));
+    };
+    const ModalRun::Answerer previous = ModalRun::answerer();
+    ModalRun::setAnswerer([&grabOnce](QDialog *dialog) {
+        grabOnce(dialog);
         return 0;
     });
+    // A dialog that runs exec() itself would block the offscreen run: grab
+    // and reject whatever modal dialog is up.
+    QTimer watchdog;
+    watchdog.setInterval(100);
+    QObject::connect(&watchdog, &QTimer::timeout, [&grabOnce] {
+        if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+            grabOnce(dialog);
+            dialog->reject();
+        }
+    });
+    watchdog.start();
     const auto step = entry->tour ? entry->tour : entry->open;
     HostContext &context = m_window->context();
     context.tour = true;
     QPointer<QWidget> left = GUARDED("VeloraHost", "TourRunner::runEntry", [&]() -> QWidget * { return step(context); });
     context.tour = false;
+    watchdog.stop();
     if (left) {
         grab(left, shot++ == 0 ? base : QStringLiteral("%1-%2").arg(base).arg(shot));
         left->close();

@@ -7,6 +7,7 @@ BaseDataItem::~BaseDataItem() = default;
 
 QVariant BaseDataItem::data(int role) const
 {
+    QReadLocker lock(&m_lock);
     return m_data.value(role);
 }
 
@@ -22,10 +23,13 @@ void BaseDataItem::setData(int role, const QVariant &value)
 
 void BaseDataItem::applyData(int role, const QVariant &value)
 {
-    if (value.isValid())
-        m_data.insert(role, value);
-    else
-        m_data.remove(role);
+    {
+        QWriteLocker lock(&m_lock);
+        if (value.isValid())
+            m_data.insert(role, value);
+        else
+            m_data.remove(role);
+    }
     const BaseDataItem *top = root();
     if (top->m_observer)
         top->m_observer(this, role);

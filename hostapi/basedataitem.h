@@ -1,6 +1,7 @@
 #pragma once
 #include <QHash>
 #include <QList>
+#include <QReadWriteLock>
 #include <QString>
 #include <QVariant>
 
@@ -11,7 +12,9 @@
 // One row of a pricing table: a section, a bill (kind 4), a quota line ...
 // Values are read and written by item-data role. A tree node: it owns its
 // children. Changes made through setData while an undo record is open
-// (RURecordControl) become part of that record.
+// (RURecordControl) become part of that record. Values may be read from
+// worker threads (cloud requests) while the GUI thread writes them; the tree
+// itself is built once and not changed while workers run.
 class BaseDataItem
 {
 public:
@@ -82,6 +85,7 @@ private:
 
     qint64 m_id;
     int m_kind;
+    mutable QReadWriteLock m_lock;
     QHash<int, QVariant> m_data;
     BaseDataItem *m_parent = nullptr;
     std::vector<std::unique_ptr<BaseDataItem>> m_children;

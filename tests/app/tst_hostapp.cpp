@@ -44,6 +44,14 @@ QWidget *openTestDialog(HostContext &host)
     return nullptr;
 }
 
+QWidget *openBlocking(HostContext &host)
+{
+    QDialog dialog(host.window);
+    dialog.resize(300, 150);
+    dialog.exec();
+    return nullptr;
+}
+
 QWidget *openNonModal(HostContext &host)
 {
     auto *window = new QWidget(host.window, Qt::Window);
@@ -282,6 +290,7 @@ private slots:
     {
         DialogRegistry::add({QStringLiteral("zz-test-modal"), QStringLiteral("测试"), openTestDialog, nullptr});
         DialogRegistry::add({QStringLiteral("zz-test-window"), QStringLiteral("测试窗口"), openNonModal, nullptr});
+        DialogRegistry::add({QStringLiteral("zz-test-blocking"), QStringLiteral("直接运行"), openBlocking, nullptr});
         s_tourOpens = 0;
         QTemporaryDir out;
         QString error;
@@ -292,6 +301,7 @@ private slots:
         QVERIFY(files.first().endsWith(QStringLiteral("00-main-window.png")));
         QVERIFY(files.filter(QStringLiteral("zz-test-modal.png")).size() == 1);
         QVERIFY(files.filter(QStringLiteral("zz-test-window.png")).size() == 1);
+        QVERIFY(files.filter(QStringLiteral("zz-test-blocking.png")).size() == 1);
         for (const QString &file : files) {
             const QImage image(file);
             QVERIFY2(!image.isNull(), qPrintable(file));

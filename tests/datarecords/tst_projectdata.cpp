@@ -7,6 +7,9 @@
 #include <hostapi/undo.h>
 
 #include <QSignalSpy>
+#include <QtConcurrent>
+
+#include <atomic>
 #include <QUndoStack>
 #include <QtTest>
 
@@ -204,6 +207,26 @@ private slots:
         QCOMPARE(inner->GetCsQdbh(), QStringLiteral("011701001001"));
         inner->setCsQdbh(QStringLiteral("1.1"));
         QCOMPARE(inner->GetCsQdbh(), QStringLiteral("1.1"));
+    }
+
+    void itemValuesReadFromWorkers()
+    {
+        BaseDataItem item(1);
+        item.setData(BaseDataItem::NameRole, QStringLiteral("配管"));
+        std::atomic<bool> stop{false};
+        std::atomic<int> bad{0};
+        auto reader = QtConcurrent::run([&] {
+            while (!stop) {
+                const QString name = item.text(BaseDataItem::NameRole);
+                if (name != QStringLiteral("配管") && name != QStringLiteral("配线"))
+                    ++bad;
+            }
+        });
+        for (int i = 0; i < 2000; ++i)
+            item.setData(BaseDataItem::NameRole, i % 2 ? QStringLiteral("配管") : QStringLiteral("配线"));
+        stop = true;
+        reader.waitForFinished();
+        QCOMPARE(bad.load(), 0);
     }
 
     void saveAttributes_data()
