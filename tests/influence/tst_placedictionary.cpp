@@ -5,6 +5,7 @@
 #include <hostapi/placedictionary.h>
 
 #include <QFileInfo>
+#include <QtConcurrent>
 #include <QtTest>
 
 #include <memory>
@@ -99,6 +100,23 @@ private slots:
         QCOMPARE(chainOf(rows, QStringLiteral("659001")),
                  (QStringList{QStringLiteral("新疆维吾尔自治区/65"), QStringLiteral("自治区直辖县级行政区划/6590"),
                               QStringLiteral("石河子市/659001")}));
+    }
+
+    void concurrentFirstUseBuildsOnce()
+    {
+        QList<QFuture<QString>> futures;
+        for (int i = 0; i < 4; ++i)
+            futures << QtConcurrent::run([] { return PlaceDictionary::ensureDatabase(); });
+        QStringList paths;
+        for (QFuture<QString> &f : futures)
+            paths << f.result();
+        for (const QString &p : paths)
+            QCOMPARE(p, HostDatabasePath(QStringLiteral("IDTDICTMIDDLE")));
+        QCOMPARE(readSet(paths.first()).size(), 3351);
+        int builds = 0;
+        for (const QString &line : fx->logLines())
+            builds += line.contains(QStringLiteral("place dictionary built")) ? 1 : 0;
+        QCOMPARE(builds, 1);
     }
 
     void lookupByNameGivesTheCode()

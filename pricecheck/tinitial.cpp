@@ -1,0 +1,221 @@
+#include "tinitial.h"
+
+#include <cloud/cloudserverchoice.h>
+#include <cloud/tqdtjyjc_yxys.h>
+
+#include <hostapi/cloudservercombox.h>
+#include <hostapi/exceptionguard.h>
+#include <hostapi/interfaceadaptation.h>
+#include <hostapi/modalrun.h>
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+const char kSource[] = "Qddjyjc";
+const int kPlaceLineLength = 11;
+}
+
+TInitial::TInitial(QWidget *parent)
+    : zBaseForm(parent)
+{
+}
+
+QLabel *TInitial::label(const QString &text, const QString &name)
+{
+    auto *l = new QLabel(text, this);
+    l->setObjectName(name);
+    return l;
+}
+
+void TInitial::CreateUI()
+{
+    GUARDED(kSource, "TInitial::CreateUI", [&] {
+        if (m_lblYxys)
+            return;
+        QFont small = font();
+        small.setPixelSize(12);
+        setFont(small);
+        m_lblYxys = label(QStringLiteral("影响因素："), QStringLiteral("lblYxys"));
+        m_lblSj = label(QStringLiteral("时间："), QStringLiteral("lblSj"));
+        m_lblSjsz = label(QString(), QStringLiteral("lblSjsz"));
+        m_lblDd = label(QStringLiteral("地点:"), QStringLiteral("lblDd"));
+        m_lblDdsz = label(QString(), QStringLiteral("lblDdsz"));
+        m_lblHb = label(QStringLiteral("海拔:"), QStringLiteral("lblHb"));
+        m_lblHbsz = label(QStringLiteral("<2.0km"), QStringLiteral("lblHbsz"));
+        m_lblHbsz->setTextFormat(Qt::PlainText);
+        m_lblYyfw = label(QStringLiteral("应用范围:"), QStringLiteral("lblYyfw"));
+        m_lblDqjjb = label(QString(), QStringLiteral("lblDqjjb"));
+        m_lblDjly = label(QStringLiteral("单价来源:"), QStringLiteral("lblDjly"));
+        m_btnXg = new QPushButton(QStringLiteral("修改"), this);
+        m_btnXg->setObjectName(QStringLiteral("btnXg"));
+        m_btnXg->setFixedWidth(InterfaceAdaptation::scaled(33));
+        m_btnXg->setCursor(Qt::PointingHandCursor);
+        m_btnXg->setStyleSheet(QStringLiteral("#btnXg{color:#2F7CF6;border:none;background:transparent;padding:0;}"
+                                              "#btnXg:hover{text-decoration:underline;}"));
+        m_comServer = new CloudServerCombox(this);
+        m_comServer->setObjectName(QStringLiteral("comServer"));
+        m_comServer->setFixedSize(InterfaceAdaptation::scaled(220), InterfaceAdaptation::scaled(38));
+        buildLayout();
+        connect(m_btnXg, &QPushButton::clicked, this, &TInitial::Modify);
+
+        m_servers = new CloudServerChoice(m_comServer, this);
+        m_servers->start();
+    });
+}
+
+void TInitial::buildLayout()
+{
+    auto row = [](int lead, QWidget *a, QWidget *b = nullptr) {
+        auto *r = new QHBoxLayout;
+        r->addSpacing(InterfaceAdaptation::scaled(lead));
+        r->addWidget(a, 0, Qt::AlignTop);
+        if (b)
+            r->addWidget(b, 0, Qt::AlignTop);
+        r->addStretch();
+        return r;
+    };
+    auto *page = new QVBoxLayout(this);
+    page->setSpacing(InterfaceAdaptation::scaled(3));
+    page->setContentsMargins(InterfaceAdaptation::scaled(10), InterfaceAdaptation::scaled(8), 0, 0);
+    page->addLayout(row(5, m_lblYxys));
+    page->addLayout(row(5, m_lblSj, m_lblSjsz));
+    page->addLayout(row(5, m_lblDd, m_lblDdsz));
+    page->addLayout(row(5, m_lblHb, m_lblHbsz));
+    page->addLayout(row(5, m_btnXg));
+    page->addSpacing(InterfaceAdaptation::scaled(20));
+    page->addLayout(row(5, m_lblYyfw, m_lblDqjjb));
+    page->addSpacing(InterfaceAdaptation::scaled(10));
+    page->addLayout(row(5, m_lblDjly, m_comServer));
+    page->addSpacing(InterfaceAdaptation::scaled(30));
+    page->addStretch();
+}
+
+LtdInfo *TInitial::getCurrServer() const
+{
+    return GUARDED_OR(static_cast<LtdInfo *>(nullptr), kSource, "TInitial::getCurrServer",
+                      [&] { return m_servers ? m_servers->getCurrServer() : nullptr; });
+}
+
+bool TInitial::getOwnerLogin() const
+{
+    return m_servers && m_servers->getOwnerLogin();
+}
+
+QString TInitial::getsj() const
+{
+    return GUARDED(kSource, "TInitial::getsj", [&] {
+        const QString text = m_lblSjsz ? m_lblSjsz->text() : QString();
+        return text.contains(QLatin1Char('-')) ? text.split(QLatin1Char('-')).value(1) : text;
+    });
+}
+
+QString TInitial::getdd() const
+{
+    return m_lblDdsz ? m_lblDdsz->text() : QString();
+}
+
+QString TInitial::placeLabelText(const QString &place)
+{
+    if (place.isEmpty())
+        return QStringLiteral("无");
+    QString text = place;
+    if (text.size() > kPlaceLineLength)
+        text.insert(kPlaceLineLength, QLatin1Char('\n'));
+    return text;
+}
+
+void TInitial::setLblSjsz(const QString &text)
+{
+    if (m_lblSjsz)
+        m_lblSjsz->setText(text);
+}
+
+void TInitial::setLblDdsz(const QString &text)
+{
+    if (m_lblDdsz)
+        m_lblDdsz->setText(placeLabelText(text));
+}
+
+void TInitial::setLblHbsz(const QString &text)
+{
+    if (m_lblHbsz)
+        m_lblHbsz->setText(text);
+}
+
+void TInitial::setLblDqjjb(const QString &text)
+{
+    if (m_lblDqjjb)
+        m_lblDqjjb->setText(text);
+}
+
+void TInitial::readSetting()
+{
+    if (m_servers)
+        m_servers->readSetting();
+}
+
+void TInitial::requestServerList()
+{
+    if (m_servers)
+        m_servers->requestServerList();
+}
+
+void TInitial::resetData()
+{
+    if (m_servers)
+        m_servers->resetData();
+}
+
+void TInitial::slotSaveCurrServer(int index)
+{
+    if (m_servers)
+        m_servers->slotSaveCurrServer(index);
+}
+
+void TInitial::loginSuccessKv()
+{
+    if (m_servers)
+        m_servers->loginSuccessKv();
+}
+
+void TInitial::loginSuccessPri()
+{
+    if (m_servers)
+        m_servers->loginSuccessPri();
+}
+
+void TInitial::slotTimeAndPathChanged(const QString &sj, const QString &dd)
+{
+    GUARDED(kSource, "TInitial::slotTimeAndPathChanged", [&] {
+        setLblSjsz(sj);
+        setLblDdsz(dd);
+    });
+}
+
+void TInitial::Modify()
+{
+    GUARDED(kSource, "TInitial::Modify", [&] {
+        if (!m_lblSjsz || m_yxys)
+            return;
+        QPointer<TInitial> self(this);
+        m_yxys = new TQdtjyjc_Yxys(this);
+        m_yxys->CreateUI();
+        m_yxys->setComSjText(m_lblSjsz->text());
+        m_yxys->setComDdText(QString(m_lblDdsz->text()).remove(QLatin1Char('\n')));
+        connect(m_yxys.data(), &InfluenceFactorDialog::signalTimeAndPath, this, &TInitial::slotTimeAndPathChanged);
+        ModalRun::exec(m_yxys);
+        if (!self)
+            return;
+        const bool sync = m_yxys && m_yxys->getChecked();
+        delete m_yxys;
+        if (!sync)
+            return;
+        QString place = QString(m_lblDdsz->text()).remove(QLatin1Char('\n'));
+        if (place == QStringLiteral("无"))
+            place.clear();
+        emit signalYxysChanged(m_lblSjsz->text(), place);
+    });
+}
