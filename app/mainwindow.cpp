@@ -1,4 +1,5 @@
 #include "mainwindow.h"
+#include "billdetailpanel.h"
 #include "billtreemodel.h"
 #include "dialogregistry.h"
 #include "materialtablemodel.h"
@@ -60,7 +61,8 @@ MainWindow::~MainWindow()
 void MainWindow::buildCentral()
 {
     auto *splitter = new QSplitter(Qt::Vertical, this);
-    m_billTabs = new QTabWidget(splitter);
+    auto *upper = new QSplitter(Qt::Horizontal, splitter);
+    m_billTabs = new QTabWidget(upper);
     m_billTabs->setObjectName(QStringLiteral("tabBills"));
     for (JJBTableBase *table : m_project->unitWork()->pricingTables()) {
         auto *model = new BillTreeModel(table, this);
@@ -70,15 +72,22 @@ void MainWindow::buildCentral()
         view->setUniformRowHeights(true);
         view->setWordWrap(false);
         view->expandAll();
-        const int widths[] = {150, 170, 50, 300, 220, 80, 90};
+        const int widths[] = {140, 150, 45, 240, 170, 75, 85};
         for (int c = 0; c < BillTreeModel::ColumnCount; ++c)
             view->setColumnWidth(c, widths[c]);
         connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
                 [this, model](const QModelIndex &current) { currentRowChanged(model, current); });
+        connect(model, &QAbstractItemModel::dataChanged, this, [this, model](const QModelIndex &first) {
+            if (model->itemAt(first) == m_context.currentBill)
+                m_detail->showBill(m_context.currentBill);
+        });
         m_billTabs->addTab(view, table->GetName());
         m_billViews.append(view);
         m_billModels.append(model);
     }
+    m_detail = new BillDetailPanel(upper);
+    upper->setStretchFactor(0, 4);
+    upper->setStretchFactor(1, 1);
     auto *lower = new QTabWidget(splitter);
     m_materials = new MaterialTableModel(m_project->materialTable(), this);
     auto *materialView = new QTableView(lower);
@@ -224,6 +233,7 @@ void MainWindow::selectBill(BaseDataItem *bill)
 {
     m_context.currentBill = bill;
     m_context.currentTable = m_project->tableOf(bill);
+    m_detail->showBill(bill);
     for (int i = 0; i < m_billModels.size(); ++i) {
         const QModelIndex index = m_billModels[i]->indexOf(bill);
         if (!index.isValid())
@@ -241,6 +251,7 @@ void MainWindow::currentRowChanged(BillTreeModel *model, const QModelIndex &inde
     if (item && item->isBill()) {
         m_context.currentBill = item;
         m_context.currentTable = model->table();
+        m_detail->showBill(item);
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class BillDetailPanel;
 class BillTreeModel;
 class MaterialTableModel;
 class ProjectDocument;
@@ -35,6 +36,7 @@ public:
     // Opens the module function `id` on the current bill.
     QWidget *openEntry(const QString &id);
     void selectBill(BaseDataItem *bill);
+    BillDetailPanel *detailPanel() const { return m_detail; }
 
 public slots:
     void refreshLoginState();
@@ -57,6 +59,7 @@ private:
     QList<BillTreeModel *> m_billModels;
     MaterialTableModel *m_materials = nullptr;
     SettingsPanel *m_settings = nullptr;
+    BillDetailPanel *m_detail = nullptr;
     QLabel *m_loginLabel = nullptr;
     QLabel *m_channelLabel = nullptr;
     QAction *m_loginAction = nullptr;

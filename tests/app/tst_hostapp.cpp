@@ -1,5 +1,6 @@
 #include "hostfixture.h"
 
+#include <billdetailpanel.h>
 #include <billtreemodel.h>
 #include <dialogregistry.h>
 #include <hostprogram.h>
@@ -183,6 +184,20 @@ private slots:
         QCOMPARE(bill->text(BaseDataItem::FeaturesRole), features);
         QCOMPARE(view->model()->index(0, BillTreeModel::PriceColumn, view->model()->index(0, 0)).data().toString(),
                  Round(before, 2, true));
+        QCOMPARE(window.detailPanel()->featuresText(), features);
+    }
+
+    void detailFollowsCurrentBill()
+    {
+        MainWindow window(project.get());
+        BaseDataItem *measure = project->measureTable()->rootItem()->bills().first();
+        window.context().setCurrentBill(measure);
+        QCOMPARE(window.context().currentTable, project->measureTable());
+        QCOMPARE(window.detailPanel()->headerText(), QStringLiteral("当前清单：031401001001 脚手架（项）"));
+        QCOMPARE(window.context().sjkm(), QStringLiteral("ZJXQDA"));
+        QCOMPARE(window.billView(1)->currentIndex().internalPointer(), measure);
+        project->applyFeatureText(measure, QStringLiteral("1.搭拆"));
+        QCOMPARE(window.detailPanel()->workContentText(), QStringLiteral("1.搭拆"));
     }
 
     void featureTextGoesToFeaturesOrWorkContent()
