@@ -1,0 +1,44 @@
+#include "billindex.h"
+#include "billindexdata.h"
+
+BillIndex::BillIndex()
+    : m_data(new BillIndexData)
+{
+}
+
+BillIndex::~BillIndex() = default;
+
+void BillIndex::add(const BillRecord &record)
+{
+    QWriteLocker lock(&m_lock);
+    m_data->add(record);
+}
+
+void BillIndex::remove(qint64 id)
+{
+    QWriteLocker lock(&m_lock);
+    m_data->remove(id);
+}
+
+void BillIndex::build()
+{
+    QWriteLocker lock(&m_lock);
+    m_data->build();
+}
+
+QVector<BillMatch> BillIndex::query(const BillQuery &query, int *total) const
+{
+    QReadLocker lock(&m_lock);
+    return m_data->query(query, total);
+}
+
+int BillIndex::size() const
+{
+    QReadLocker lock(&m_lock);
+    return m_data->size();
+}
+
+int BillIndex::poolSize()
+{
+    return BillIndexData::kPool;
+}

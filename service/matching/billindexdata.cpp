@@ -1,0 +1,392 @@
+#include "billindexdata.h"
+#include "billtext.h"
+
+#include <QSet>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// Postings read per query before the commonest grams are left to re-ranking.
+constexpr size_t kBudget = 250000;
+// A restricted candidate set this small is scored exhaustively.
+constexpr size_t kExactLimit = 4000;
+constexpr double kCodeBonus = 1.0;
+constexpr double kClassBonus = 0.25;
+constexpr double kUnitPenalty = 0.3;
+
+struct Scratch
+{
+    std::vector<float> acc;
+    std::vector<uint8_t> mark;
+    std::vector<uint32_t> touched;
+};
+
+Scratch &scratch(size_t docs)
+{
+    thread_local Scratch s;
+    if (s.acc.size() < docs) {
+        s.acc.resize(docs, 0.0f);
+        s.mark.resize(docs, 0);
+    }
+    return s;
+}
+
+bool better(double sa, uint32_t da, double sb, uint32_t db)
+{
+    return sa > sb || (sa == sb && da < db);
+}
+
+} // namespace
+
+struct BillIndexData::Prepared
+{
+    std::vector<uint32_t> grams; // sorted gram ids known to the index
+    double norm = 0.0;
+    uint32_t code = 0;
+    int unit = 0; // 0 none, -1 unknown unit (matches no stored unit)
+    int sourceMask = 3;
+    QSet<int> projects;
+    bool projectFilter = false;
+    QSet<int> scopes;
+    bool scopeFilter = false;
+    QString keyword;
+    std::vector<uint32_t> keywordGrams;
+    bool keywordByGrams = false;
+};
+
+int BillIndexData::intern(QHash<QString, int> &table, const QString &key)
+{
+    auto it = table.constFind(key);
+    if (it != table.constEnd())
+        return it.value();
+    const int id = table.size();
+    table.insert(key, id);
+    return id;
+}
+
+void BillIndexData::eraseId(qint64 id)
+{
+    auto it = m_byId.find(id);
+    if (it == m_byId.end())
+        return;
+    Doc &d = m_docs[it->second];
+    if (!d.deleted) {
+        d.deleted = true;
+        --m_live;
+    }
+    m_byId.erase(it);
+}
+
+void BillIndexData::index(const BillRecord &r)
+{
+    eraseId(r.id);
+    const uint32_t docNo = uint32_t(m_docs.size());
+    Doc d;
+    d.id = r.id;
+    d.payload = r.payload;
+    d.source = uint8_t(r.source == 2 ? 2 : 1);
+    d.code = BillText::codeKey(r.code);
+    const QString unit = BillText::unitKey(r.unit);
+    d.unit = unit.isEmpty() ? 0 : uint16_t(intern(m_units, unit) + 1);
+    d.scope = r.scope.isEmpty() ? -1 : intern(m_scopes, r.scope);
+    if (!r.projectId.isEmpty()) {
+        d.project = intern(m_projects, r.projectId);
+        if (size_t(d.project) >= m_projectDocs.size())
+            m_projectDocs.resize(size_t(d.project) + 1);
+        m_projectDocs[size_t(d.project)].push_back(docNo);
+    }
+
+    const QString text = BillText::normalise(r.name + QLatin1Char('\n') + r.features + QLatin1Char('\n') + r.workContent);
+    d.textBegin = m_text.size();
+    d.textLen = uint32_t(text.size());
+    const char16_t *chars = reinterpret_cast<const char16_t *>(text.utf16());
+    m_text.insert(m_text.end(), chars, chars + text.size());
+
+    std::vector<uint32_t> ids;
+    for (uint64_t key : BillText::terms(BillText::stripLabels(text))) {
+        auto ins = m_gramIds.emplace(key, uint32_t(m_postings.size()));
+        if (ins.second)
+            m_postings.emplace_back();
+        ids.push_back(ins.first->second);
+        m_postings[ins.first->second].push_back(docNo);
+    }
+    std::sort(ids.begin(), ids.end());
+    d.fwdBegin = m_fwd.size();
+    d.fwdLen = uint32_t(ids.size());
+    m_fwd.insert(m_fwd.end(), ids.begin(), ids.end());
+
+    if (d.code)
+        m_byCode[d.code].push_back(docNo);
+    m_byId[r.id] = docNo;
+    m_docs.push_back(d);
+    ++m_live;
+}
+
+void BillIndexData::computeNorm(uint32_t doc)
+{
+    const Doc &d = m_docs[doc];
+    double sum = 0.0;
+    for (uint32_t i = 0; i < d.fwdLen; ++i)
+        sum += m_idf2[m_fwd[d.fwdBegin + i]];
+    m_norm[doc] = float(std::sqrt(sum));
+}
+
+void BillIndexData::build()
+{
+    for (qint64 id : m_pendingRemovals)
+        eraseId(id);
+    m_pendingRemovals.clear();
+    const size_t before = m_docs.size();
+    for (const BillRecord &r : m_pending)
+        index(r);
+    m_pending.clear();
+    m_pending.shrink_to_fit();
+
+    const double n = double(m_docs.size()) + 1.0;
+    m_idf2.resize(m_postings.size());
+    for (size_t g = 0; g < m_postings.size(); ++g) {
+        const double idf = std::log(n / double(m_postings[g].size()));
+        m_idf2[g] = float(idf * idf);
+    }
+    // Norms of older bills follow the changing idf only when the corpus has
+    // grown noticeably; a few saved bills must not cost a full pass.
+    const bool full = m_docs.size() * 10 > m_normsAt * 11;
+    m_norm.resize(m_docs.size());
+    for (size_t i = full ? 0 : before; i < m_docs.size(); ++i)
+        computeNorm(uint32_t(i));
+    if (full)
+        m_normsAt = m_docs.size();
+}
+
+BillIndexData::Prepared BillIndexData::prepare(const BillQuery &q) const
+{
+    Prepared p;
+    const QString text = BillText::stripLabels(
+        BillText::normalise(q.name + QLatin1Char('\n') + q.features + QLatin1Char('\n') + q.workContent));
+    double norm2 = 0.0;
+    for (uint64_t key : BillText::terms(text)) {
+        auto it = m_gramIds.find(key);
+        if (it == m_gramIds.end())
+            continue;
+        p.grams.push_back(it->second);
+        norm2 += m_idf2[it->second];
+    }
+    std::sort(p.grams.begin(), p.grams.end());
+    p.norm = std::sqrt(norm2);
+    p.code = BillText::codeKey(q.code);
+    const QString unit = BillText::unitKey(q.unit);
+    if (!unit.isEmpty())
+        p.unit = m_units.contains(unit) ? m_units.value(unit) + 1 : -1;
+    p.sourceMask = q.sourceMask;
+    for (const QString &id : q.projectIds) {
+        p.projectFilter = true;
+        if (m_projects.contains(id))
+            p.projects.insert(m_projects.value(id));
+    }
+    for (const QString &s : q.scopes) {
+        p.scopeFilter = true;
+        if (m_scopes.contains(s))
+            p.scopes.insert(m_scopes.value(s));
+    }
+    p.keyword = BillText::normalise(q.keyword);
+    if (p.keyword.size() >= 2) {
+        p.keywordByGrams = true;
+        for (uint64_t key : BillText::terms(p.keyword)) {
+            if (key >> 63)
+                continue;
+            auto it = m_gramIds.find(key);
+            if (it == m_gramIds.end()) {
+                p.keywordByGrams = false;
+                break;
+            }
+            p.keywordGrams.push_back(it->second);
+        }
+        if (p.keywordGrams.empty())
+            p.keywordByGrams = false;
+    }
+    return p;
+}
+
+bool BillIndexData::passes(const Prepared &p, uint32_t doc) const
+{
+    const Doc &d = m_docs[doc];
+    if (d.deleted || !(p.sourceMask & d.source))
+        return false;
+    if (p.projectFilter && d.source == 2 && !p.projects.contains(d.project))
+        return false;
+    if (p.scopeFilter && !p.scopes.contains(d.scope))
+        return false;
+    return p.keyword.isEmpty() || containsKeyword(p, doc);
+}
+
+bool BillIndexData::containsKeyword(const Prepared &p, uint32_t doc) const
+{
+    const Doc &d = m_docs[doc];
+    const char16_t *text = m_text.data() + d.textBegin;
+    const char16_t *kw = reinterpret_cast<const char16_t *>(p.keyword.utf16());
+    return std::search(text, text + d.textLen, kw, kw + p.keyword.size()) != text + d.textLen;
+}
+
+double BillIndexData::bonus(const Prepared &p, uint32_t doc) const
+{
+    const Doc &d = m_docs[doc];
+    double b = 0.0;
+    if (p.code && d.code == p.code)
+        b += kCodeBonus;
+    if (p.code && d.code / 1000 == p.code / 1000)
+        b += kClassBonus;
+    if (p.unit != 0 && d.unit != 0 && int(d.unit) != p.unit)
+        b -= kUnitPenalty;
+    return b;
+}
+
+double BillIndexData::exactScore(const Prepared &p, uint32_t doc) const
+{
+    const Doc &d = m_docs[doc];
+    double dot = 0.0;
+    const uint32_t *a = p.grams.data(), *ae = a + p.grams.size();
+    const uint32_t *b = m_fwd.data() + d.fwdBegin, *be = b + d.fwdLen;
+    while (a != ae && b != be) {
+        if (*a < *b)
+            ++a;
+        else if (*b < *a)
+            ++b;
+        else {
+            dot += m_idf2[*a];
+            ++a;
+            ++b;
+        }
+    }
+    const double denom = p.norm * double(m_norm[doc]);
+    return (denom > 0.0 ? dot / denom : 0.0) + bonus(p, doc);
+}
+
+// Bills the keyword or an accumulated-only project choice allow, when that is
+// narrower than the whole index.
+bool BillIndexData::restriction(const Prepared &p, std::vector<uint32_t> &out) const
+{
+    if (!p.keyword.isEmpty()) {
+        if (!p.keywordByGrams) {
+            for (uint32_t i = 0; i < m_docs.size(); ++i)
+                if (passes(p, i))
+                    out.push_back(i);
+            return true;
+        }
+        std::vector<uint32_t> order = p.keywordGrams;
+        std::sort(order.begin(), order.end(),
+                  [this](uint32_t a, uint32_t b) { return m_postings[a].size() < m_postings[b].size(); });
+        std::vector<uint32_t> cur = m_postings[order.front()], next;
+        for (size_t k = 1; k < order.size() && !cur.empty(); ++k) {
+            const auto &list = m_postings[order[k]];
+            next.clear();
+            std::set_intersection(cur.begin(), cur.end(), list.begin(), list.end(), std::back_inserter(next));
+            cur.swap(next);
+        }
+        for (uint32_t d : cur)
+            if (passes(p, d))
+                out.push_back(d);
+        return true;
+    }
+    if (p.projectFilter && !(p.sourceMask & 1)) {
+        for (int proj : p.projects)
+            for (uint32_t d : m_projectDocs[size_t(proj)])
+                if (passes(p, d))
+                    out.push_back(d);
+        std::sort(out.begin(), out.end());
+        return true;
+    }
+    return false;
+}
+
+void BillIndexData::accumulate(const Prepared &p, const std::vector<uint32_t> *allowed, std::vector<Scored> &out) const
+{
+    Scratch &s = scratch(m_docs.size());
+    if (allowed)
+        for (uint32_t d : *allowed)
+            s.mark[d] = 1;
+    std::vector<uint32_t> order = p.grams;
+    std::sort(order.begin(), order.end(), [this](uint32_t a, uint32_t b) {
+        const size_t la = m_postings[a].size(), lb = m_postings[b].size();
+        return la < lb || (la == lb && a < b);
+    });
+    size_t spent = 0;
+    s.touched.clear();
+    for (uint32_t g : order) {
+        const auto &list = m_postings[g];
+        if (spent > 0 && spent + list.size() > kBudget)
+            break;
+        const size_t take = std::min(list.size(), kBudget);
+        const float w = m_idf2[g];
+        for (size_t i = 0; i < take; ++i) {
+            const uint32_t d = list[i];
+            if (allowed && !s.mark[d])
+                continue;
+            if (s.acc[d] == 0.0f)
+                s.touched.push_back(d);
+            s.acc[d] += w;
+        }
+        spent += take;
+    }
+    if (p.code) {
+        auto it = m_byCode.find(p.code);
+        if (it != m_byCode.end())
+            for (uint32_t d : it->second)
+                if ((!allowed || s.mark[d]) && s.acc[d] == 0.0f) {
+                    s.touched.push_back(d);
+                    s.acc[d] = 1e-30f;
+                }
+    }
+    for (uint32_t d : s.touched) {
+        if (!allowed && !passes(p, d)) {
+            s.acc[d] = 0.0f;
+            continue;
+        }
+        const double denom = p.norm * double(m_norm[d]);
+        out.push_back({(denom > 0.0 ? s.acc[d] / denom : 0.0) + bonus(p, d), d});
+        s.acc[d] = 0.0f;
+    }
+    if (allowed)
+        for (uint32_t d : *allowed)
+            s.mark[d] = 0;
+}
+
+void BillIndexData::rank(const Prepared &p, std::vector<Scored> &cands) const
+{
+    auto cmp = [](const Scored &a, const Scored &b) { return better(a.score, a.doc, b.score, b.doc); };
+    if (cands.size() > size_t(kPool)) {
+        std::nth_element(cands.begin(), cands.begin() + kPool, cands.end(), cmp);
+        cands.resize(kPool);
+    }
+    for (Scored &c : cands)
+        c.score = exactScore(p, c.doc);
+    std::sort(cands.begin(), cands.end(), cmp);
+}
+
+QVector<BillMatch> BillIndexData::query(const BillQuery &q, int *total) const
+{
+    const Prepared p = prepare(q);
+    std::vector<Scored> cands;
+    std::vector<uint32_t> allowed;
+    const bool restricted = q.sourceMask != 0 && restriction(p, allowed);
+    if (q.sourceMask == 0) {
+        // nothing selected: nothing matches
+    } else if (restricted && allowed.size() <= kExactLimit) {
+        for (uint32_t d : allowed)
+            cands.push_back({0.0, d});
+    } else {
+        accumulate(p, restricted ? &allowed : nullptr, cands);
+    }
+    rank(p, cands);
+    if (total)
+        *total = int(cands.size());
+    QVector<BillMatch> out;
+    const int from = std::max(0, q.offset);
+    const int to = std::min(int(cands.size()), from + std::max(0, q.limit));
+    for (int i = from; i < to; ++i) {
+        const Doc &d = m_docs[cands[size_t(i)].doc];
+        out.push_back({d.id, d.payload, cands[size_t(i)].score});
+    }
+    return out;
+}

@@ -1,0 +1,325 @@
+#include <service/matching/billindex.h>
+
+#include <hostfixture.h>
+
+#include <QtTest>
+
+#include <memory>
+#include <thread>
+
+namespace {
+
+BillRecord bill(qint64 id, const QString &name, const QString &features, const QString &code = QString(),
+                const QString &unit = QString(), int source = 1, const QString &project = QString())
+{
+    BillRecord r;
+    r.id = id;
+    r.payload = id * 100;
+    r.name = name;
+    r.features = features;
+    r.code = code;
+    r.unit = unit;
+    r.source = source;
+    r.projectId = project;
+    return r;
+}
+
+BillQuery ask(const QString &name, const QString &features = QString())
+{
+    BillQuery q;
+    q.name = name;
+    q.features = features;
+    return q;
+}
+
+QList<qint64> ids(const QVector<BillMatch> &matches)
+{
+    QList<qint64> out;
+    for (const BillMatch &m : matches)
+        out << m.id;
+    return out;
+}
+
+} // namespace
+
+class TestBillIndex : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init() { m_fixture.reset(new HostFixture); }
+    void cleanup() { m_fixture.reset(); }
+
+    void exactCodeBeatsNameSimilarity()
+    {
+        BillIndex index;
+        index.add(bill(1, QStringLiteral("镀锌钢管"), QStringLiteral("规格：DN50\n连接形式：螺纹连接"), QStringLiteral("031001001001")));
+        index.add(bill(2, QStringLiteral("阀门"), QStringLiteral("类型：闸阀"), QStringLiteral("031003001001")));
+        index.add(bill(3, QStringLiteral("镀锌钢管"), QStringLiteral("规格：DN40"), QStringLiteral("031001002001")));
+        index.build();
+        BillQuery q = ask(QStringLiteral("镀锌钢管"), QStringLiteral("规格：DN50\n连接形式：螺纹连接"));
+        q.code = QStringLiteral("031003001");
+        const auto m = index.query(q);
+        QCOMPARE(m.value(0).id, qint64(2));
+        QCOMPARE(m.value(0).payload, qint64(200));
+        QCOMPARE(m.value(1).id, qint64(1));
+    }
+
+    void sameClassRanksAheadOfOtherClass()
+    {
+        BillIndex index;
+        index.add(bill(1, QStringLiteral("套管"), QStringLiteral("名称：刚性防水套管"), QStringLiteral("031002004001")));
+        index.add(bill(2, QStringLiteral("套管"), QStringLiteral("名称：刚性防水套管"), QStringLiteral("031001004001")));
+        index.build();
+        BillQuery q = ask(QStringLiteral("套管"), QStringLiteral("名称：刚性防水套管"));
+        q.code = QStringLiteral("031001009");
+        QCOMPARE(ids(index.query(q)), (QList<qint64>{2, 1}));
+    }
+
+    void unitMismatchPenalised_data()
+    {
+        QTest::addColumn<QString>("unit");
+        QTest::addColumn<QList<qint64>>("expected");
+        QTest::newRow("m first") << "m" << QList<qint64>{2, 1};
+        QTest::newRow("米 is m") << "米" << QList<qint64>{2, 1};
+        QTest::newRow("个 first") << "个" << QList<qint64>{1, 2};
+        QTest::newRow("unknown unit keeps order") << "组" << QList<qint64>{1, 2};
+        QTest::newRow("no unit keeps order") << "" << QList<qint64>{1, 2};
+    }
+    void unitMismatchPenalised()
+    {
+        QFETCH(QString, unit);
+        QFETCH(QList<qint64>, expected);
+        BillIndex index;
+        index.add(bill(1, QStringLiteral("塑料管"), QStringLiteral("材质：PPR DN25"), QString(), QStringLiteral("个")));
+        index.add(bill(2, QStringLiteral("塑料管"), QStringLiteral("材质：PPR DN25"), QString(), QStringLiteral("m")));
+        index.build();
+        BillQuery q = ask(QStringLiteral("塑料管"), QStringLiteral("材质：PPR DN25"));
+        q.unit = unit;
+        QCOMPARE(ids(index.query(q)), expected);
+    }
+
+    void sourceAndProjectFilters_data()
+    {
+        QTest::addColumn<int>("mask");
+        QTest::addColumn<QStringList>("projects");
+        QTest::addColumn<QList<qint64>>("expected");
+        QTest::newRow("standard only") << 1 << QStringList() << QList<qint64>{1};
+        QTest::newRow("accumulated only") << 2 << QStringList() << QList<qint64>{2, 3, 4};
+        QTest::newRow("both") << 3 << QStringList() << QList<qint64>{1, 2, 3, 4};
+        QTest::newRow("none") << 0 << QStringList() << QList<qint64>{};
+        QTest::newRow("accumulated of chosen projects") << 2 << QStringList{"p1", "p3"} << QList<qint64>{2, 4};
+        QTest::newRow("standard never limited by projects") << 3 << QStringList{"p2"} << QList<qint64>{1, 3};
+        QTest::newRow("unknown project") << 2 << QStringList{"p9"} << QList<qint64>{};
+    }
+    void sourceAndProjectFilters()
+    {
+        QFETCH(int, mask);
+        QFETCH(QStringList, projects);
+        QFETCH(QList<qint64>, expected);
+        BillIndex index;
+        const QString f = QStringLiteral("安装部位：室内\n规格：DN100");
+        index.add(bill(1, QStringLiteral("水表"), f, QString(), QString(), 1));
+        index.add(bill(2, QStringLiteral("水表"), f, QString(), QString(), 2, QStringLiteral("p1")));
+        index.add(bill(3, QStringLiteral("水表"), f, QString(), QString(), 2, QStringLiteral("p2")));
+        index.add(bill(4, QStringLiteral("水表"), f, QString(), QString(), 2, QStringLiteral("p3")));
+        index.build();
+        BillQuery q = ask(QStringLiteral("水表"), f);
+        q.sourceMask = mask;
+        q.projectIds = projects;
+        int total = -1;
+        QCOMPARE(ids(index.query(q, &total)), expected);
+        QCOMPARE(total, expected.size());
+    }
+
+    void scopesLimitRecords()
+    {
+        BillIndex index;
+        BillRecord a = bill(1, QStringLiteral("桥架"), QStringLiteral("材质：镀锌"));
+        a.scope = QStringLiteral("user:7");
+        BillRecord b = bill(2, QStringLiteral("桥架"), QStringLiteral("材质：镀锌"));
+        b.scope = QStringLiteral("ent:3");
+        index.add(a);
+        index.add(b);
+        index.build();
+        BillQuery q = ask(QStringLiteral("桥架"));
+        q.scopes = QStringList{QStringLiteral("ent:3")};
+        QCOMPARE(ids(index.query(q)), QList<qint64>{2});
+    }
+
+    void keywordRequired_data()
+    {
+        QTest::addColumn<QString>("keyword");
+        QTest::addColumn<QList<qint64>>("expected");
+        QTest::newRow("in features") << "不锈钢" << QList<qint64>{3, 2};
+        QTest::newRow("full-width folded") << "ＤＮ５０" << QList<qint64>{3};
+        QTest::newRow("single character") << "铸" << QList<qint64>{1};
+        QTest::newRow("in work content") << "水压试验" << QList<qint64>{1};
+        QTest::newRow("absent") << "铜管" << QList<qint64>{};
+        QTest::newRow("blank ignored") << "  " << QList<qint64>{3, 2, 1};
+    }
+    void keywordRequired()
+    {
+        QFETCH(QString, keyword);
+        QFETCH(QList<qint64>, expected);
+        BillIndex index;
+        BillRecord one = bill(1, QStringLiteral("阀门"), QStringLiteral("材质：铸铁\n规格：DN80"));
+        one.workContent = QStringLiteral("安装\n水压试验");
+        index.add(one);
+        index.add(bill(2, QStringLiteral("阀门"), QStringLiteral("材质：不锈钢\n规格：DN65")));
+        index.add(bill(3, QStringLiteral("阀门"), QStringLiteral("材质：不锈钢\n规格：DN50")));
+        index.build();
+        BillQuery q = ask(QStringLiteral("阀门"), QStringLiteral("材质：不锈钢\n规格：DN50"));
+        q.keyword = keyword;
+        QCOMPARE(ids(index.query(q)), expected);
+    }
+
+    void keywordOverManyBills()
+    {
+        // More keyword bills than are scored one by one: candidates still all carry it.
+        BillIndex index;
+        for (int i = 0; i < 6000; ++i)
+            index.add(bill(i, QStringLiteral("配管"), i % 2 ? QStringLiteral("材质：焊接钢管 SC%1").arg(i % 90)
+                                                         : QStringLiteral("材质：刚性阻燃管 PC%1").arg(i % 90)));
+        index.build();
+        BillQuery q = ask(QStringLiteral("配管"), QStringLiteral("材质：焊接钢管 SC20"));
+        q.keyword = QStringLiteral("阻燃");
+        q.limit = BillIndex::poolSize();
+        int total = 0;
+        const auto m = index.query(q, &total);
+        QCOMPARE(total, BillIndex::poolSize());
+        QCOMPARE(m.size(), BillIndex::poolSize());
+        for (const BillMatch &x : m)
+            QCOMPARE(x.id % 2, qint64(0));
+    }
+
+    void pagesAreSlicesOfTheFullRanking()
+    {
+        BillIndex index;
+        for (int i = 0; i < 57; ++i)
+            index.add(bill(i, QStringLiteral("电力电缆"), QStringLiteral("型号：YJV-%1*%2\n敷设方式：桥架").arg(3 + i % 3).arg(10 + i)));
+        index.build();
+        BillQuery q = ask(QStringLiteral("电力电缆"), QStringLiteral("型号：YJV-4*25\n敷设方式：桥架"));
+        q.limit = 1000;
+        int total = 0;
+        const auto full = index.query(q, &total);
+        QCOMPARE(total, 57);
+        QCOMPARE(full.size(), 57);
+        QVector<BillMatch> paged;
+        for (int page = 0; page * 10 < total; ++page) {
+            q.offset = page * 10;
+            q.limit = 10;
+            int pageTotal = 0;
+            const auto part = index.query(q, &pageTotal);
+            QCOMPARE(pageTotal, total);
+            QCOMPARE(part.size(), std::min(10, total - page * 10));
+            paged += part;
+        }
+        QCOMPARE(ids(paged), ids(full));
+        for (int i = 1; i < full.size(); ++i)
+            QVERIFY(full[i - 1].score >= full[i].score);
+        q.offset = 60;
+        QVERIFY(index.query(q).isEmpty());
+    }
+
+    void tiesKeepInsertionOrder()
+    {
+        BillIndex index;
+        for (qint64 id : {40, 10, 30, 20})
+            index.add(bill(id, QStringLiteral("灯具"), QStringLiteral("名称：吸顶灯")));
+        index.build();
+        const BillQuery q = ask(QStringLiteral("灯具"), QStringLiteral("名称：吸顶灯"));
+        QCOMPARE(ids(index.query(q)), (QList<qint64>{40, 10, 30, 20}));
+        QCOMPARE(ids(index.query(q)), (QList<qint64>{40, 10, 30, 20}));
+        // Saving a bill again replaces it; the new version is the latest added.
+        index.add(bill(10, QStringLiteral("灯具"), QStringLiteral("名称：吸顶灯")));
+        index.build();
+        QCOMPARE(ids(index.query(q)), (QList<qint64>{40, 30, 20, 10}));
+        QCOMPARE(index.size(), 4);
+    }
+
+    void featureLinesMatchInAnyOrder()
+    {
+        BillIndex index;
+        index.add(bill(1, QStringLiteral("给水管"), QStringLiteral("材质：钢塑复合管\n规格：DN50\n连接方式：沟槽")));
+        index.add(bill(2, QStringLiteral("给水管"), QStringLiteral("连接方式：热熔\n材质：PPR\n规格：DN50")));
+        index.add(bill(3, QStringLiteral("排水管"), QStringLiteral("材质：UPVC")));
+        index.build();
+        // Other line order, half-width colons, one line: still the PPR bill.
+        const auto m = index.query(ask(QStringLiteral("给水管"), QStringLiteral("规格:DN50 材质:PPR 连接方式:热熔")));
+        QCOMPARE(m.value(0).id, qint64(2));
+        QCOMPARE(m.value(1).id, qint64(1));
+        QVERIFY(m.value(0).score > m.value(1).score);
+    }
+
+    void sizeNumbersDecide()
+    {
+        BillIndex index;
+        index.add(bill(1, QStringLiteral("配线"), QStringLiteral("型号：BYJ-1.5")));
+        index.add(bill(2, QStringLiteral("配线"), QStringLiteral("型号：BYJ-2.5")));
+        index.add(bill(3, QStringLiteral("配线"), QStringLiteral("型号：BYJ-4")));
+        index.build();
+        QCOMPARE(index.query(ask(QStringLiteral("配线"), QStringLiteral("型号：WDZ-BYJ2.5"))).value(0).id, qint64(2));
+    }
+
+    void addAndRemoveAfterBuild()
+    {
+        BillIndex index;
+        index.add(bill(1, QStringLiteral("风机盘管"), QStringLiteral("形式：卧式暗装")));
+        index.build();
+        const BillQuery q = ask(QStringLiteral("风管"), QStringLiteral("材质：镀锌钢板 厚度：0.75mm"));
+        QVERIFY(index.query(q).value(0).id != 2);
+        index.add(bill(2, QStringLiteral("风管"), QStringLiteral("材质：镀锌钢板\n厚度：0.75mm")));
+        QCOMPARE(ids(index.query(q)).contains(2), false); // queued until build()
+        index.build();
+        QCOMPARE(index.query(q).value(0).id, qint64(2));
+        index.remove(2);
+        index.build();
+        QVERIFY(!ids(index.query(q)).contains(2));
+        QCOMPARE(index.size(), 1);
+    }
+
+    void concurrentQueriesMatchSequential()
+    {
+        BillIndex index;
+        const QStringList names{QStringLiteral("镀锌钢管"), QStringLiteral("电力电缆"), QStringLiteral("配管"),
+                                QStringLiteral("阀门"), QStringLiteral("灯具")};
+        for (int i = 0; i < 3000; ++i)
+            index.add(bill(i, names[i % 5], QStringLiteral("规格：DN%1\n材质：%2").arg(15 + i % 40).arg(i % 7 ? "钢" : "铜"),
+                           QStringLiteral("0310010%1").arg(i % 90, 2, 10, QLatin1Char('0')), QString(), 1 + i % 2,
+                           QStringLiteral("p%1").arg(i % 11)));
+        index.build();
+        QVector<BillQuery> queries;
+        for (int i = 0; i < 120; ++i) {
+            BillQuery q = ask(names[i % 5], QStringLiteral("规格：DN%1 材质：钢").arg(15 + i % 40));
+            q.code = QStringLiteral("0310010%1").arg(i % 90, 2, 10, QLatin1Char('0'));
+            q.sourceMask = 1 + i % 3;
+            if (i % 4 == 0)
+                q.projectIds = QStringList{QStringLiteral("p%1").arg(i % 11)};
+            queries << q;
+        }
+        QVector<QList<qint64>> expected;
+        for (const BillQuery &q : queries)
+            expected << ids(index.query(q));
+        QVector<QList<qint64>> got(queries.size());
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t)
+            threads.emplace_back([&, t] {
+                for (int i = t; i < queries.size(); i += 4)
+                    got[i] = ids(index.query(queries[i]));
+            });
+        // A saved bill arriving mid-way must not disturb running queries.
+        index.add(bill(99999, QStringLiteral("消火栓"), QStringLiteral("安装方式：明装")));
+        index.build();
+        for (auto &th : threads)
+            th.join();
+        QCOMPARE(got.size(), expected.size());
+        for (int i = 0; i < got.size(); ++i)
+            QCOMPARE(got[i], expected[i]);
+    }
+
+private:
+    std::unique_ptr<HostFixture> m_fixture;
+};
+
+QTEST_GUILESS_MAIN(TestBillIndex)
+#include "tst_billindex.moc"
