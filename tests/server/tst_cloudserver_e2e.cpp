@@ -136,7 +136,8 @@ private slots:
         QCOMPARE(names(anonymous), (QStringList{"个人云", "Korvane云", "Korvane大数据"}));
         loginDemo();
         const QJsonObject mine = send(QStringLiteral("kv_token"), {{"method", "getserverlist"}});
-        QCOMPARE(names(mine), (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东建设集团有限公司", "蜀川造价咨询有限公司"}));
+        QCOMPARE(names(mine), (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东建设集团有限公司", "蜀川造价咨询有限公司",
+                                           "华东建设集团有限公司材价库", "蜀川造价咨询有限公司材价库"}));
         QCOMPARE(mine.value("data").toArray().at(3).toObject().value("login").toBool(), false);
     }
 
@@ -210,7 +211,7 @@ private slots:
             workers << QtConcurrent::run([] { return names(send(QStringLiteral("kv_token"), {{"method", "getserverlist"}})); });
         for (QFuture<QStringList> &w : workers) {
             QTRY_VERIFY_WITH_TIMEOUT(w.isFinished(), 20000);
-            QCOMPARE(w.result().size(), 5);
+            QCOMPARE(w.result().size(), 7);
         }
     }
 
