@@ -55,9 +55,9 @@ ServerRegistry *ServerRegistry::instance()
     return registry;
 }
 
-QList<LtdInfo *> ServerRegistry::servers(const QString &kind) const
+QList<LtdInfo *> ServerRegistry::servers() const
 {
-    return m_lists.value(kind);
+    return m_current;
 }
 
 LtdInfo *ServerRegistry::entryFor(const QString &kind, const QString &name)
@@ -74,21 +74,18 @@ LtdInfo *ServerRegistry::entryFor(const QString &kind, const QString &name)
 
 LtdInfo *ServerRegistry::entryNamed(const QString &name) const
 {
-    for (const LtdInfo *entry : m_lists.value(QString()))
+    for (LtdInfo *entry : m_current)
         if (entry->getServerName() == name)
-            return const_cast<LtdInfo *>(entry);
+            return entry;
     for (const auto &entry : m_entries)
         if (entry->getServerName() == name)
             return entry.get();
     return nullptr;
 }
 
-bool ServerRegistry::refresh(const QString &kind)
+bool ServerRegistry::refresh()
 {
-    QJsonObject fields;
-    if (!kind.isEmpty())
-        fields.insert(QStringLiteral("kind"), kind);
-    const QJsonObject reply = send(hostRequest(QStringLiteral("getserverlist"), KvToken, fields));
+    const QJsonObject reply = send(hostRequest(QStringLiteral("getserverlist"), KvToken));
     if (!failureText(reply).isEmpty())
         return false;
     QList<LtdInfo *> list;
@@ -103,7 +100,7 @@ bool ServerRegistry::refresh(const QString &kind)
         if (!list.contains(entry))
             list << entry;
     }
-    m_lists.insert(kind, list);
+    m_current = list;
     applyLoginState();
     emit changed();
     return true;
@@ -209,7 +206,7 @@ void ServerRegistry::logoutEnterprise(const QString &serverName, bool forced)
 
 void ServerRegistry::reset()
 {
-    m_lists.clear();
+    m_current.clear();
     m_entries.clear();
     m_enterpriseSessions.clear();
     m_cloudLogin.clear();

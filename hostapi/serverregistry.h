@@ -19,13 +19,12 @@ public:
     static ServerRegistry *instance();
 
     // The host's full list, in the order the cloud gives it (the personal
-    // cloud, the Korvane cloud, "Korvane大数据", the enterprise servers ...).
-    // A kind ("cj": the material price servers) names another list the cloud
-    // keeps; the login index of userSyyLogin always refers to the full list.
-    QList<LtdInfo *> servers(const QString &kind = QString()) const;
-    // Asks the cloud for a list (host-only method); false when it failed, and
-    // the last good list stays.
-    bool refresh(const QString &kind = QString());
+    // cloud, the Korvane cloud, "Korvane大数据", the enterprise servers, the
+    // material price servers); userSyyLogin's index refers to it.
+    QList<LtdInfo *> servers() const;
+    // Asks the cloud for the list (host-only method); false when it failed,
+    // and the last good list stays.
+    bool refresh();
 
     // Logins. On failure the returned text is the message to show; empty on
     // success. Success updates entries and announces it on staticPriLoginObj.
@@ -47,8 +46,8 @@ private:
     // Login flags and tokens from the Korvane login and the enterprise sessions.
     void applyLoginState();
     std::vector<std::unique_ptr<LtdInfo>> m_entries;
-    // The last list the cloud gave for each kind, in its order.
-    QHash<QString, QList<LtdInfo *>> m_lists;
+    // The last list the cloud gave, in its order.
+    QList<LtdInfo *> m_current;
     // Enterprise session token by enterprise id (shared by its entries).
     QHash<int, QString> m_enterpriseSessions;
     // Entries the cloud reported as logged in.

@@ -60,13 +60,14 @@ private slots:
         QVERIFY(sent.contains("app_type"));
         QCOMPARE(sent.value("data").toObject(), (QJsonObject{{"method", "getserverlist"}}));
         QCOMPARE(names(reg()->servers()),
-                 (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业"}));
+                 (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业", "华东企业材价库"}));
         const LtdInfo *ent = reg()->servers().at(3);
         QCOMPARE(ent->getToken(), QStringLiteral("ent_11"));
         QCOMPARE(ent->getType(), 1);
         QCOMPARE(ent->getQyid(), 11);
         QCOMPARE(ent->kind(), QStringLiteral("pri"));
-        QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false}));
+        // The price server is open as the cloud says; enterprises need a login.
+        QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false, true}));
     }
 
     void refreshKeepsPointersAndDropsVanishedEntries()
@@ -97,31 +98,33 @@ private slots:
         QList<LtdInfo *> list{nullptr};
         QVERIFY(!CloudBusiness::requestServerList(list, QString()));
         QVERIFY(list.isEmpty());
-        QCOMPARE(reg()->servers().size(), 5); // the last good list stays
+        QCOMPARE(reg()->servers().size(), 6); // the last good list stays
     }
 
-    void priceServersAreTheirOwnList()
+    void requestServerListFilters_data()
     {
-        loadList();
-        fx->channel().replyOk(priceServerList());
-        QList<LtdInfo *> list;
-        QVERIFY(CloudBusiness::requestServerList(list, QStringLiteral("cj")));
-        QCOMPARE(fx->channel().lastRequest().value("data").toObject(),
-                 (QJsonObject{{"method", "getserverlist"}, {"kind", "cj"}}));
-        QCOMPARE(names(list), (QStringList{"个人云", "Korvane大数据", "华东企业", "材价库"}));
-        // The cloud says which price servers are open to the account.
-        QCOMPARE(logins(list), (QList<bool>{false, false, false, true}));
-        QVERIFY(!CloudBusiness::hasPriServer(list));
-        // Korvane-account entries are shared; the full list is untouched.
-        QCOMPARE(list.first(), reg()->servers().first());
-        QCOMPARE(reg()->servers().size(), 5);
-        QVERIFY(reg()->servers().at(3) != list.at(2));
+        QTest::addColumn<QString>("filter");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("bill servers") << QString()
+                                      << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业"};
+        QTest::newRow("material servers") << QStringLiteral("cj")
+                                          << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业材价库"};
+    }
 
-        QList<LtdInfo *> bills;
+    void requestServerListFilters()
+    {
+        QFETCH(QString, filter);
+        QFETCH(QStringList, expected);
         fx->channel().replyOk(serverList());
-        QVERIFY(CloudBusiness::requestServerList(bills, QString()));
+        QList<LtdInfo *> list;
+        QVERIFY(CloudBusiness::requestServerList(list, filter));
         QCOMPARE(fx->channel().lastRequest().value("data").toObject(), (QJsonObject{{"method", "getserverlist"}}));
-        QVERIFY(CloudBusiness::hasPriServer(bills));
+        QCOMPARE(names(list), expected);
+        QCOMPARE(CloudBusiness::hasPriServer(list), filter.isEmpty());
+        // Enterprise entries keep their host index in the bill list.
+        for (int i = 0; i < list.size(); ++i)
+            if (list.at(i)->kind() == QLatin1String("pri"))
+                QCOMPARE(reg()->servers().indexOf(list.at(i)), i);
     }
 
     void enterpriseLoginTheCloudRemembers()
@@ -146,7 +149,7 @@ private slots:
         QVERIFY(Users::Instance()->Kvy()->IsLogin());
         QCOMPARE(Users::Instance()->Kvy()->UserID(), QStringLiteral("u1"));
         QCOMPARE(kvLogin.size(), 1);
-        QCOMPARE(logins(reg()->servers()), (QList<bool>{true, true, true, false, false}));
+        QCOMPARE(logins(reg()->servers()), (QList<bool>{true, true, true, false, false, true}));
         // The session now travels beside every request.
         loadList();
         QCOMPARE(fx->channel().sessions().last(), QStringLiteral("sess-1"));
@@ -220,7 +223,7 @@ private slots:
         QCOMPARE(kvExit.size(), 1);
         QCOMPARE(kvForce.size(), 0);
         QVERIFY(!Users::Instance()->Kvy()->IsLogin());
-        QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false}));
+        QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false, false}));
     }
 };
 
