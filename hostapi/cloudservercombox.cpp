@@ -3,11 +3,13 @@
 #include "ltdinfo.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QListView>
 #include <QPainter>
 #include <QPixmap>
 #include <QSignalBlocker>
+#include <QStylePainter>
 
 namespace {
 const QString kPlaceholder = QStringLiteral("请选择服务器");
@@ -43,6 +45,7 @@ CloudServerCombox::CloudServerCombox(QWidget *parent) : QWidget(parent)
     m_combo->setMinimumHeight(InterfaceAdaptation::scaled(24));
     m_combo->setMinimumWidth(InterfaceAdaptation::scaled(140));
     layout->addWidget(m_combo);
+    m_combo->installEventFilter(this);
     // activated() fires only for a choice made by the user, never for
     // setServerList or setCurrentIndex.
     connect(m_combo, QOverload<int>::of(&QComboBox::activated), this,
@@ -78,4 +81,20 @@ QString CloudServerCombox::currentText() const
 QComboBox *CloudServerCombox::comboBox() const
 {
     return m_combo;
+}
+
+bool CloudServerCombox::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_combo || event->type() != QEvent::Paint || m_combo->currentIndex() >= 0)
+        return QWidget::eventFilter(watched, event);
+    QStylePainter painter(m_combo);
+    QStyleOptionComboBox option;
+    option.initFrom(m_combo);
+    option.editable = false;
+    option.frame = true;
+    option.currentText = kPlaceholder;
+    option.palette.setColor(QPalette::ButtonText, option.palette.color(QPalette::PlaceholderText));
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+    return true;
 }

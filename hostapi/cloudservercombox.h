@@ -19,6 +19,11 @@ public:
     QString currentText() const;
     QComboBox *comboBox() const;
 
+protected:
+    // Paints the placeholder while nothing is chosen (the style alone leaves
+    // the box blank for a non-editable combo box).
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 signals:
     // The user picked entry `index` of the list.
     void signalCurrentItemChanged(int index);

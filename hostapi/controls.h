@@ -9,6 +9,7 @@
 #include "zbaseform.h"
 #include "zbaselabel.h"
 #include "zfiltersearchbox.h"
+#include "zgroupheaderview.h"
 #include "zstandardtreenodedata.h"
 #include "ztabcontent.h"
 #include "ztablecell.h"

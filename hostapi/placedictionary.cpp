@@ -179,3 +179,38 @@ QString PlaceDictionary::ensureDatabase()
     HostLog::write(QStringLiteral("dict:"), QStringLiteral("place dictionary built, %1 rows: %2").arg(rows).arg(path));
     return path;
 }
+
+QString PlaceDictionary::codeForPath(const QString &path)
+{
+    if (path.isEmpty())
+        return QString();
+    struct Entry
+    {
+        QString name;
+        int parent = 0;
+        QString code;
+    };
+    QHash<int, Entry> rows;
+    {
+        DBM::clsDAC dac(ensureDatabase(), true);
+        DBM::clsDACResult r = dac.execPrepared(
+            QStringLiteral("SELECT name, pid, rownum, sysCode FROM subset_dd WHERE sid = ? ORDER BY rownum"),
+            {placeSetId()});
+        while (r.next()) {
+            rows.insert(r.value(2).toInt(),
+                        Entry{r.value(0).toString(), r.value(1).toString().toInt(), r.value(3).toString()});
+        }
+    }
+    for (auto it = rows.cbegin(); it != rows.cend(); ++it) {
+        if (!path.endsWith(it->name))
+            continue;
+        QString joined = it->name;
+        for (int up = it->parent, depth = 0; up != 0 && rows.contains(up) && depth < 8; ++depth) {
+            joined.prepend(rows.value(up).name);
+            up = rows.value(up).parent;
+        }
+        if (joined == path)
+            return it->code;
+    }
+    return QString();
+}

@@ -26,6 +26,11 @@ public:
     static int build(const QString &path, const QByteArray &provinces, const QByteArray &cities,
                      const QByteArray &areas);
 
+    // The division code of the place whose names, from the top level down,
+    // join to `path` ("四川省成都市金牛区" -> "510106"); empty when no place
+    // reads so. Throws DBM::exDBM when the dictionary cannot be read.
+    static QString codeForPath(const QString &path);
+
     // True when the database at `path` holds rows of the place set.
     static bool hasPlaceSet(const QString &path);
 };

@@ -1,6 +1,8 @@
 #include "projectsettinghelper.h"
 #include "apppaths.h"
+#include "exceptionguard.h"
 #include "hostconstants.h"
+#include "placecoderesolver.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -60,6 +62,18 @@ void readSelections(const QString &text, GlobalSettingsInfo &info)
         info.setProjectSelection(it.key(), it.value().toArray());
 }
 
+// A new place text written without its code (the influence-factor dialogs
+// know only the text) gets the code from the place dictionary.
+ProjectSettingsInfo withPlaceCode(ProjectSettingsInfo info)
+{
+    const ProjectSettingsInfo stored = ProjectSettingHelper::GetProjectSettingsInfo();
+    if (info.place == stored.place || info.placeCode != stored.placeCode)
+        return info;
+    info.placeCode = GUARDED_OR(QString(), "ProjectSettingHelper", "ProjectSettingHelper::withPlaceCode",
+                                [&] { return PlaceCodeResolver::codeOfPath(info.place); });
+    return info;
+}
+
 }
 
 ProjectSettingHelper *ProjectSettingHelper::instance()
@@ -88,9 +102,10 @@ GlobalSettingsInfo ProjectSettingHelper::GetGlobalSettingsInfo()
 
 void ProjectSettingHelper::SetGlobalSettingsInfo(const GlobalSettingsInfo &info)
 {
+    const ProjectSettingsInfo project = withPlaceCode(info.project);
     {
         auto s = openSettings();
-        writeProject(*s, info.project);
+        writeProject(*s, project);
         s->setValue(QStringLiteral("Global/BzqdChecked"), info.bzqdChecked);
         s->setValue(QStringLiteral("Global/JlqdChecked"), info.jlqdChecked);
         s->setValue(QStringLiteral("Global/ProjectSelections"), selectionsText(info));
@@ -106,9 +121,10 @@ ProjectSettingsInfo ProjectSettingHelper::GetProjectSettingsInfo()
 
 void ProjectSettingHelper::SetProjectSettingsInfo(const ProjectSettingsInfo &info)
 {
+    const ProjectSettingsInfo project = withPlaceCode(info);
     {
         auto s = openSettings();
-        writeProject(*s, info);
+        writeProject(*s, project);
         s->sync();
     }
     emit instance()->settingsChanged();

@@ -1,12 +1,14 @@
 #include "ztableview.h"
 #include "interfaceadaptation.h"
 #include "ztabledelegate.h"
+#include "zgroupheaderview.h"
 #include "ztablemodel.h"
 
 #include <QHeaderView>
 
 zTableView::zTableView(QWidget *parent) : QTableView(parent)
 {
+    setHorizontalHeader(new zGroupHeaderView(this));
     m_delegate = new zTableDelegate(this);
     setItemDelegate(m_delegate);
     setSelectionBehavior(QAbstractItemView::SelectRows);

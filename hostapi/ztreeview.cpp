@@ -1,12 +1,14 @@
 #include "ztreeview.h"
 #include "ztablecell.h"
 #include "ztabledelegate.h"
+#include "zgroupheaderview.h"
 #include "ztreemodel.h"
 
 #include <QHeaderView>
 
 zTreeView::zTreeView(QWidget *parent) : QTreeView(parent)
 {
+    setHeader(new zGroupHeaderView(this));
     m_delegate = new zTableDelegate(this);
     setItemDelegate(m_delegate);
     setSelectionBehavior(QAbstractItemView::SelectRows);

@@ -4,12 +4,10 @@
 
 #include <QByteArray>
 #include <QJsonDocument>
-#include <QRegularExpression>
 
 #include <chrono>
 #include <cstdio>
 #include <exception>
-#include <vector>
 
 namespace {
 
@@ -20,16 +18,40 @@ QJsonObject failure(int code, const QString &msg)
     return QJsonObject{{QStringLiteral("code"), code}, {QStringLiteral("msg"), msg}};
 }
 
-void sendJson(mg_connection *conn, int status, const QJsonObject &object)
+bool clientKeepsAlive(mg_connection *conn)
 {
+    const char *header = mg_get_header(conn, "Connection");
+    if (header) {
+        const QByteArray value = QByteArray(header).toLower();
+        if (value.contains("close"))
+            return false;
+        if (value.contains("keep-alive"))
+            return true;
+    }
+    return qstrcmp(mg_get_request_info(conn)->http_version, "1.1") == 0;
+}
+
+// Headers and body in one write, composed here rather than through
+// civetweb's header calls: those refuse to start once an interim
+// "100 Continue" has gone out. Anything but a success closes the connection,
+// since its body may not have been read.
+void sendJson(mg_connection *conn, int status, const QJsonObject &object, const char *extraHeader = nullptr)
+{
+    const bool keepAlive = status == 200 && clientKeepsAlive(conn);
+    if (!keepAlive)
+        mg_disable_connection_keep_alive(conn);
     const QByteArray body = QJsonDocument(object).toJson(QJsonDocument::Compact);
-    const QByteArray length = QByteArray::number(body.size());
-    mg_response_header_start(conn, status);
-    mg_response_header_add(conn, "Content-Type", "application/json; charset=utf-8", -1);
-    mg_response_header_add(conn, "Content-Length", length.constData(), length.size());
-    mg_response_header_add(conn, "Cache-Control", "no-store", -1);
-    mg_response_header_send(conn);
-    mg_write(conn, body.constData(), size_t(body.size()));
+    QByteArray response = "HTTP/1.1 " + QByteArray::number(status) + ' ' + mg_get_response_code_text(conn, status)
+                          + "\r\nContent-Type: application/json; charset=utf-8\r\nContent-Length: "
+                          + QByteArray::number(body.size()) + "\r\nCache-Control: no-store\r\nConnection: "
+                          + (keepAlive ? "keep-alive" : "close") + "\r\n";
+    if (extraHeader)
+        response += QByteArray(extraHeader) + "\r\n";
+    response += "\r\n";
+    // A HEAD answer states the body's length but leaves it out.
+    if (qstrcmp(mg_get_request_info(conn)->request_method, "HEAD") != 0)
+        response += body;
+    mg_write(conn, response.constData(), size_t(response.size()));
 }
 
 enum class BodyRead { Ok, TooLarge, Broken };
@@ -41,6 +63,14 @@ BodyRead readBody(mg_connection *conn, qint64 limit, QByteArray *body)
     const qint64 declared = mg_get_request_info(conn)->content_length;
     if (declared > limit)
         return BodyRead::TooLarge;
+    // Qt sends the headers and the body in two writes; its Nagle algorithm
+    // then holds the body until the headers are acknowledged, which a
+    // delayed ACK stretches to 40 ms. Answering "Expect: 100-continue" at
+    // once carries that acknowledgement (civetweb does so only for its own
+    // handlers).
+    const char *expect = mg_get_header(conn, "Expect");
+    if (expect && qstricmp(expect, "100-continue") == 0)
+        mg_write(conn, "HTTP/1.1 100 Continue\r\n\r\n", 25);
     body->reserve(int(declared > 0 ? declared : 4096));
     char buffer[16384];
     for (;;) {
@@ -69,18 +99,9 @@ bool isPath(mg_connection *conn, const char *path)
     return uri && qstrcmp(uri, path) == 0;
 }
 
-int refuseMethod(mg_connection *conn, const char *allowed)
+int refuseMethod(mg_connection *conn, const char *allow)
 {
-    mg_response_header_start(conn, 405);
-    mg_response_header_add(conn, "Allow", allowed, -1);
-    const QByteArray body = QJsonDocument(failure(CloudHttpServer::MethodNotAllowedCode,
-                                                  QStringLiteral("请求方式不受支持")))
-                                .toJson(QJsonDocument::Compact);
-    const QByteArray length = QByteArray::number(body.size());
-    mg_response_header_add(conn, "Content-Type", "application/json; charset=utf-8", -1);
-    mg_response_header_add(conn, "Content-Length", length.constData(), length.size());
-    mg_response_header_send(conn);
-    mg_write(conn, body.constData(), size_t(body.size()));
+    sendJson(conn, 405, failure(CloudHttpServer::MethodNotAllowedCode, QStringLiteral("请求方式不受支持")), allow);
     return 405;
 }
 
@@ -112,13 +133,15 @@ bool CloudHttpServer::start(const QString &listen, QString *error)
     const QByteArray ports = listen.toUtf8();
     const QByteArray threads = QByteArray::number(qMax(1, m_limits.threads));
     const QByteArray timeout = QByteArray::number(m_limits.requestTimeoutMs);
-    // Keep-alive lets a client reuse its connection; TCP_NODELAY keeps small
-    // replies from waiting on the peer's delayed ACK.
+    // Keep-alive lets a client reuse its connection, but civetweb holds a
+    // worker thread on an idle one until the keep-alive time-out, so that is
+    // kept short. TCP_NODELAY keeps small replies from waiting on the peer's
+    // delayed ACK.
     const char *options[] = {"listening_ports", ports.constData(),
                              "num_threads", threads.constData(),
                              "request_timeout_ms", timeout.constData(),
                              "enable_keep_alive", "yes",
-                             "keep_alive_timeout_ms", "2000",
+                             "keep_alive_timeout_ms", "1000",
                              "tcp_nodelay", "1",
                              "decode_url", "yes",
                              nullptr};
@@ -189,7 +212,6 @@ int CloudHttpServer::onCloud(mg_connection *conn, void *self)
 {
     auto *server = static_cast<CloudHttpServer *>(self);
     if (!server->enter()) {
-        mg_disable_connection_keep_alive(conn);
         sendJson(conn, 503, failure(StoppingCode, QStringLiteral("服务正在停止，请稍后重试")));
         return 503;
     }
@@ -203,7 +225,7 @@ int CloudHttpServer::onHealth(mg_connection *conn, void *self)
     if (!isPath(conn, "/health"))
         return onOther(conn, self);
     if (!isMethod(conn, "GET") && !isMethod(conn, "HEAD"))
-        return refuseMethod(conn, "GET, HEAD");
+        return refuseMethod(conn, "Allow: GET, HEAD");
     sendJson(conn, 200, QJsonObject{{QStringLiteral("status"), QStringLiteral("ok")}});
     return 200;
 }
@@ -225,15 +247,13 @@ int CloudHttpServer::serveCloud(mg_connection *conn)
     if (!isPath(conn, "/cloud"))
         return onOther(conn, this);
     if (!isMethod(conn, "POST"))
-        return refuseMethod(conn, "POST");
+        return refuseMethod(conn, "Allow: POST");
     m_requests.fetch_add(1);
     QByteArray body;
     switch (readBody(conn, m_limits.maxBodyBytes, &body)) {
     case BodyRead::Broken:
         return 400; // the client is gone or lied about the length
     case BodyRead::TooLarge:
-        // The rest of the body is not read, so the connection cannot be reused.
-        mg_disable_connection_keep_alive(conn);
         sendJson(conn, 413, failure(TooLargeCode, QStringLiteral("请求内容超过%1字节的上限").arg(m_limits.maxBodyBytes)));
         return 413;
     case BodyRead::Ok:

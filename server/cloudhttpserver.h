@@ -18,6 +18,7 @@ struct mg_context;
 //                 bad-request reply the service gives for malformed fields.
 //                 Bodies over the limit get 413, other methods 405, both with a
 //                 JSON body {"code", "msg"}; clients treat them as no reply.
+//                 "Expect: 100-continue" is answered before the body is read.
 //   GET /health   200 {"status": "ok"}.
 // The handler is called from several worker threads at once.
 class CloudHttpServer
@@ -26,7 +27,7 @@ public:
     using Handler = std::function<QJsonObject(const QJsonObject &request, const QString &session)>;
 
     struct Limits {
-        int threads = 16;                      // requests served at once
+        int threads = 32;                      // connections served at once
         qint64 maxBodyBytes = 8 * 1024 * 1024; // larger bodies get 413
         int requestTimeoutMs = 30000;          // a stalled client frees its thread
     };

@@ -92,7 +92,7 @@ QString ServerOptions::usage()
         "usage: velora-cloud --data DIR [--listen ADDR:PORT] [--threads N] [--max-body BYTES] [--seed full|minimal|none]\n"
         "  --data DIR          data folder of the cloud service (created if missing)\n"
         "  --listen ADDR:PORT  address to serve on (default 127.0.0.1:8686; port 0 picks a free port)\n"
-        "  --threads N         worker threads, the most requests served at once (default 16)\n"
+        "  --threads N         worker threads: connections served at once (default 32)\n"
         "  --max-body BYTES    largest request body accepted (default 8388608)\n"
         "  --seed KIND         demo data put into an empty data folder (default full)\n"
         "Endpoints: POST /cloud (JSON envelope, session in X-Velora-Session), GET /health.\n"

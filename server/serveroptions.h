@@ -10,7 +10,7 @@ public:
 
     QString dataDir;
     QString listen = QStringLiteral("127.0.0.1:8686");
-    int threads = 16;
+    int threads = 32;
     qint64 maxBodyBytes = DefaultMaxBodyBytes;
     QString seed = QStringLiteral("full");
     bool help = false;

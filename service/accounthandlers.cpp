@@ -38,26 +38,41 @@ void AccountHandlers::registerOn(QHash<QString, MethodHandler> &table)
 
 QJsonObject AccountHandlers::serverList(const RequestContext &request)
 {
-    const QString kind = request.text(QStringLiteral("kind"), false, 20);
     const AccountStore::Session session = m_context.accounts->session(request.session());
     const bool loggedIn = session.userId != 0;
     QJsonArray list;
     list.append(entry(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, QStringLiteral("kv"), loggedIn));
-    if (kind != QLatin1String("cj"))
-        list.append(entry(QStringLiteral("Korvane云"), QStringLiteral("kv_token"), 0, 0, QStringLiteral("kv"), loggedIn));
+    list.append(entry(QStringLiteral("Korvane云"), QStringLiteral("kv_token"), 0, 0, QStringLiteral("kv"), loggedIn));
     list.append(
         entry(QStringLiteral("Korvane大数据"), QStringLiteral("kv_token_bigdata"), 0, 0, QStringLiteral("kv"), loggedIn));
-    if (loggedIn) {
-        // Enterprise entries: type 1 (libraries checked per library), token the
-        // enterprise session of this login once the user has logged in there.
-        const QString entKind = kind == QLatin1String("cj") ? QStringLiteral("cj") : QStringLiteral("pri");
-        for (const AccountStore::Membership &m : m_context.accounts->memberships(session.userId)) {
-            const QString token = m_context.accounts->enterpriseTokenOf(session.token, m.enterpriseId);
-            list.append(entry(m.name, token.isEmpty() ? QStringLiteral("ent_%1").arg(m.enterpriseId) : token, 1,
-                              m.enterpriseId, entKind, !token.isEmpty()));
-        }
+    if (!loggedIn)
+        return ok(list);
+    const QList<AccountStore::Membership> memberships = m_context.accounts->memberships(session.userId);
+    // Enterprise servers (type 1: libraries checked one by one) need a login
+    // of their own; until then their token is a placeholder.
+    for (const AccountStore::Membership &m : memberships) {
+        const QString token = m_context.accounts->enterpriseTokenOf(session.token, m.enterpriseId);
+        list.append(entry(m.name, token.isEmpty() ? QStringLiteral("ent_%1").arg(m.enterpriseId) : token, 1,
+                          m.enterpriseId, QStringLiteral("pri"), !token.isEmpty()));
     }
+    // The enterprises' material price servers are open to the Korvane login.
+    for (const AccountStore::Membership &m : memberships)
+        list.append(entry(m.name + QStringLiteral("材价库"), materialServerToken(session, m.enterpriseId), 2,
+                          m.enterpriseId, QStringLiteral("cj"), true));
     return ok(list);
+}
+
+QString AccountHandlers::materialServerToken(const AccountStore::Session &session, int enterpriseId)
+{
+    const QString kind = QStringLiteral("cj");
+    QString token = m_context.accounts->enterpriseTokenOf(session.token, enterpriseId, kind);
+    if (token.isEmpty())
+        m_context.db->write([&] {
+            token = m_context.accounts->enterpriseTokenOf(session.token, enterpriseId, kind);
+            if (token.isEmpty())
+                token = m_context.accounts->openEnterpriseSession(enterpriseId, session.userId, session.token, kind);
+        });
+    return token;
 }
 
 QJsonObject AccountHandlers::login(const RequestContext &request)

@@ -1,4 +1,5 @@
 #pragma once
+#include "accountstore.h"
 #include "servicecontext.h"
 
 #include <QHash>
@@ -17,6 +18,7 @@ private:
     QJsonObject logout(const RequestContext &request);
     QJsonObject enterpriseLogin(const RequestContext &request);
     QJsonObject enterpriseLogout(const RequestContext &request);
+    QString materialServerToken(const AccountStore::Session &session, int enterpriseId);
 
     ServiceContext m_context;
 };

@@ -13,6 +13,12 @@ QString now()
     return QDateTime::currentDateTimeUtc().toString(Qt::ISODate);
 }
 
+// Logins older than this are refused; the user logs in again.
+QString sessionCutoff()
+{
+    return QDateTime::currentDateTimeUtc().addDays(-AccountStore::SessionDays).toString(Qt::ISODate);
+}
+
 }
 
 AccountStore::AccountStore(ServiceDb &db)
@@ -90,8 +96,8 @@ AccountStore::Session AccountStore::session(const QString &token)
     if (token.isEmpty())
         return s;
     QSqlQuery q = m_db.exec(QStringLiteral("SELECT u.id, u.username, u.display_name FROM sessions s"
-                                           " JOIN users u ON u.id = s.user_id WHERE s.token = ?"),
-                            {token});
+                                           " JOIN users u ON u.id = s.user_id WHERE s.token = ? AND s.created > ?"),
+                            {token, sessionCutoff()});
     if (q.next()) {
         s.userId = q.value(0).toInt();
         s.username = q.value(1).toString();
@@ -101,19 +107,21 @@ AccountStore::Session AccountStore::session(const QString &token)
     return s;
 }
 
-QString AccountStore::openEnterpriseSession(int enterpriseId, int userId, const QString &parentSession)
+QString AccountStore::openEnterpriseSession(int enterpriseId, int userId, const QString &parentSession,
+                                           const QString &kind)
 {
-    const QString token = QStringLiteral("ent_") + PasswordHash::randomToken();
-    m_db.exec(QStringLiteral("INSERT INTO enterprise_sessions(token, enterprise_id, user_id, parent_session, created)"
-                             " VALUES(?, ?, ?, ?, ?)"),
-              {token, enterpriseId, userId, parentSession, now()});
+    const QString token = (kind == QLatin1String("cj") ? QStringLiteral("cj_") : QStringLiteral("ent_"))
+        + PasswordHash::randomToken();
+    m_db.exec(QStringLiteral("INSERT INTO enterprise_sessions(token, enterprise_id, user_id, parent_session, created, kind)"
+                             " VALUES(?, ?, ?, ?, ?, ?)"),
+              {token, enterpriseId, userId, parentSession, now(), kind});
     return token;
 }
 
 void AccountStore::closeEnterpriseSessions(int enterpriseId, const QString &parentSession, const QString &token)
 {
     m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE enterprise_id = ? AND (token = ?"
-                             " OR (parent_session <> '' AND parent_session = ?))"),
+                             " OR (parent_session <> '' AND parent_session = ? AND kind = 'pri'))"),
               {enterpriseId, token, parentSession});
 }
 
@@ -121,7 +129,8 @@ AccountStore::EnterpriseSession AccountStore::enterpriseSession(const QString &t
 {
     EnterpriseSession s;
     QSqlQuery q = m_db.exec(
-        QStringLiteral("SELECT user_id, enterprise_id FROM enterprise_sessions WHERE token = ?"), {token});
+        QStringLiteral("SELECT user_id, enterprise_id FROM enterprise_sessions WHERE token = ? AND created > ?"),
+        {token, sessionCutoff()});
     if (q.next()) {
         s.userId = q.value(0).toInt();
         s.enterpriseId = q.value(1).toInt();
@@ -129,14 +138,14 @@ AccountStore::EnterpriseSession AccountStore::enterpriseSession(const QString &t
     return s;
 }
 
-QString AccountStore::enterpriseTokenOf(const QString &parentSession, int enterpriseId)
+QString AccountStore::enterpriseTokenOf(const QString &parentSession, int enterpriseId, const QString &kind)
 {
     if (parentSession.isEmpty())
         return QString();
     return m_db
         .scalar(QStringLiteral("SELECT token FROM enterprise_sessions WHERE parent_session = ? AND enterprise_id = ?"
-                               " ORDER BY created DESC LIMIT 1"),
-                {parentSession, enterpriseId})
+                               " AND kind = ? ORDER BY created DESC, rowid DESC LIMIT 1"),
+                {parentSession, enterpriseId, kind})
         .toString();
 }
 

@@ -27,6 +27,8 @@ public:
         Role role = NoRole;
     };
 
+    static constexpr int SessionDays = 30;
+
     explicit AccountStore(ServiceDb &db);
 
     int createUser(const QString &username, const QString &displayName, const QString &password,
@@ -42,11 +44,15 @@ public:
     // userId 0 when the token is unknown.
     Session session(const QString &token);
 
-    QString openEnterpriseSession(int enterpriseId, int userId, const QString &parentSession);
+    // `kind` "pri" for an enterprise server login, "cj" for the material price
+    // server that the Korvane login opens by itself.
+    QString openEnterpriseSession(int enterpriseId, int userId, const QString &parentSession,
+                                  const QString &kind = QStringLiteral("pri"));
     void closeEnterpriseSessions(int enterpriseId, const QString &parentSession, const QString &token);
     EnterpriseSession enterpriseSession(const QString &token);
     // The enterprise session of this Korvane session for `enterpriseId`, if any.
-    QString enterpriseTokenOf(const QString &parentSession, int enterpriseId);
+    QString enterpriseTokenOf(const QString &parentSession, int enterpriseId,
+                              const QString &kind = QStringLiteral("pri"));
 
     Role role(int enterpriseId, int userId);
     QList<Membership> memberships(int userId);

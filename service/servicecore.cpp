@@ -1,6 +1,10 @@
 #include "servicecore.h"
 #include "accounthandlers.h"
 #include "accountstore.h"
+#include "billcatalog.h"
+#include "libraryhandlers.h"
+#include "materialhandlers.h"
+#include "pricinghandlers.h"
 #include "requestcontext.h"
 #include "servicedb.h"
 #include "serviceerror.h"
@@ -42,8 +46,18 @@ void ServiceCore::open(CloudService::Seed seed)
     if (seed != CloudService::Seed::None && seeder.isEmpty())
         m_firstRunNotice = seeder.run(seed == CloudService::Seed::Full);
 
+    m_catalog = std::make_unique<BillCatalog>(*m_db);
+    m_catalog->load();
+    m_context.catalog = m_catalog.get();
+
     m_accountHandlers = std::make_unique<AccountHandlers>(m_context);
     m_accountHandlers->registerOn(m_table);
+    m_libraryHandlers = std::make_unique<LibraryHandlers>(m_context);
+    m_libraryHandlers->registerOn(m_table);
+    m_pricingHandlers = std::make_unique<PricingHandlers>(m_context);
+    m_pricingHandlers->registerOn(m_table);
+    m_materialHandlers = std::make_unique<MaterialHandlers>(m_context);
+    m_materialHandlers->registerOn(m_table);
 }
 
 QJsonObject ServiceCore::handle(const QJsonObject &request, const QString &session)

@@ -10,6 +10,10 @@
 
 class AccountHandlers;
 class AccountStore;
+class BillCatalog;
+class LibraryHandlers;
+class MaterialHandlers;
+class PricingHandlers;
 class ServiceDb;
 
 // The service behind CloudService: storage, accounts, the matcher and the
@@ -35,7 +39,11 @@ private:
     QString m_firstRunNotice;
     std::unique_ptr<ServiceDb> m_db;
     std::unique_ptr<AccountStore> m_accounts;
+    std::unique_ptr<BillCatalog> m_catalog;
     ServiceContext m_context;
     std::unique_ptr<AccountHandlers> m_accountHandlers;
+    std::unique_ptr<LibraryHandlers> m_libraryHandlers;
+    std::unique_ptr<PricingHandlers> m_pricingHandlers;
+    std::unique_ptr<MaterialHandlers> m_materialHandlers;
     QHash<QString, MethodHandler> m_table;
 };

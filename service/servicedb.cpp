@@ -56,6 +56,8 @@ const QStringList &migrations()
             "CREATE INDEX idx_bills_project ON bills(project_id);"
             "CREATE INDEX idx_projects_scope ON projects(tier, owner);"
             "CREATE INDEX idx_prices_library ON material_prices(library_id)"),
+        // 3: sessions of the material price servers, opened with the Korvane login
+        QStringLiteral("ALTER TABLE enterprise_sessions ADD COLUMN kind TEXT NOT NULL DEFAULT 'pri'"),
     };
     return steps;
 }
@@ -77,13 +79,10 @@ ServiceDb::ServiceDb(const QString &filePath)
 ServiceDb::~ServiceDb()
 {
     QMutexLocker lock(&m_connectionsMutex);
-    for (const Entry &entry : qAsConst(m_connections)) {
-        {
-            QSqlDatabase db = QSqlDatabase::database(entry.name, false);
-            db.close();
-        }
+    // removeDatabase closes each connection; asking for the handle of another
+    // thread's connection is not allowed, so none is taken here.
+    for (const Entry &entry : qAsConst(m_connections))
         QSqlDatabase::removeDatabase(entry.name);
-    }
     m_connections.clear();
 }
 

@@ -105,6 +105,35 @@ private slots:
         QVERIFY(fresh.jlqdChecked);
     }
 
+    void newPlaceTextGetsItsCode_data()
+    {
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<QString>("code");
+        QTest::newRow("district") << "四川省成都市金牛区" << "510106";
+        QTest::newRow("municipality") << "北京市市辖区东城区" << "110101";
+        QTest::newRow("city only") << "四川省成都市" << "5101";
+        QTest::newRow("unknown tail") << "四川省不存在" << "51";
+        QTest::newRow("unknown") << "火星" << "";
+        QTest::newRow("none") << "无" << "";
+    }
+
+    void newPlaceTextGetsItsCode()
+    {
+        QFETCH(QString, place);
+        QFETCH(QString, code);
+        ProjectSettingHelper::SetProjectSettingsInfo(sampleSettings());
+        GlobalSettingsInfo g = ProjectSettingHelper::GetGlobalSettingsInfo();
+        g.project.place = place;
+        ProjectSettingHelper::SetGlobalSettingsInfo(g);
+        QCOMPARE(ProjectSettingHelper::GetProjectSettingsInfo().placeCode, code);
+        // A code given with the text is kept as given.
+        ProjectSettingsInfo p = sampleSettings();
+        p.place = QStringLiteral("某地");
+        p.placeCode = QStringLiteral("999999");
+        ProjectSettingHelper::SetProjectSettingsInfo(p);
+        QCOMPARE(ProjectSettingHelper::GetProjectSettingsInfo().placeCode, QStringLiteral("999999"));
+    }
+
     void oneRecordIsOneUndoStep()
     {
         JJBTableBase table(QStringLiteral("分部分项"), JJBTableBase::BillTableKind);

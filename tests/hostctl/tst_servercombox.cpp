@@ -4,6 +4,7 @@
 #include <hostapi/ltdinfo.h>
 
 #include <QComboBox>
+#include <QSet>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -79,6 +80,21 @@ private slots:
         QCOMPARE(picked.count(), 1);
         QCOMPARE(picked.takeFirst().at(0).toInt(), 1);
         QCOMPARE(box.currentText(), QStringLiteral("Korvane云"));
+    }
+
+    void placeholderIsPainted()
+    {
+        CloudServerCombox box;
+        QList<LtdInfo *> servers = list();
+        box.setServerList(servers, -1, true);
+        box.setFixedSize(180, 26);
+        // Text leaves several colours along the middle row of the label area;
+        // an empty box is one colour there (its bevel gradient is vertical).
+        const QImage image = box.comboBox()->grab().toImage();
+        QSet<QRgb> colours;
+        for (int x = 8; x < 100; ++x)
+            colours.insert(image.pixel(x, image.height() / 2));
+        QVERIFY2(colours.size() > 2, "no placeholder text drawn");
     }
 
     void emptyListShowsPlaceholder()

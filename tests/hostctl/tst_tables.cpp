@@ -1,6 +1,7 @@
 #include "hostfixture.h"
 
 #include <hostapi/zfiltersearchbox.h>
+#include <hostapi/zgroupheaderview.h>
 #include <hostapi/ztablemodel.h>
 #include <hostapi/ztableview.h>
 #include <hostapi/ztreemodel.h>
@@ -254,6 +255,26 @@ private slots:
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, centerOf(view, button));
         QCOMPARE(buttons.count(), 1);
         QCOMPARE(model.nodeAt(buttons.at(0).at(0).value<QModelIndex>())->id(), 5);
+    }
+
+    void twoLevelHeaderGroupsAdjacentSections()
+    {
+        zTreeModel model;
+        model.addColumn(QStringLiteral("定额编号"), QStringLiteral("debh"), 170);
+        model.addColumn(QStringLiteral("综合|单价"), QStringLiteral("zhdj"), 60);
+        model.addColumn(QStringLiteral("综合|合价"), QStringLiteral("zhhj"), 60);
+        model.addColumn(QStringLiteral("单价计算程序"), QStringLiteral("djjscx"), 76);
+        zTreeView view;
+        view.setModel(&model);
+        auto *header = qobject_cast<zGroupHeaderView *>(view.header());
+        QVERIFY(header);
+        QCOMPARE(header->groupOf(0), QString());
+        QCOMPARE(header->groupOf(2), QStringLiteral("综合"));
+        QCOMPARE(header->groupRun(1), qMakePair(1, 2));
+        QCOMPARE(header->groupRun(2), qMakePair(1, 2));
+        QCOMPARE(header->groupRun(3), qMakePair(3, 3));
+        zTableView table;
+        QVERIFY(qobject_cast<zGroupHeaderView *>(table.horizontalHeader()));
     }
 
     void searchBoxEmitsTypedText()

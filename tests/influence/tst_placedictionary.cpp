@@ -128,6 +128,25 @@ private slots:
         QVERIFY(!r.next());
     }
 
+    void codeForPath_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("code");
+        QTest::newRow("district") << QStringLiteral("四川省成都市金牛区") << QStringLiteral("510106");
+        QTest::newRow("municipality district") << QStringLiteral("北京市市辖区东城区") << QStringLiteral("110101");
+        QTest::newRow("province") << QStringLiteral("四川省") << QStringLiteral("51");
+        QTest::newRow("city") << QStringLiteral("四川省成都市") << QStringLiteral("5101");
+        QTest::newRow("no province") << QStringLiteral("成都市金牛区") << QString();
+        QTest::newRow("unknown") << QStringLiteral("火星") << QString();
+        QTest::newRow("empty") << QString() << QString();
+    }
+    void codeForPath()
+    {
+        QFETCH(QString, path);
+        QFETCH(QString, code);
+        QCOMPARE(PlaceDictionary::codeForPath(path), code);
+    }
+
     void existingSetIsLeftAlone()
     {
         const QString path = PlaceDictionary::ensureDatabase();

@@ -166,6 +166,33 @@ private slots:
         QCOMPARE(requests.first(), QJsonDocument::fromJson(smallEnvelope).object());
     }
 
+    void expectContinueIsAnsweredBeforeTheBody()
+    {
+        // The HTTP channel sends its headers first; the interim answer lets
+        // the body follow at once instead of after a delayed ACK.
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, port());
+        QVERIFY(socket.waitForConnected(5000));
+        socket.write("POST /cloud HTTP/1.1\r\nHost: x\r\nExpect: 100-continue\r\nContent-Length: "
+                     + QByteArray::number(smallEnvelope.size()) + "\r\n\r\n");
+        QByteArray data;
+        QElapsedTimer clock;
+        clock.start();
+        while (!data.contains("\r\n\r\n") && clock.elapsed() < 5000) {
+            socket.waitForReadyRead(200);
+            data += socket.readAll();
+        }
+        QCOMPARE(data, QByteArray("HTTP/1.1 100 Continue\r\n\r\n"));
+        socket.write(smallEnvelope);
+        while (!data.contains("\"data\":7") && clock.elapsed() < 10000) {
+            socket.waitForReadyRead(200);
+            data += socket.readAll();
+        }
+        QVERIFY2(data.contains("\r\n\r\nHTTP/1.1 200 OK\r\n"), data.constData());
+        QVERIFY(data.contains("Connection: keep-alive\r\n"));
+        QCOMPARE(handled(), 1);
+    }
+
     void chunkedBodyIsAccepted()
     {
         const QByteArray chunked = "POST /cloud HTTP/1.1\r\nHost: x\r\nConnection: close\r\nTransfer-Encoding: chunked\r\n\r\n"
@@ -245,6 +272,8 @@ private slots:
         QTest::addColumn<int>("status");
         QTest::addColumn<QJsonObject>("json");
         QTest::newRow("health") << get("/health") << 200 << QJsonObject{{"status", "ok"}};
+        QTest::newRow("HEAD health") << QByteArray("HEAD /health HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n")
+                                     << 200 << QJsonObject();
         QTest::newRow("GET cloud") << get("/cloud") << 405
                                    << QJsonObject{{"code", 405}, {"msg", QStringLiteral("请求方式不受支持")}};
         QTest::newRow("POST health") << QByteArray("POST /health HTTP/1.1\r\nHost: x\r\nConnection: close\r\nContent-Length: 0\r\n\r\n")
@@ -265,6 +294,10 @@ private slots:
         QCOMPARE(r.json(), json);
         if (status == 405)
             QVERIFY(r.headers.contains("Allow: "));
+        if (request.startsWith("HEAD")) {
+            QVERIFY(r.body.isEmpty());
+            QVERIFY(r.headers.contains("Content-Length: 15"));
+        }
         QCOMPARE(handled(), 0);
     }
 

@@ -136,7 +136,8 @@ private slots:
         QCOMPARE(names(anonymous), (QStringList{"个人云", "Korvane云", "Korvane大数据"}));
         loginDemo();
         const QJsonObject mine = send(QStringLiteral("kv_token"), {{"method", "getserverlist"}});
-        QCOMPARE(names(mine), (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东建设集团有限公司", "蜀川造价咨询有限公司"}));
+        QCOMPARE(names(mine), (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东建设集团有限公司", "蜀川造价咨询有限公司",
+                                           "华东建设集团有限公司材价库", "蜀川造价咨询有限公司材价库"}));
         QCOMPARE(mine.value("data").toArray().at(3).toObject().value("login").toBool(), false);
     }
 
@@ -155,6 +156,54 @@ private slots:
         // The enterprise token alone authorises its own logout.
         Users::Instance()->Kvy()->setLogout();
         QCOMPARE(code(send(token, {{"method", "enterpriselogout"}, {"qyid", ServiceSeed::EastEnterprise}})), 0);
+    }
+
+    QString enterpriseToken(int qyid)
+    {
+        const QJsonObject reply = send(QStringLiteral("kv_token"),
+                                       {{"method", "enterpriselogin"}, {"qyid", qyid},
+                                        {"username", ServiceSeed::DemoUser}, {"password", ServiceSeed::DemoPassword}});
+        return reply.value("data").toObject().value("token").toString();
+    }
+
+    static QStringList texts(const QJsonObject &reply, const QString &key)
+    {
+        QStringList out;
+        for (const QJsonValue &v : reply.value(QStringLiteral("data")).toArray())
+            out << v.toObject().value(key).toString();
+        return out;
+    }
+
+    void tieredCallsKeepTheirTiers()
+    {
+        loginDemo();
+        const QString east = enterpriseToken(ServiceSeed::EastEnterprise);
+        const QString west = enterpriseToken(ServiceSeed::WestEnterprise);
+        QVERIFY(east.startsWith(QStringLiteral("ent_")) && west.startsWith(QStringLiteral("ent_")));
+
+        const QJsonObject mine = send(QStringLiteral("kv_token_user"), {{"method", "getBZQDKList"}, {"reqeuestype", 0}, {"qyid", 0}});
+        QCOMPARE(texts(mine, "mc"), (QStringList{"我的清单库", "我的安装清单库"}));
+        QCOMPARE(texts(send(east, {{"method", "getBZQDKList"}, {"reqeuestype", 1}, {"qyid", ServiceSeed::EastEnterprise}}), "mc"),
+                 (QStringList{"华东集团房建清单库", "华东集团安装清单库"}));
+
+        const QString library = mine.value("data").toArray().at(0).toObject().value("id").toString();
+        const QJsonObject tree = send(QStringLiteral("kv_token_user"),
+                                      {{"method", "getchaptertreeforperson"}, {"bzqdkid", library}, {"zjid", ""}});
+        QCOMPARE(texts(tree, "zjmc"), (QStringList{"建筑工程", "装饰工程"}));
+        QCOMPARE(texts(tree, "state"), (QStringList{"closed", "closed"}));
+
+        const QJsonObject reader = send(west, {{"method", "listeditpermissionjudgmentforenterprise"},
+                                               {"qiyeID", ServiceSeed::WestEnterprise}, {"usetype", 2}});
+        QCOMPARE(code(reader), 3);
+        QCOMPARE(reader.value("msg").toString(), QStringLiteral("您在该企业只有查看权限，没有编辑权限"));
+        QCOMPARE(code(send(east, {{"method", "listeditpermissionjudgmentforenterprise"},
+                                  {"qiyeID", ServiceSeed::EastEnterprise}, {"usetype", 2}})), 0);
+
+        // Without the session header the personal cloud is closed.
+        Users::Instance()->Kvy()->setLogout();
+        const QJsonObject anonymous = send(QStringLiteral("kv_token_user"), {{"method", "getBZQDKList"}, {"reqeuestype", 0}, {"qyid", 0}});
+        QCOMPARE(code(anonymous), 2);
+        QCOMPARE(anonymous.value("msg").toString(), QStringLiteral("未登录Korvane云或登录已失效，请重新登录"));
     }
 
     void serviceFailuresArriveAsReadableReplies_data()
@@ -210,7 +259,7 @@ private slots:
             workers << QtConcurrent::run([] { return names(send(QStringLiteral("kv_token"), {{"method", "getserverlist"}})); });
         for (QFuture<QStringList> &w : workers) {
             QTRY_VERIFY_WITH_TIMEOUT(w.isFinished(), 20000);
-            QCOMPARE(w.result().size(), 5);
+            QCOMPARE(w.result().size(), 7);
         }
     }
 

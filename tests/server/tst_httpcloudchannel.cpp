@@ -286,6 +286,29 @@ private slots:
         QCOMPARE(seenRequests.size(), 12);
     }
 
+    void idleConnectionClosedByServerIsReopened()
+    {
+        // The server drops an idle keep-alive connection after a second;
+        // a worker thread whose loop did not run meanwhile still gets through.
+        const QUrl base = baseUrl();
+        QFuture<QList<int>> f = QtConcurrent::run([base] {
+            HttpCloudChannel channel(base, 10000);
+            QList<int> got;
+            for (int n = 0; n < 2; ++n) {
+                std::unique_ptr<CloudCall> call(channel.start(envelope({{QStringLiteral("method"), QStringLiteral("n")}, {QStringLiteral("n"), n}}), QString()));
+                QEventLoop loop;
+                QObject::connect(call.get(), &CloudCall::finished, &loop, &QEventLoop::quit);
+                if (!call->isFinished())
+                    loop.exec();
+                got << parsed(call->reply()).value(QStringLiteral("data")).toObject().value(QStringLiteral("n")).toInt(-1);
+                QThread::msleep(2600);
+            }
+            return got;
+        });
+        QTRY_VERIFY_WITH_TIMEOUT(f.isFinished(), 30000);
+        QCOMPARE(f.result(), (QList<int>{0, 1}));
+    }
+
     void threadEndingWithCallPendingIsSafe()
     {
         QTcpServer silent;

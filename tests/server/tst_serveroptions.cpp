@@ -13,7 +13,7 @@ private slots:
         QVERIFY(o.parse({QStringLiteral("--data"), QStringLiteral("/tmp/d")}, &error));
         QCOMPARE(o.dataDir, QStringLiteral("/tmp/d"));
         QCOMPARE(o.listen, QStringLiteral("127.0.0.1:8686"));
-        QCOMPARE(o.threads, 16);
+        QCOMPARE(o.threads, 32);
         QCOMPARE(o.maxBodyBytes, qint64(8 * 1024 * 1024));
         QCOMPARE(o.seed, QStringLiteral("full"));
     }

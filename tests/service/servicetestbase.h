@@ -15,6 +15,10 @@ class ServiceTestBase
 public:
     static void prepareTemplate(CloudService::Seed seed = CloudService::Seed::Minimal);
     static void dropTemplate();
+    // Sessions made on the template (so copies share them): every seeded user
+    // logged in to the Korvane cloud and to each enterprise of theirs.
+    static QString session(const QString &user);
+    static QString enterpriseToken(const QString &user, int qyid);
 
     ServiceTestBase();
     ~ServiceTestBase();
@@ -33,6 +37,16 @@ public:
     QString enterpriseLogin(const QString &session, const QString &user, int qyid);
 
 private:
+    ServiceTestBase(const QString &dir, CloudService::Seed seed);
     QTemporaryDir m_dir;
     std::unique_ptr<CloudService> m_service;
 };
+
+// Small helpers for replies.
+namespace reply {
+inline int code(const QJsonObject &r) { return r.value(QStringLiteral("code")).toInt(-1); }
+inline QString msg(const QJsonObject &r) { return r.value(QStringLiteral("msg")).toString(); }
+inline QJsonArray array(const QJsonObject &r) { return r.value(QStringLiteral("data")).toArray(); }
+inline QJsonObject object(const QJsonObject &r) { return r.value(QStringLiteral("data")).toObject(); }
+QStringList texts(const QJsonArray &array, const QString &key);
+}

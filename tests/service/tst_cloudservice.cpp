@@ -1,7 +1,12 @@
 #include "hostfixture.h"
 #include "servicetestbase.h"
 
+#include <service/servicecore.h>
+#include <service/servicedb.h>
 #include <service/serviceseed.h>
+
+#include <QDateTime>
+#include <QDir>
 
 #include <QJsonDocument>
 #include <QtTest>
@@ -78,8 +83,9 @@ private slots:
             names << v.toObject().value(QStringLiteral("name")).toString();
             kinds << v.toObject().value(QStringLiteral("kind")).toString();
         }
-        QCOMPARE(names, (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东建设集团有限公司", "蜀川造价咨询有限公司"}));
-        QCOMPARE(kinds, (QStringList{"kv", "kv", "kv", "pri", "pri"}));
+        QCOMPARE(names, (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东建设集团有限公司", "蜀川造价咨询有限公司",
+                                     "华东建设集团有限公司材价库", "蜀川造价咨询有限公司材价库"}));
+        QCOMPARE(kinds, (QStringList{"kv", "kv", "kv", "pri", "pri", "cj", "cj"}));
         QCOMPARE(list.at(0).toObject().value(QStringLiteral("token")).toString(), QStringLiteral("kv_token_user"));
         QCOMPARE(list.at(3).toObject().value(QStringLiteral("qyid")).toInt(), ServiceSeed::EastEnterprise);
         QCOMPARE(list.at(3).toObject().value(QStringLiteral("login")).toBool(), false);
@@ -92,11 +98,21 @@ private slots:
         QCOMPARE(after.at(3).toObject().value(QStringLiteral("token")).toString(), entToken);
         QCOMPARE(after.at(3).toObject().value(QStringLiteral("login")).toBool(), true);
 
-        const QJsonArray cj = svc->call(QStringLiteral("kv_token"),
-                                        method(QStringLiteral("getserverlist"), {{"kind", "cj"}}), session)
-                                  .value(QStringLiteral("data")).toArray();
-        QCOMPARE(cj.size(), 4);
-        QCOMPARE(cj.at(2).toObject().value(QStringLiteral("kind")).toString(), QStringLiteral("cj"));
+        // The material price servers are open with the Korvane login, and their
+        // tokens are stable and work on their own.
+        const QJsonObject cj = after.at(5).toObject();
+        QCOMPARE(cj.value(QStringLiteral("login")).toBool(), true);
+        QCOMPARE(cj.value(QStringLiteral("qyid")).toInt(), ServiceSeed::EastEnterprise);
+        QCOMPARE(cj.value(QStringLiteral("token")).toString(), list.at(5).toObject().value(QStringLiteral("token")).toString());
+        const QJsonObject prices = svc->call(cj.value(QStringLiteral("token")).toString(),
+                                             method(QStringLiteral("getenterprisepricelist"), {{"klb", "cj"}, {"qiyeID", 1001}}),
+                                             QString());
+        QCOMPARE(prices.value(QStringLiteral("data")).toArray().size(), 2);
+        // Logging out of the enterprise server leaves the price server open.
+        svc->call(entToken, method(QStringLiteral("enterpriselogout"), {{"qyid", 1001}}), session);
+        QCOMPARE(code(svc->call(cj.value(QStringLiteral("token")).toString(),
+                                method(QStringLiteral("getenterprisepricelist"), {{"qiyeID", 1001}}), QString())),
+                 0);
     }
 
     void serverListWithoutLogin()
@@ -181,7 +197,24 @@ private slots:
         svc->reopen();
         const QJsonArray list = svc->call(QStringLiteral("kv_token"), method(QStringLiteral("getserverlist")), session)
                                     .value(QStringLiteral("data")).toArray();
-        QCOMPARE(list.size(), 5);
+        QCOMPARE(list.size(), 7);
+    }
+
+    void oldSessionsExpire()
+    {
+        const QString session = svc->login(ServiceSeed::DemoUser);
+        svc->close();
+        {
+            ServiceDb db(QDir(svc->dataDir()).filePath(ServiceCore::databaseFileName()));
+            db.open();
+            db.exec(QStringLiteral("UPDATE sessions SET created = ? WHERE token = ?"),
+                    {QDateTime::currentDateTimeUtc().addDays(-31).toString(Qt::ISODate), session});
+        }
+        svc->reopen();
+        const QJsonObject r = svc->call(QStringLiteral("kv_token_user"), method(QStringLiteral("getBZQDKList")), session);
+        QCOMPARE(code(r), 2);
+        QCOMPARE(svc->call(QStringLiteral("kv_token"), method(QStringLiteral("getserverlist")), session)
+                     .value(QStringLiteral("data")).toArray().size(), 3);
     }
 
     void unopenableFolderAnswersWithError()

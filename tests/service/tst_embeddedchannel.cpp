@@ -58,7 +58,7 @@ private slots:
         // The session travels beside the envelope: the server list now holds the enterprises.
         QJsonObject list = ServiceTestBase::request(QStringLiteral("kv_token"), QJsonObject{{"method", "getserverlist"}});
         const QJsonObject listReply = QJsonDocument::fromJson(ServicesUtil::AsyncReplyLoop(list)).object();
-        QCOMPARE(listReply.value(QStringLiteral("data")).toArray().size(), 5);
+        QCOMPARE(listReply.value(QStringLiteral("data")).toArray().size(), 7);
     }
 
     void callFinishesOnCallerThread()
@@ -97,7 +97,7 @@ private slots:
                 ServiceTestBase::request(QStringLiteral("kv_token"), QJsonObject{{"method", "getserverlist"}}), session));
         for (auto &call : calls) {
             QTRY_VERIFY(call->isFinished());
-            QCOMPARE(QJsonDocument::fromJson(call->reply()).object().value("data").toArray().size(), 5);
+            QCOMPARE(QJsonDocument::fromJson(call->reply()).object().value("data").toArray().size(), 7);
         }
     }
 };

@@ -1,0 +1,71 @@
+#include "pricecheckhost.h"
+#include "dialogregistry.h"
+#include "hostcontext.h"
+
+#include <pricecheck/tqdtjyjc.h>
+
+#include <hostapi/exceptionguard.h>
+#include <hostapi/hostlog.h>
+#include <hostapi/jjbtablebase.h>
+#include <hostapi/ltdinfo.h>
+#include <hostapi/placedictionary.h>
+#include <hostapi/projectsettinghelper.h>
+#include <hostapi/rurecordcontrol.h>
+#include <hostapi/tablebaseobject.h>
+
+#include <QObject>
+
+QWidget *PriceCheckHost::open(HostContext &host)
+{
+    TQdtjyjc dialog(host.window);
+    prepare(dialog, host);
+    dialog.ShowModal();
+    return nullptr;
+}
+
+void PriceCheckHost::prepare(TQdtjyjc &dialog, HostContext &host)
+{
+    dialog.CreateUI();
+    const ProjectSettingsInfo settings = ProjectSettingHelper::GetProjectSettingsInfo();
+    QString sj = settings.time;
+    QString dd = settings.place;
+    QString hb = settings.altitude.isEmpty() ? QStringLiteral("<2.0km") : settings.altitude;
+    dialog.setSjDdHb(sj, dd, hb);
+    dialog.setYyfwText(host.scopeLabel());
+    HostContext *context = &host;
+    QObject::connect(&dialog, &TQdtjyjc::signalYxysChanged, &dialog,
+                     [context](const QString &time, const QString &place) { writeYxys(*context, time, place); });
+    QObject::connect(&dialog, &TQdtjyjc::signalQdButtonClicked, &dialog, &PriceCheckHost::startCheck);
+}
+
+void PriceCheckHost::writeYxys(HostContext &host, const QString &sj, const QString &dd)
+{
+    GUARDED("velora-host", "PriceCheckHost::writeYxys", [&] {
+        const ProjectSettingsInfo before = ProjectSettingHelper::GetProjectSettingsInfo();
+        ProjectSettingsInfo after = before;
+        after.time = sj;
+        after.place = dd;
+        if (dd != before.place)
+            after.placeCode = PlaceDictionary::codeForPath(dd);
+        if (after == before)
+            return;
+        RURecordControl::BeginRecord(
+            TableBaseObject::GetTableRedoUIInfo(host.currentTable, 0, QStringLiteral("修改工程设置")));
+        ProjectSettingHelper::SetProjectSettingsInfo(after);
+        RURecordControl::RecordChange([before] { ProjectSettingHelper::SetProjectSettingsInfo(before); },
+                                      [after] { ProjectSettingHelper::SetProjectSettingsInfo(after); });
+        RURecordControl::EndRecord();
+    });
+}
+
+void PriceCheckHost::startCheck(LtdInfo *server, int matchNum)
+{
+    // The check browser takes over from here once it is part of the host.
+    HostLog::write(QStringLiteral("pricecheck:"),
+                   QStringLiteral("unit-price check on %1, %2 similar bill(s)")
+                       .arg(server ? server->getServerName() : QStringLiteral("-"))
+                       .arg(matchNum));
+}
+
+VELORA_REGISTER_DIALOG(pricecheck, {QStringLiteral("pricecheck"), QStringLiteral("清单单价云检查"),
+                                    PriceCheckHost::open, nullptr});

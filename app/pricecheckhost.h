@@ -1,0 +1,23 @@
+#pragma once
+#include <QString>
+
+class HostContext;
+class LtdInfo;
+class TQdtjyjc;
+class QWidget;
+
+// The host's side of the unit-price cloud check: opens the wizard on the
+// project's settings and applies what it reports.
+class PriceCheckHost
+{
+public:
+    // Runs the wizard modally on the project; returns when it has closed.
+    static QWidget *open(HostContext &host);
+    // Builds `dialog`, gives it the project's time, place, altitude and
+    // scope, and connects its signals to the host's reactions.
+    static void prepare(TQdtjyjc &dialog, HostContext &host);
+    // Writes time and place into the project settings as one undo step.
+    static void writeYxys(HostContext &host, const QString &sj, const QString &dd);
+    // The wizard's result: which server and how many similar bills.
+    static void startCheck(LtdInfo *server, int matchNum);
+};

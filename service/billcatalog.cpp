@@ -1,0 +1,88 @@
+#include "billcatalog.h"
+#include "servicedb.h"
+#include "tierscope.h"
+
+namespace {
+// Bills of the Korvane cloud's standard library are public to every tier.
+const QString kPublicScope = QString();
+}
+
+BillCatalog::BillCatalog(ServiceDb &db)
+    : m_db(db)
+{
+}
+
+QString BillCatalog::scopeOf(const BillStore::Bill &bill)
+{
+    if (bill.tier == TierScope::Korvane && bill.source == BillStore::StandardSource && bill.projectId == 0
+        && bill.zjnr.isEmpty())
+        return kPublicScope;
+    return TierScope::scopeKey(bill.tier, bill.owner);
+}
+
+BillRecord BillCatalog::recordOf(const BillStore::Bill &bill)
+{
+    BillRecord r;
+    r.id = bill.id;
+    r.source = bill.source;
+    r.projectId = bill.projectId > 0 ? QString::number(bill.projectId) : QString();
+    r.scope = scopeOf(bill);
+    // Codes of stored bills carry a 3-digit sequence after the 9-digit standard code.
+    r.code = bill.qdbh.left(9);
+    r.name = bill.xmmc;
+    r.unit = bill.jldw;
+    r.features = bill.xmtz;
+    r.workContent = bill.gznr;
+    r.payload = bill.id;
+    return r;
+}
+
+void BillCatalog::load()
+{
+    BillStore store(m_db);
+    for (const BillStore::Bill &bill : store.allBills())
+        m_index.add(recordOf(bill));
+    m_index.build();
+}
+
+void BillCatalog::added(const QVector<qint64> &ids)
+{
+    if (ids.isEmpty())
+        return;
+    BillStore store(m_db);
+    for (qint64 id : ids) {
+        const BillStore::Bill bill = store.bill(id);
+        if (bill.id != 0)
+            m_index.add(recordOf(bill));
+    }
+    m_index.build();
+}
+
+void BillCatalog::removed(const QVector<qint64> &ids)
+{
+    if (ids.isEmpty())
+        return;
+    for (qint64 id : ids)
+        m_index.remove(id);
+    m_index.build();
+}
+
+QVector<qint64> BillCatalog::match(const Query &query, const QString &scope, int *total) const
+{
+    BillQuery q;
+    q.code = query.code.left(9);
+    q.name = query.name;
+    q.unit = query.unit;
+    q.features = query.features;
+    q.workContent = query.workContent;
+    q.sourceMask = query.sourceMask;
+    q.projectIds = query.projectIds;
+    q.scopes = QStringList{scope, kPublicScope};
+    q.keyword = query.keyword.trimmed();
+    q.offset = query.offset;
+    q.limit = query.limit;
+    QVector<qint64> ids;
+    for (const BillMatch &m : m_index.query(q, total))
+        ids.append(m.payload);
+    return ids;
+}

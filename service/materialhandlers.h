@@ -1,0 +1,29 @@
+#pragma once
+#include "servicecontext.h"
+#include "tierscope.h"
+
+#include <QHash>
+
+// Material price libraries: "materiallist", "getenterprisepricelist",
+// "personmaterialedit", "enterprisematrialedit", "isauthorityforenterprise",
+// and the host's "getmaterialcheckrecords" and "savematerialprices".
+class MaterialHandlers
+{
+public:
+    explicit MaterialHandlers(const ServiceContext &context);
+    void registerOn(QHash<QString, MethodHandler> &table);
+
+private:
+    QJsonObject personalList(const RequestContext &request);
+    QJsonObject enterpriseList(const RequestContext &request);
+    QJsonObject editLibrary(const RequestContext &request, TierScope::Admits admits, const QString &nameKey);
+    QJsonObject authority(const RequestContext &request);
+    QJsonObject checkRecords(const RequestContext &request);
+    QJsonObject savePrices(const RequestContext &request);
+
+    QJsonArray libraries(const TierScope &scope);
+    // Throws NotFound unless `id` is a price library of the scope's tier.
+    void requireOwnLibrary(const TierScope &scope, const QString &id);
+
+    ServiceContext m_context;
+};

@@ -1,0 +1,35 @@
+#pragma once
+#include "billcatalog.h"
+#include "billstore.h"
+#include "servicecontext.h"
+#include "tierscope.h"
+
+#include <QHash>
+
+// Matching and the information behind matched bills: "getppqd", the
+// project-information methods of pricing and of the unit-price check, and the
+// host's "matchqdtz", "getgcsldata", "getsimilarbillprices" and
+// "getaccumulatedprojects".
+class PricingHandlers
+{
+public:
+    explicit PricingHandlers(const ServiceContext &context);
+    void registerOn(QHash<QString, MethodHandler> &table);
+
+private:
+    QJsonObject matchedBills(const RequestContext &request);
+    QJsonObject projectInfo(const RequestContext &request, TierScope::Admits admits);
+    QJsonObject featureMatches(const RequestContext &request);
+    QJsonObject sourceInfo(const RequestContext &request);
+    QJsonObject similarBills(const RequestContext &request);
+    QJsonObject accumulatedProjects(const RequestContext &request);
+
+    static BillCatalog::Query billQuery(const QJsonObject &bill);
+    // The bill `id` when `scope` may see it; throws NotFound otherwise.
+    BillStore::Bill visibleBill(const TierScope &scope, qint64 id);
+    // {"id", "qdly", "qdbh", ...}: one priced bill as the pricing browsers read it.
+    QJsonObject pricedBill(const BillStore::Bill &bill, bool withComposition);
+    QString uploaderName(const BillStore::Bill &bill, const BillStore::Project &project);
+
+    ServiceContext m_context;
+};

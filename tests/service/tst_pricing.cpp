@@ -1,0 +1,243 @@
+#include "hostfixture.h"
+#include "servicetestbase.h"
+
+#include <service/serviceseed.h>
+
+#include <QJsonDocument>
+#include <QtTest>
+
+using namespace reply;
+
+// Matching methods and the information behind matched bills.
+class TestPricing : public QObject
+{
+    Q_OBJECT
+private:
+    std::unique_ptr<HostFixture> fx;
+    std::unique_ptr<ServiceTestBase> svc;
+    QString session;
+
+    QJsonObject call(const QString &token, const QString &method, QJsonObject fields = QJsonObject())
+    {
+        fields.insert(QStringLiteral("method"), method);
+        return svc->call(token, fields, session);
+    }
+    static QJsonObject trenchBill()
+    {
+        return QJsonObject{{"qdbh", "010101003005"}, {"xmmc", "挖沟槽土方"}, {"dw", "m3"},
+                           {"xmtz", "1.土壤类别：三类土\n2.挖土深度：2m以内"}, {"gznr", "1.土方开挖"},
+                           {"sjkm", "QD"}, {"guidb", "77"}};
+    }
+    QJsonObject ppqd(const QString &token, int qdly, int tagNum = 10, const QJsonArray &gcids = QJsonArray(),
+                     const QString &usetype = "1")
+    {
+        return call(token, "getppqd",
+                    {{"usetype", usetype}, {"ltdID", "0"}, {"getzj", "1"}, {"tagNum", QString::number(tagNum)},
+                     {"cond", QJsonObject{{"qdly", qdly}, {"gcids", gcids}, {"qdkey", ""}, {"jsfsIndex", 0}}},
+                     {"data", QJsonArray{trenchBill()}}});
+    }
+
+private slots:
+    void initTestCase() { ServiceTestBase::prepareTemplate(); }
+    void cleanupTestCase() { ServiceTestBase::dropTemplate(); }
+    void init()
+    {
+        fx = std::make_unique<HostFixture>();
+        svc = std::make_unique<ServiceTestBase>();
+        session = ServiceTestBase::session("demo");
+    }
+    void cleanup()
+    {
+        svc.reset();
+        fx.reset();
+    }
+
+    void getppqdReturnsPricedBillsWithCompositions()
+    {
+        const QJsonObject r = ppqd("kv_token_user", 3);
+        QCOMPARE(code(r), 0);
+        const QJsonArray bills = array(r);
+        QVERIFY(bills.size() >= 2 && bills.size() <= 10);
+        const QJsonObject first = bills.at(0).toObject();
+        QCOMPARE(first.value("xmmc").toString(), QStringLiteral("挖沟槽土方"));
+        QCOMPARE(first.value("jldw").toString(), QStringLiteral("m3"));
+        QVERIFY(first.value("qdbh").toString().startsWith("010101003"));
+        QVERIFY(first.value("zhdj").toDouble() > 0.0);
+        QVERIFY(first.value("id").toInt() > 0);
+        QVERIFY(first.value("qdly").isString());
+        // The composition is a JSON text {"zjnr": [...]} of quota lines with fee templates and material children.
+        const QJsonObject zjnr = QJsonDocument::fromJson(first.value("zjnr").toString().toUtf8()).object();
+        const QJsonArray lines = zjnr.value("zjnr").toArray();
+        QCOMPARE(lines.size(), 2);
+        const QJsonObject de = lines.at(0).toObject();
+        QCOMPARE(de.value("TYPE").toString(), QStringLiteral("DE"));
+        QCOMPARE(de.value("BH").toString(), QStringLiteral("1-1-8"));
+        QCOMPARE(de.value("XMMC").toString(), QStringLiteral("人工挖沟槽 三类土 深度2m以内"));
+        QVERIFY(de.value("DJ").toDouble() > 0.0);
+        const QJsonArray fees = de.value("ZhfMbMx").toObject().value("MB").toObject().value("ROWS").toObject().value("FH").toArray();
+        QCOMPARE(texts(fees, "MC"), (QStringList{"人工费", "材料费", "机械费", "管理费", "利润", "综合单价"}));
+        QCOMPARE(de.value("ITEM").toArray().at(0).toObject().value("TYPE").toString(), QStringLiteral("CL"));
+        // The price is the sum of the quota lines.
+        double sum = 0.0;
+        for (const QJsonValue &l : lines)
+            sum += l.toObject().value("HJ").toDouble();
+        QVERIFY(qAbs(sum * 1.03 - first.value("zhdj").toDouble()) < 0.05 || qAbs(sum - first.value("zhdj").toDouble()) < 0.05);
+    }
+
+    void getppqdHonoursLimitsAndSources()
+    {
+        QCOMPARE(array(ppqd("kv_token_user", 3, 3)).size(), 3);
+        QCOMPARE(array(ppqd("kv_token_user", 3, 50)).size() <= 10, true);
+        const QJsonArray accumulated = array(ppqd("kv_token_user", 2));
+        QVERIFY(!accumulated.isEmpty());
+        QCOMPARE(texts(accumulated, "qdly").toSet(), QSet<QString>{"2"});
+        QCOMPARE(texts(array(ppqd("kv_token_user", 1)), "qdly").toSet(), QSet<QString>{"1"});
+        QVERIFY(array(ppqd("kv_token_user", 0)).isEmpty());
+        // Selected projects limit the accumulated bills.
+        const QJsonArray projects = array(call("kv_token_user", "getaccumulatedprojects", {{"qiyeID", -1}, {"usetype", 1}}));
+        QCOMPARE(texts(projects, "xmmc"), QStringList{"成都市高新区某住宅项目"});
+        QVERIFY(array(ppqd("kv_token_user", 2, 10, QJsonArray{"999999"})).isEmpty());
+        QCOMPARE(array(ppqd("kv_token_user", 2, 10, QJsonArray{projects.at(0).toObject().value("tid")})).size(),
+                 accumulated.size());
+    }
+
+    void getppqdBadInput_data()
+    {
+        QTest::addColumn<QJsonObject>("fields");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("no data") << QJsonObject{{"cond", QJsonObject{}}} << QStringLiteral("缺少参数data");
+        QTest::newRow("empty data") << QJsonObject{{"data", QJsonArray{}}} << QStringLiteral("缺少要匹配的清单");
+        QTest::newRow("two bills") << QJsonObject{{"data", QJsonArray{trenchBill(), trenchBill()}}}
+                                   << QStringLiteral("参数data的条数超出限制");
+        QTest::newRow("bad source") << QJsonObject{{"data", QJsonArray{trenchBill()}}, {"cond", QJsonObject{{"qdly", 7}}}}
+                                    << QStringLiteral("清单来源参数错误");
+        QTest::newRow("cond not object") << QJsonObject{{"data", QJsonArray{trenchBill()}}, {"cond", "x"}}
+                                         << QStringLiteral("参数cond格式错误");
+        QTest::newRow("oversize features")
+            << QJsonObject{{"data", QJsonArray{QJsonObject{{"xmmc", "a"}, {"xmtz", QString(5000, QLatin1Char('x'))}}}}}
+            << QStringLiteral("参数xmtz超出长度限制");
+        QTest::newRow("wrong usetype") << QJsonObject{{"usetype", "2"}, {"data", QJsonArray{trenchBill()}}}
+                                       << QStringLiteral("请求的方法与所选服务器不符");
+    }
+
+    void getppqdBadInput()
+    {
+        QFETCH(QJsonObject, fields);
+        QFETCH(QString, message);
+        const QJsonObject r = call("kv_token_user", "getppqd", fields);
+        QVERIFY(code(r) != 0);
+        QCOMPARE(msg(r), message);
+    }
+
+    void projectInformation_data()
+    {
+        QTest::addColumn<QString>("token");
+        QTest::addColumn<QString>("method");
+        QTest::addColumn<int>("oper");
+        QTest::newRow("personal, pricing") << "kv_token_user" << "intelligencezjforpersonprojectinfo" << 0;
+        QTest::newRow("personal, price check") << "kv_token_user" << "personprojectinfoforsinglepricecheck" << 0;
+        QTest::newRow("korvane, pricing") << "kv_token" << "intelligencezjforkvprojectinfo" << 1;
+        QTest::newRow("korvane, price check") << "kv_token" << "kvprojectinfoforsinglepricecheck" << 1;
+    }
+
+    void projectInformation()
+    {
+        QFETCH(QString, token);
+        QFETCH(QString, method);
+        QFETCH(int, oper);
+        const QJsonObject bill = array(ppqd(token, 2, 1, QJsonArray(), token == "kv_token" ? "3" : "1")).at(0).toObject();
+        const QJsonObject r = call(token, method, {{"id", bill.value("id")}, {"ly", bill.value("qdly").toString().toInt()}});
+        QCOMPARE(code(r), 0);
+        const QJsonObject info = object(r);
+        for (const char *key : {"xmmc", "dxmc", "dwmc", "qdgf", "jjde", "jsfs", "zhdjfs", "hbgd", "dd", "jgjzsj", "jsxs",
+                                "zjsjlx", "scrmc"})
+            QVERIFY2(info.contains(QLatin1String(key)), key);
+        QCOMPARE(info.value("oper").toInt(), oper);
+        QCOMPARE(info.value("scrmc").toString(), QStringLiteral("演示用户"));
+        QCOMPARE(info.value("xmmc").toString(),
+                 token == "kv_token" ? QStringLiteral("成都市某住宅小区（案例）") : QStringLiteral("成都市高新区某住宅项目"));
+        QCOMPARE(code(call(token, method, {{"id", 999999}, {"ly", 2}})), 4);
+        QCOMPARE(msg(call(token, method, {{"ly", 2}})), QStringLiteral("缺少参数id"));
+    }
+
+    void featureMatchesArePaged()
+    {
+        QJsonObject fields{{"xmmc", "配管"}, {"jldw", "m"}, {"xmtz", "刚性阻燃管 PC20 暗配"}, {"sourceMask", 3},
+                           {"params", QJsonObject{{"page", 1}, {"pageSize", 2}}}};
+        const QJsonObject first = call("kv_token_user", "matchqdtz", fields);
+        QCOMPARE(code(first), 0);
+        QCOMPARE(first.value("pageRowCount").toInt(), 2);
+        const int all = first.value("allCount").toInt();
+        QVERIFY(all >= 2);
+        const QJsonObject data = object(first);
+        QCOMPARE(data.value("bzqds").toArray().size() + data.value("jlqds").toArray().size(), 2);
+        const QJsonObject top = (data.value("bzqds").toArray().isEmpty() ? data.value("jlqds") : data.value("bzqds"))
+                                    .toArray().at(0).toObject();
+        QCOMPARE(top.value("xmmc").toString(), QStringLiteral("配管"));
+        QVERIFY(top.value("guida").isString());
+        if (!data.value("bzqds").toArray().isEmpty())
+            QVERIFY(!data.value("bzqds").toArray().at(0).toObject().value("bzqdkmc").toString().isEmpty());
+
+        fields["params"] = QJsonObject{{"page", 2}, {"pageSize", 2}};
+        const QJsonObject second = call("kv_token_user", "matchqdtz", fields);
+        QStringList firstIds, secondIds;
+        for (const char *k : {"bzqds", "jlqds"}) {
+            firstIds << texts(data.value(k).toArray(), "guida");
+            secondIds << texts(object(second).value(k).toArray(), "guida");
+        }
+        for (const QString &id : secondIds)
+            QVERIFY(!firstIds.contains(id));
+
+        fields["sourceMask"] = 1;
+        fields["params"] = QJsonObject{{"page", 1}};
+        const QJsonObject standardOnly = call("kv_token_user", "matchqdtz", fields);
+        QCOMPARE(standardOnly.value("pageRowCount").toInt(), 10);
+        QVERIFY(object(standardOnly).value("jlqds").toArray().isEmpty());
+        fields["params"] = QJsonObject{{"page", 0}};
+        QCOMPARE(msg(call("kv_token_user", "matchqdtz", fields)), QStringLiteral("分页参数错误"));
+    }
+
+    void sourceInformationOfAMatch()
+    {
+        const QJsonObject page = call("kv_token_user", "matchqdtz",
+                                      {{"xmmc", "实心砖墙"}, {"sourceMask", 2}, {"params", QJsonObject{{"page", 1}}}});
+        const QString id = object(page).value("jlqds").toArray().at(0).toObject().value("guida").toString();
+        const QJsonObject info = object(call("kv_token_user", "getgcsldata", {{"id", id}}));
+        QCOMPARE(info.value("xmmc").toString(), QStringLiteral("成都市高新区某住宅项目"));
+        QCOMPARE(info.value("qdmc").toString(), QStringLiteral("实心砖墙"));
+        QCOMPARE(info.value("qdbh").toString(), QStringLiteral("010401003001"));
+        QCOMPARE(info.value("dxmc").toString(), QStringLiteral("1#楼"));
+        QCOMPARE(info.value("dwmc").toString(), QStringLiteral("建筑与装饰工程"));
+        QCOMPARE(code(call("kv_token_user", "getgcsldata", {{"id", "abc"}})), 4);
+    }
+
+    void similarBillPrices()
+    {
+        QJsonObject fields = trenchBill();
+        fields.insert("jldw", "m3");
+        fields.insert("matchNum", 3);
+        const QJsonArray bills = array(call("kv_token_user", "getsimilarbillprices", fields));
+        QCOMPARE(bills.size(), 3);
+        for (const QJsonValue &b : bills)
+            QVERIFY(b.toObject().value("zhdj").toDouble() > 0.0);
+        QCOMPARE(bills.at(0).toObject().value("xmmc").toString(), QStringLiteral("挖沟槽土方"));
+        fields.insert("matchNum", 4);
+        QCOMPARE(msg(call("kv_token_user", "getsimilarbillprices", fields)), QStringLiteral("匹配个数只能是1、3或5"));
+    }
+
+    void accumulatedProjectsByTier()
+    {
+        const QString east = ServiceTestBase::enterpriseToken("demo", ServiceSeed::EastEnterprise);
+        QCOMPARE(texts(array(call(east, "getaccumulatedprojects", {{"qiyeID", 1001}, {"usetype", 2}})), "xmmc"),
+                 QStringList{"南京市江北新区人才公寓"});
+        const QJsonArray kv = array(call("kv_token", "getaccumulatedprojects", {{"qiyeID", 0}, {"usetype", 3}}));
+        QCOMPARE(texts(kv, "xmmc"), QStringList{"成都市某住宅小区（案例）"});
+        QCOMPARE(texts(kv, "dq"), QStringList{"成都市"});
+        QCOMPARE(texts(kv, "sj"), QStringList{"2024年03月"});
+        QVERIFY(array(call("kv_token", "getaccumulatedprojects", {{"keyword", "武汉"}})).isEmpty());
+        QCOMPARE(array(call("kv_token", "getaccumulatedprojects", {{"keyword", "成都"}})).size(), 1);
+    }
+};
+
+QTEST_MAIN(TestPricing)
+#include "tst_pricing.moc"
