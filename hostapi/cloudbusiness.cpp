@@ -2,19 +2,17 @@
 #include "serverregistry.h"
 
 namespace {
-const QString kKindKv = QStringLiteral("kv");
-const QString kKindPri = QStringLiteral("pri");
-const QString kKindCj = QStringLiteral("cj");
-
 // The Korvane-account entries are in every list; an empty filter adds the
 // enterprise servers, a kind name ("cj") the servers of that kind instead.
+// The material price servers come last in the host's list, so the enterprise
+// entries keep their host indexes in the filtered list.
 bool inList(const LtdInfo *entry, const QString &filter)
 {
     const QString kind = entry->kind();
-    if (kind == kKindKv)
+    if (kind == QLatin1String("kv"))
         return true;
     if (filter.isEmpty())
-        return kind != kKindCj;
+        return kind != QLatin1String("cj");
     return kind == filter;
 }
 }
@@ -34,7 +32,7 @@ bool CloudBusiness::requestServerList(QList<LtdInfo *> &list, QString filter)
 bool CloudBusiness::hasPriServer(QList<LtdInfo *> &list)
 {
     for (const LtdInfo *entry : qAsConst(list))
-        if (entry && entry->kind() == kKindPri)
+        if (entry && entry->kind() == QLatin1String("pri"))
             return true;
     return false;
 }

@@ -10,7 +10,6 @@
 
 namespace {
 const QString kKindKv = QStringLiteral("kv");
-const QString kKindPri = QStringLiteral("pri");
 
 // A host-only call on the module's envelope. The Korvane session travels
 // beside it; the token names the Korvane account.
@@ -61,8 +60,23 @@ QList<LtdInfo *> ServerRegistry::servers() const
     return m_current;
 }
 
+LtdInfo *ServerRegistry::entryFor(const QString &kind, const QString &name)
+{
+    for (const auto &entry : m_entries)
+        if (entry->kind() == kind && entry->getServerName() == name)
+            return entry.get();
+    m_entries.push_back(std::make_unique<LtdInfo>());
+    LtdInfo *entry = m_entries.back().get();
+    entry->setServerName(name);
+    entry->setKind(kind);
+    return entry;
+}
+
 LtdInfo *ServerRegistry::entryNamed(const QString &name) const
 {
+    for (LtdInfo *entry : m_current)
+        if (entry->getServerName() == name)
+            return entry;
     for (const auto &entry : m_entries)
         if (entry->getServerName() == name)
             return entry.get();
@@ -74,25 +88,19 @@ bool ServerRegistry::refresh()
     const QJsonObject reply = send(hostRequest(QStringLiteral("getserverlist"), KvToken));
     if (!failureText(reply).isEmpty())
         return false;
-    QList<LtdInfo *> current;
+    QList<LtdInfo *> list;
     for (const QJsonValue &value : reply.value(QStringLiteral("data")).toArray()) {
         const QJsonObject record = value.toObject();
-        const QString name = record.value(QStringLiteral("name")).toString();
-        LtdInfo *entry = entryNamed(name);
-        if (!entry) {
-            m_entries.push_back(std::make_unique<LtdInfo>());
-            entry = m_entries.back().get();
-            entry->setServerName(name);
-        }
+        LtdInfo *entry = entryFor(record.value(QStringLiteral("kind")).toString(),
+                                  record.value(QStringLiteral("name")).toString());
         entry->setType(record.value(QStringLiteral("type")).toInt());
         entry->setQyid(record.value(QStringLiteral("qyid")).toInt());
-        entry->setKind(record.value(QStringLiteral("kind")).toString());
         entry->setToken(record.value(QStringLiteral("token")).toString());
-        m_cloudLogin.insert(name, record.value(QStringLiteral("login")).toBool());
-        if (!current.contains(entry))
-            current << entry;
+        m_cloudLogin.insert(entry, record.value(QStringLiteral("login")).toBool());
+        if (!list.contains(entry))
+            list << entry;
     }
-    m_current = current;
+    m_current = list;
     applyLoginState();
     emit changed();
     return true;
@@ -101,18 +109,18 @@ bool ServerRegistry::refresh()
 void ServerRegistry::applyLoginState()
 {
     const bool korvane = Users::Instance()->Kvy()->IsLogin();
-    for (LtdInfo *entry : qAsConst(m_current)) {
+    for (const auto &owned : m_entries) {
+        LtdInfo *entry = owned.get();
         if (ridesOnKorvaneLogin(*entry)) {
             entry->setServerLogin(korvane);
             continue;
         }
-        const QString session = m_enterpriseSessions.value(entry->getServerName());
+        // An enterprise login made here wins; otherwise the cloud may know a
+        // session of this account (its token then comes with the list).
+        const QString session = m_enterpriseSessions.value(entry->getQyid());
         if (!session.isEmpty())
             entry->setToken(session);
-        // Enterprise servers need their own login; other kinds (the material
-        // price servers) may be open to the account, as the cloud says.
-        const bool open = entry->kind() != kKindPri && m_cloudLogin.value(entry->getServerName());
-        entry->setServerLogin(!session.isEmpty() || open);
+        entry->setServerLogin(!session.isEmpty() || m_cloudLogin.value(entry));
     }
 }
 
@@ -138,9 +146,10 @@ QString ServerRegistry::loginKorvane(const QString &user, const QString &passwor
 
 QString ServerRegistry::loginEnterprise(int hostIndex, const QString &user, const QString &password)
 {
-    if (hostIndex < 0 || hostIndex >= m_current.size())
+    const QList<LtdInfo *> full = servers();
+    if (hostIndex < 0 || hostIndex >= full.size())
         return QStringLiteral("服务器不存在");
-    LtdInfo *entry = m_current.at(hostIndex);
+    LtdInfo *entry = full.at(hostIndex);
     const QJsonObject reply = send(hostRequest(QStringLiteral("enterpriselogin"), entry->getToken(),
                                                QJsonObject{{QStringLiteral("qyid"), entry->getQyid()},
                                                            {QStringLiteral("username"), user},
@@ -151,7 +160,7 @@ QString ServerRegistry::loginEnterprise(int hostIndex, const QString &user, cons
     const QString token = reply.value(QStringLiteral("data")).toObject().value(QStringLiteral("token")).toString();
     if (token.isEmpty())
         return QStringLiteral("登录失败");
-    m_enterpriseSessions.insert(entry->getServerName(), token);
+    m_enterpriseSessions.insert(entry->getQyid(), token);
     applyLoginState();
     emit changed();
     emit staticPriLoginObj::GetInstance()->priLogin(entry->getServerName());
@@ -165,6 +174,7 @@ void ServerRegistry::logoutKorvane(bool forced)
     Users::Instance()->Kvy()->setLogout();
     // Enterprise sessions belong to the Korvane account.
     m_enterpriseSessions.clear();
+    m_cloudLogin.clear();
     applyLoginState();
     emit changed();
     if (forced)
@@ -176,13 +186,17 @@ void ServerRegistry::logoutKorvane(bool forced)
 void ServerRegistry::logoutEnterprise(const QString &serverName, bool forced)
 {
     LtdInfo *entry = entryNamed(serverName);
-    if (!entry || !m_enterpriseSessions.contains(serverName))
+    if (!entry || !entry->getServerLogin() || ridesOnKorvaneLogin(*entry))
         return;
     if (!forced)
         send(hostRequest(QStringLiteral("enterpriselogout"), entry->getToken(),
                          QJsonObject{{QStringLiteral("qyid"), entry->getQyid()}}));
-    m_enterpriseSessions.remove(serverName);
-    entry->setServerLogin(false);
+    const int qyid = entry->getQyid();
+    m_enterpriseSessions.remove(qyid);
+    for (const auto &owned : m_entries)
+        if (owned->getQyid() == qyid && !ridesOnKorvaneLogin(*owned))
+            m_cloudLogin.insert(owned.get(), false);
+    applyLoginState();
     emit changed();
     if (forced)
         emit staticPriLoginObj::GetInstance()->priForceExit(serverName);

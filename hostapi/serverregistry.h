@@ -19,9 +19,11 @@ public:
     static ServerRegistry *instance();
 
     // The host's full list, in the order the cloud gives it (the personal
-    // cloud, the Korvane cloud, "Korvane大数据", the enterprise servers ...).
+    // cloud, the Korvane cloud, "Korvane大数据", the enterprise servers, the
+    // material price servers); userSyyLogin's index refers to it.
     QList<LtdInfo *> servers() const;
-    // Asks the cloud for the list (host-only method); false when it failed.
+    // Asks the cloud for the list (host-only method); false when it failed,
+    // and the last good list stays.
     bool refresh();
 
     // Logins. On failure the returned text is the message to show; empty on
@@ -39,14 +41,15 @@ signals:
 
 private:
     explicit ServerRegistry(QObject *parent = nullptr);
+    LtdInfo *entryFor(const QString &kind, const QString &name);
     LtdInfo *entryNamed(const QString &name) const;
     // Login flags and tokens from the Korvane login and the enterprise sessions.
     void applyLoginState();
     std::vector<std::unique_ptr<LtdInfo>> m_entries;
-    // The entries of the last list the cloud gave, in its order.
+    // The last list the cloud gave, in its order.
     QList<LtdInfo *> m_current;
-    // Enterprise session token by server name.
-    QHash<QString, QString> m_enterpriseSessions;
-    // The login flag the cloud reported, by server name.
-    QHash<QString, bool> m_cloudLogin;
+    // Enterprise session token by enterprise id (shared by its entries).
+    QHash<int, QString> m_enterpriseSessions;
+    // Entries the cloud reported as logged in.
+    QHash<LtdInfo *, bool> m_cloudLogin;
 };

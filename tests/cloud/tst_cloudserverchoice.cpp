@@ -107,7 +107,8 @@ private slots:
         choice->setServerKind("cj");
         choice->setHonourSaveBzQd(false);
         startWith();
-        QCOMPARE(comboTexts(), (QStringList{"个人云", "Korvane云", "材价库"}));
+        QCOMPARE(comboTexts(), (QStringList{"个人云", "Korvane云", "华东企业材价库"}));
+        QCOMPARE(choice->removedBigDataIndex(), 2);
         QCOMPARE(choice->currentIndex(), 2); // the open price server is logged in
     }
 

@@ -21,8 +21,8 @@ inline QJsonObject entry(const QString &name, const QString &token, int type, in
                        {"login", login}};
 }
 
-// The cloud's list: personal, Korvane, big data, two enterprises, one
-// material price server.
+// The cloud's full list: personal, Korvane, big data, two enterprises, then
+// one material price server (open to the Korvane login).
 inline QJsonArray serverList()
 {
     return QJsonArray{entry("个人云", "kv_token_user", 0, 0, "kv"),
@@ -30,7 +30,7 @@ inline QJsonArray serverList()
                       entry("Korvane大数据", "kv_token_bigdata", 0, 0, "kv"),
                       entry("华东企业", "ent_11", 1, 11, "pri"),
                       entry("华南企业", "ent_12", 2, 12, "pri"),
-                      entry("材价库", "cj_21", 3, 21, "cj", true)};
+                      entry("华东企业材价库", "cj_11", 2, 11, "cj", true)};
 }
 
 inline QJsonObject loginReply()

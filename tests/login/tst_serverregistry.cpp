@@ -60,13 +60,13 @@ private slots:
         QVERIFY(sent.contains("app_type"));
         QCOMPARE(sent.value("data").toObject(), (QJsonObject{{"method", "getserverlist"}}));
         QCOMPARE(names(reg()->servers()),
-                 (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业", "材价库"}));
+                 (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业", "华东企业材价库"}));
         const LtdInfo *ent = reg()->servers().at(3);
         QCOMPARE(ent->getToken(), QStringLiteral("ent_11"));
         QCOMPARE(ent->getType(), 1);
         QCOMPARE(ent->getQyid(), 11);
         QCOMPARE(ent->kind(), QStringLiteral("pri"));
-        // Nobody logged in: only the open material server counts as logged in.
+        // The price server is open as the cloud says; enterprises need a login.
         QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false, true}));
     }
 
@@ -108,7 +108,7 @@ private slots:
         QTest::newRow("bill servers") << QString()
                                       << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业"};
         QTest::newRow("material servers") << QStringLiteral("cj")
-                                          << QStringList{"个人云", "Korvane云", "Korvane大数据", "材价库"};
+                                          << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业材价库"};
     }
 
     void requestServerListFilters()
@@ -118,8 +118,24 @@ private slots:
         fx->channel().replyOk(serverList());
         QList<LtdInfo *> list;
         QVERIFY(CloudBusiness::requestServerList(list, filter));
+        QCOMPARE(fx->channel().lastRequest().value("data").toObject(), (QJsonObject{{"method", "getserverlist"}}));
         QCOMPARE(names(list), expected);
         QCOMPARE(CloudBusiness::hasPriServer(list), filter.isEmpty());
+        // Enterprise entries keep their host index in the bill list.
+        for (int i = 0; i < list.size(); ++i)
+            if (list.at(i)->kind() == QLatin1String("pri"))
+                QCOMPARE(reg()->servers().indexOf(list.at(i)), i);
+    }
+
+    void enterpriseLoginTheCloudRemembers()
+    {
+        QJsonArray list = serverList();
+        list.replace(4, entry("华南企业", "ent-session-12", 2, 12, "pri", true));
+        fx->channel().replyOk(list);
+        QVERIFY(reg()->refresh());
+        QVERIFY(reg()->servers().at(4)->getServerLogin());
+        QCOMPARE(reg()->servers().at(4)->getToken(), QStringLiteral("ent-session-12"));
+        QVERIFY(!reg()->servers().at(3)->getServerLogin());
     }
 
     void korvaneLoginLogsInTheKorvaneEntries()
@@ -207,7 +223,7 @@ private slots:
         QCOMPARE(kvExit.size(), 1);
         QCOMPARE(kvForce.size(), 0);
         QVERIFY(!Users::Instance()->Kvy()->IsLogin());
-        QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false, true}));
+        QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false, false}));
     }
 };
 
