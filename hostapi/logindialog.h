@@ -1,5 +1,5 @@
 #pragma once
-#include <QDialog>
+#include "ztitlemodal.h"
 
 #include <functional>
 
@@ -11,7 +11,7 @@ class QPushButton;
 // The attempt function checks the credentials (with the cloud) and returns the
 // message to show, empty on success; success accepts the dialog.
 // Widgets: "editUser", "editPassword", "btnLogin", "btnCancel", "lblError".
-class LoginDialog : public QDialog
+class LoginDialog : public zTitleModal
 {
     Q_OBJECT
 public:

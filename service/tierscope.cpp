@@ -59,7 +59,10 @@ TierScope TierScope::resolve(const RequestContext &request, AccountStore &accoun
         } else {
             if (admits == PersonalOnly || admits == EnterpriseOnly)
                 throw wrongTier();
-            if ((hasEnterpriseId && enterpriseId > 0) || (usetype != 0 && usetype != 3))
+            // The big-data entry is neither constant, so the module addresses it
+            // like an enterprise server with enterprise id 0 ("usetype" 2).
+            const bool bigData = token == kBigDataToken;
+            if ((hasEnterpriseId && enterpriseId > 0) || (usetype != 0 && usetype != 3 && !(bigData && usetype == 2)))
                 throw wrongTier();
             scope.m_tier = Korvane;
             scope.m_owner = 0;

@@ -147,6 +147,8 @@ private slots:
                                            << "您在该企业只有查看权限，没有编辑权限";
         QTest::newRow("korvane") << "korvane" << "listeditpermissionjudgmentforenterprise"
                                  << QJsonObject{{"qiyeID", 0}, {"usetype", 3}} << 3 << "Korvane云为只读的案例库，不能写入";
+        QTest::newRow("big data as enterprise") << "bigdata" << "getchaptertreeforenterprise"
+                                                << QJsonObject{{"qiyeID", 0}, {"usetype", 2}, {"bzqdkid", "7"}} << 0 << "成功";
         QTest::newRow("korvane with person method") << "korvane" << "listeditpermissionjudgmentforperson"
                                                     << QJsonObject{{"qiyeID", -1}, {"usetype", 1}} << 1
                                                     << "请求的方法与所选服务器不符";
@@ -170,6 +172,7 @@ private slots:
         QFETCH(QString, message);
         const QString token = tokenKind == "personal" ? QStringLiteral("kv_token_user")
             : tokenKind == "korvane"                  ? QStringLiteral("kv_token")
+            : tokenKind == "bigdata"                  ? QStringLiteral("kv_token_bigdata")
             : tokenKind == "east"                     ? east
                                                       : west;
         const QJsonObject r = call(token, method, fields);

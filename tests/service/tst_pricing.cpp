@@ -29,10 +29,10 @@ private:
                            {"sjkm", "QD"}, {"guidb", "77"}};
     }
     QJsonObject ppqd(const QString &token, int qdly, int tagNum = 10, const QJsonArray &gcids = QJsonArray(),
-                     const QString &usetype = "1")
+                     const QString &usetype = "1", const QString &ltdID = "0")
     {
         return call(token, "getppqd",
-                    {{"usetype", usetype}, {"ltdID", "0"}, {"getzj", "1"}, {"tagNum", QString::number(tagNum)},
+                    {{"usetype", usetype}, {"ltdID", ltdID}, {"getzj", "1"}, {"tagNum", QString::number(tagNum)},
                      {"cond", QJsonObject{{"qdly", qdly}, {"gcids", gcids}, {"qdkey", ""}, {"jsfsIndex", 0}}},
                      {"data", QJsonArray{trenchBill()}}});
     }
@@ -138,6 +138,8 @@ private slots:
         QTest::newRow("personal, price check") << "kv_token_user" << "personprojectinfoforsinglepricecheck" << 0;
         QTest::newRow("korvane, pricing") << "kv_token" << "intelligencezjforkvprojectinfo" << 1;
         QTest::newRow("korvane, price check") << "kv_token" << "kvprojectinfoforsinglepricecheck" << 1;
+        QTest::newRow("enterprise, pricing") << "east" << "intelligencezjforenterpriseprojectinfo" << 0;
+        QTest::newRow("enterprise, price check") << "east" << "enterpriseprojectinfoforsinglepricecheck" << 0;
     }
 
     void projectInformation()
@@ -145,8 +147,16 @@ private slots:
         QFETCH(QString, token);
         QFETCH(QString, method);
         QFETCH(int, oper);
-        const QJsonObject bill = array(ppqd(token, 2, 1, QJsonArray(), token == "kv_token" ? "3" : "1")).at(0).toObject();
-        const QJsonObject r = call(token, method, {{"id", bill.value("id")}, {"ly", bill.value("qdly").toString().toInt()}});
+        const bool enterprise = token == "east";
+        if (enterprise)
+            token = ServiceTestBase::enterpriseToken("demo", ServiceSeed::EastEnterprise);
+        const QJsonObject bill = array(ppqd(token, 2, 1, QJsonArray(), token == "kv_token" ? "3" : enterprise ? "2" : "1",
+                                            enterprise ? "1001" : "0"))
+                                     .at(0).toObject();
+        QJsonObject fields{{"id", bill.value("id")}, {"ly", bill.value("qdly").toString().toInt()}};
+        if (enterprise)
+            fields.insert("qiyeID", 1001);
+        const QJsonObject r = call(token, method, fields);
         QCOMPARE(code(r), 0);
         const QJsonObject info = object(r);
         for (const char *key : {"xmmc", "dxmc", "dwmc", "qdgf", "jjde", "jsfs", "zhdjfs", "hbgd", "dd", "jgjzsj", "jsxs",
@@ -154,8 +164,11 @@ private slots:
             QVERIFY2(info.contains(QLatin1String(key)), key);
         QCOMPARE(info.value("oper").toInt(), oper);
         QCOMPARE(info.value("scrmc").toString(), QStringLiteral("演示用户"));
-        QCOMPARE(info.value("xmmc").toString(),
-                 token == "kv_token" ? QStringLiteral("成都市某住宅小区（案例）") : QStringLiteral("成都市高新区某住宅项目"));
+        QCOMPARE(info.value("xmmc").toString(), token == "kv_token" ? QStringLiteral("成都市某住宅小区（案例）")
+                                                : enterprise        ? QStringLiteral("南京市江北新区人才公寓")
+                                                                    : QStringLiteral("成都市高新区某住宅项目"));
+        if (enterprise) // the enterprise body must name the login's enterprise
+            QCOMPARE(code(call(token, method, {{"id", bill.value("id")}, {"ly", 2}, {"qiyeID", 1002}})), 3);
         QCOMPARE(code(call(token, method, {{"id", 999999}, {"ly", 2}})), 4);
         QCOMPARE(msg(call(token, method, {{"ly", 2}})), QStringLiteral("缺少参数id"));
     }
