@@ -61,6 +61,22 @@ private slots:
         QCOMPARE(listReply.value(QStringLiteral("data")).toArray().size(), 7);
     }
 
+    void asynchronousRequestWithoutToken()
+    {
+        ServicesUtil::setChannel(std::make_shared<EmbeddedChannel>(svc->dataDir()));
+        Users::Instance()->Kvy()->setLogin(QStringLiteral("1"), QStringLiteral("演示用户"), ServiceTestBase::session("demo"));
+        QJsonObject reply;
+        QObject receiver;
+        connect(ServicesUtil::instance(), &ServicesUtil::doGotMsg, &receiver, [&](const QJsonObject &r) { reply = r; });
+        // The pricing browser's request carries no "orgin_token": the personal cloud of the login.
+        const QJsonObject request{{"cmd", "cloudSoft"}, {"app_type", 1},
+                                  {"data", QJsonObject{{"method", "personchapterinfoforuploadqd"}}}};
+        QVERIFY(QMetaObject::invokeMethod(ServicesUtil::instance(), "metaMsgSync", Q_ARG(QJsonObject, request)));
+        QTRY_VERIFY(!reply.isEmpty());
+        QCOMPARE(reply.value("code").toInt(), 0);
+        QCOMPARE(reply.value("data").toArray().at(0).toObject().value("mc").toString(), QStringLiteral("我的清单库"));
+    }
+
     void callFinishesOnCallerThread()
     {
         EmbeddedChannel channel(svc->dataDir());

@@ -90,8 +90,10 @@ private slots:
         QCOMPARE(array(ppqd("kv_token_user", 3, 50)).size() <= 10, true);
         const QJsonArray accumulated = array(ppqd("kv_token_user", 2));
         QVERIFY(!accumulated.isEmpty());
-        QCOMPARE(texts(accumulated, "qdly").toSet(), QSet<QString>{"2"});
-        QCOMPARE(texts(array(ppqd("kv_token_user", 1)), "qdly").toSet(), QSet<QString>{"1"});
+        QCOMPARE(texts(accumulated, "qdly").removeDuplicates(), accumulated.size() - 1);
+        QCOMPARE(texts(accumulated, "qdly").first(), QStringLiteral("2"));
+        QVERIFY(!texts(array(ppqd("kv_token_user", 1)), "qdly").contains("2"));
+        QVERIFY(!array(ppqd("kv_token_user", 1)).isEmpty());
         QVERIFY(array(ppqd("kv_token_user", 0)).isEmpty());
         // Selected projects limit the accumulated bills.
         const QJsonArray projects = array(call("kv_token_user", "getaccumulatedprojects", {{"qiyeID", -1}, {"usetype", 1}}));
