@@ -1,6 +1,8 @@
 #include "billindex.h"
 #include "billindexdata.h"
 
+#include <algorithm>
+
 BillIndex::BillIndex()
     : m_data(new BillIndexData)
 {
@@ -41,4 +43,10 @@ int BillIndex::size() const
 int BillIndex::poolSize()
 {
     return BillIndexData::kPool;
+}
+
+void BillIndex::setCandidateBudget(int postings)
+{
+    QWriteLocker lock(&m_lock);
+    m_data->setBudget(size_t(std::max(1, postings)));
 }

@@ -60,7 +60,7 @@ class BillIndexData;
 // added first.
 //
 // Candidates come from the rarest query grams first under a fixed work budget;
-// at most `poolSize()` of them are then scored in full, so `total` (the
+// the best of them are then scored in full and cut to `poolSize()`, so `total` (the
 // "allCount" of a paged reply) never exceeds that depth and every page is a
 // slice of the same full ranking.
 //
@@ -86,6 +86,9 @@ public:
 
     int size() const;
     static int poolSize();
+    // Postings read per query, rarest grams first, before the commonest grams
+    // are left to the full scoring of the best candidates.
+    void setCandidateBudget(int postings);
 
 private:
     mutable QReadWriteLock m_lock;

@@ -1,20 +1,19 @@
 #include "billindexdata.h"
 #include "billtext.h"
 
-#include <QSet>
-
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-// Postings read per query before the commonest grams are left to re-ranking.
-constexpr size_t kBudget = 250000;
+// Candidates re-scored in full before the ranking is cut to the pool size.
+constexpr size_t kRescored = 1000;
 // A restricted candidate set this small is scored exhaustively.
 constexpr size_t kExactLimit = 4000;
 constexpr double kCodeBonus = 1.0;
 constexpr double kClassBonus = 0.25;
 constexpr double kUnitPenalty = 0.3;
+constexpr uint8_t kDeleted = 0x80;
 
 struct Scratch
 {
@@ -47,13 +46,16 @@ struct BillIndexData::Prepared
     uint32_t code = 0;
     int unit = 0; // 0 none, -1 unknown unit (matches no stored unit)
     int sourceMask = 3;
-    QSet<int> projects;
+    std::vector<int> projects; // sorted
     bool projectFilter = false;
-    QSet<int> scopes;
+    std::vector<int> scopes; // sorted
     bool scopeFilter = false;
     QString keyword;
     std::vector<uint32_t> keywordGrams;
     bool keywordByGrams = false;
+    // A two-character keyword found through its bigram's postings needs no
+    // text check: grams are taken from contiguous characters of the text.
+    bool keywordIsGram = false;
 };
 
 int BillIndexData::intern(QHash<QString, int> &table, const QString &key)
@@ -74,6 +76,7 @@ void BillIndexData::eraseId(qint64 id)
     Doc &d = m_docs[it->second];
     if (!d.deleted) {
         d.deleted = true;
+        m_flags[it->second] |= kDeleted;
         --m_live;
     }
     m_byId.erase(it);
@@ -121,6 +124,9 @@ void BillIndexData::index(const BillRecord &r)
         m_byCode[d.code].push_back(docNo);
     m_byId[r.id] = docNo;
     m_docs.push_back(d);
+    m_flags.push_back(d.source);
+    m_codes.push_back(d.code);
+    m_unitIds.push_back(d.unit);
     ++m_live;
 }
 
@@ -183,13 +189,16 @@ BillIndexData::Prepared BillIndexData::prepare(const BillQuery &q) const
     for (const QString &id : q.projectIds) {
         p.projectFilter = true;
         if (m_projects.contains(id))
-            p.projects.insert(m_projects.value(id));
+            p.projects.push_back(m_projects.value(id));
     }
     for (const QString &s : q.scopes) {
         p.scopeFilter = true;
         if (m_scopes.contains(s))
-            p.scopes.insert(m_scopes.value(s));
+            p.scopes.push_back(m_scopes.value(s));
     }
+    std::sort(p.projects.begin(), p.projects.end());
+    p.projects.erase(std::unique(p.projects.begin(), p.projects.end()), p.projects.end());
+    std::sort(p.scopes.begin(), p.scopes.end());
     p.keyword = BillText::normalise(q.keyword);
     if (p.keyword.size() >= 2) {
         p.keywordByGrams = true;
@@ -205,20 +214,24 @@ BillIndexData::Prepared BillIndexData::prepare(const BillQuery &q) const
         }
         if (p.keywordGrams.empty())
             p.keywordByGrams = false;
+        p.keywordIsGram = p.keywordByGrams && p.keyword.size() == 2;
     }
     return p;
 }
 
 bool BillIndexData::passes(const Prepared &p, uint32_t doc) const
 {
+    const uint8_t flags = m_flags[doc];
+    if ((flags & kDeleted) || !(p.sourceMask & flags))
+        return false;
+    if (!p.projectFilter && !p.scopeFilter && p.keyword.isEmpty())
+        return true;
     const Doc &d = m_docs[doc];
-    if (d.deleted || !(p.sourceMask & d.source))
+    if (p.projectFilter && d.source == 2 && !std::binary_search(p.projects.begin(), p.projects.end(), d.project))
         return false;
-    if (p.projectFilter && d.source == 2 && !p.projects.contains(d.project))
+    if (p.scopeFilter && !std::binary_search(p.scopes.begin(), p.scopes.end(), d.scope))
         return false;
-    if (p.scopeFilter && !p.scopes.contains(d.scope))
-        return false;
-    return p.keyword.isEmpty() || containsKeyword(p, doc);
+    return p.keyword.isEmpty() || p.keywordIsGram || containsKeyword(p, doc);
 }
 
 bool BillIndexData::containsKeyword(const Prepared &p, uint32_t doc) const
@@ -231,13 +244,16 @@ bool BillIndexData::containsKeyword(const Prepared &p, uint32_t doc) const
 
 double BillIndexData::bonus(const Prepared &p, uint32_t doc) const
 {
-    const Doc &d = m_docs[doc];
     double b = 0.0;
-    if (p.code && d.code == p.code)
-        b += kCodeBonus;
-    if (p.code && d.code / 1000 == p.code / 1000)
-        b += kClassBonus;
-    if (p.unit != 0 && d.unit != 0 && int(d.unit) != p.unit)
+    if (p.code) {
+        const uint32_t code = m_codes[doc];
+        if (code == p.code)
+            b += kCodeBonus;
+        if (code / 1000 == p.code / 1000)
+            b += kClassBonus;
+    }
+    const int unit = m_unitIds[doc];
+    if (p.unit != 0 && unit != 0 && unit != p.unit)
         b -= kUnitPenalty;
     return b;
 }
@@ -315,9 +331,9 @@ void BillIndexData::accumulate(const Prepared &p, const std::vector<uint32_t> *a
     s.touched.clear();
     for (uint32_t g : order) {
         const auto &list = m_postings[g];
-        if (spent > 0 && spent + list.size() > kBudget)
+        if (spent > 0 && spent + list.size() > m_budget)
             break;
-        const size_t take = std::min(list.size(), kBudget);
+        const size_t take = std::min(list.size(), m_budget);
         const float w = m_idf2[g];
         for (size_t i = 0; i < take; ++i) {
             const uint32_t d = list[i];
@@ -355,13 +371,15 @@ void BillIndexData::accumulate(const Prepared &p, const std::vector<uint32_t> *a
 void BillIndexData::rank(const Prepared &p, std::vector<Scored> &cands) const
 {
     auto cmp = [](const Scored &a, const Scored &b) { return better(a.score, a.doc, b.score, b.doc); };
-    if (cands.size() > size_t(kPool)) {
-        std::nth_element(cands.begin(), cands.begin() + kPool, cands.end(), cmp);
-        cands.resize(kPool);
+    if (cands.size() > kRescored) {
+        std::nth_element(cands.begin(), cands.begin() + kRescored, cands.end(), cmp);
+        cands.resize(kRescored);
     }
     for (Scored &c : cands)
         c.score = exactScore(p, c.doc);
     std::sort(cands.begin(), cands.end(), cmp);
+    if (cands.size() > size_t(kPool))
+        cands.resize(kPool);
 }
 
 QVector<BillMatch> BillIndexData::query(const BillQuery &q, int *total) const
@@ -374,7 +392,7 @@ QVector<BillMatch> BillIndexData::query(const BillQuery &q, int *total) const
         // nothing selected: nothing matches
     } else if (restricted && allowed.size() <= kExactLimit) {
         for (uint32_t d : allowed)
-            cands.push_back({0.0, d});
+            cands.push_back({exactScore(p, d), d});
     } else {
         accumulate(p, restricted ? &allowed : nullptr, cands);
     }

@@ -16,6 +16,7 @@ public:
     void build();
     QVector<BillMatch> query(const BillQuery &query, int *total) const;
     int size() const { return m_live; }
+    void setBudget(size_t postings) { m_budget = postings; }
 
     static constexpr int kPool = 200;
 
@@ -60,6 +61,11 @@ private:
     std::vector<qint64> m_pendingRemovals;
 
     std::vector<Doc> m_docs;
+    // Per-bill fields read for every candidate, kept apart from Doc so that
+    // candidate scoring touches few cache lines.
+    std::vector<uint8_t> m_flags; // source bits, deleted bit
+    std::vector<uint32_t> m_codes;
+    std::vector<uint16_t> m_unitIds;
     std::vector<float> m_norm;
     std::vector<uint32_t> m_fwd;
     std::vector<char16_t> m_text;
@@ -74,4 +80,5 @@ private:
     QHash<QString, int> m_scopes;
     int m_live = 0;
     size_t m_normsAt = 0;
+    size_t m_budget = 40000;
 };
