@@ -35,6 +35,8 @@ int main(int argc, char **argv)
         index->add(gen.next(i));
     const qint64 genMs = t.restart();
     index->build();
+    if (qEnvironmentVariableIsSet("VELORA_MATCH_BUDGET"))
+        index->setCandidateBudget(qEnvironmentVariableIntValue("VELORA_MATCH_BUDGET"));
     const qint64 buildMs = t.elapsed();
     out << QStringLiteral("bills %1: generate+add %2 ms, build %3 ms, RSS %4 MiB (index %5 MiB), peak %6 MiB\n")
                .arg(bills).arg(genMs).arg(buildMs).arg(BenchUtil::rssMiB(), 0, 'f', 0)

@@ -80,5 +80,5 @@ private:
     QHash<QString, int> m_scopes;
     int m_live = 0;
     size_t m_normsAt = 0;
-    size_t m_budget = 40000;
+    size_t m_budget = 25000;
 };
