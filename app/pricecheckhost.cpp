@@ -2,6 +2,7 @@
 #include "dialogregistry.h"
 #include "hostcontext.h"
 
+#include <pricecheck/tinitial.h>
 #include <pricecheck/tqdtjyjc.h>
 
 #include <hostapi/exceptionguard.h>
@@ -19,6 +20,20 @@ QWidget *PriceCheckHost::open(HostContext &host)
 {
     TQdtjyjc dialog(host.window);
     prepare(dialog, host);
+    dialog.ShowModal();
+    return nullptr;
+}
+
+QWidget *PriceCheckHost::tour(HostContext &host)
+{
+    TQdtjyjc dialog(host.window);
+    prepare(dialog, host);
+    dialog.ShowModal();
+    if (TInitial *page = dialog.initialPage())
+        page->Modify();
+    // "下一步" as the user would press it; the guards leave page one up when
+    // no server is logged in.
+    QMetaObject::invokeMethod(&dialog, "NextStep");
     dialog.ShowModal();
     return nullptr;
 }
@@ -68,4 +83,4 @@ void PriceCheckHost::startCheck(LtdInfo *server, int matchNum)
 }
 
 VELORA_REGISTER_DIALOG(pricecheck, {QStringLiteral("pricecheck"), QStringLiteral("清单单价云检查"),
-                                    PriceCheckHost::open, nullptr});
+                                    PriceCheckHost::open, PriceCheckHost::tour});

@@ -13,6 +13,8 @@ class PriceCheckHost
 public:
     // Runs the wizard modally on the project; returns when it has closed.
     static QWidget *open(HostContext &host);
+    // The tour: the first page, the influence-factor dialog, the second page.
+    static QWidget *tour(HostContext &host);
     // Builds `dialog`, gives it the project's time, place, altitude and
     // scope, and connects its signals to the host's reactions.
     static void prepare(TQdtjyjc &dialog, HostContext &host);

@@ -36,6 +36,10 @@ void TourRunner::runEntry(int number, const QString &id)
         return;
     const QString base = QStringLiteral("%1-%2").arg(number, 2, 10, QLatin1Char('0')).arg(id);
     int shot = 0;
+    auto nextName = [&] {
+        const int n = shot++;
+        return n == 0 ? base : QStringLiteral("%1-%2").arg(base).arg(n);
+    };
     QList<QPointer<QDialog>> seen;
     auto grabOnce = [&](QDialog *dialog) {
         for (const QPointer<QDialog> &d : seen) {
@@ -43,11 +47,15 @@ void TourRunner::runEntry(int number, const QString &id)
                 return;
         }
         seen.append(dialog);
-        grab(dialog, shot++ == 0 ? base : QStringLiteral("%1-%2").arg(base).arg(shot));
+        grab(dialog, nextName());
     };
+    // Every modal run is a picture: a step may show one dialog twice (a
+    // wizard's pages) and nested dialogs on the way.
     const ModalRun::Answerer previous = ModalRun::answerer();
-    ModalRun::setAnswerer([&grabOnce](QDialog *dialog) {
-        grabOnce(dialog);
+    ModalRun::setAnswerer([&](QDialog *dialog) {
+        if (!seen.contains(dialog))
+            seen.append(dialog);
+        grab(dialog, nextName());
         return 0;
     });
     // A dialog that runs exec() itself would block the offscreen run: grab
@@ -68,7 +76,7 @@ void TourRunner::runEntry(int number, const QString &id)
     context.tour = false;
     watchdog.stop();
     if (left) {
-        grab(left, shot++ == 0 ? base : QStringLiteral("%1-%2").arg(base).arg(shot));
+        grab(left, nextName());
         left->close();
         left->deleteLater();
     }

@@ -312,7 +312,11 @@ private slots:
         const QStringList files = HostProgram::runTour(out.path() + QStringLiteral("/tour"), &error);
         QVERIFY2(error.isEmpty(), qPrintable(error));
         QCOMPARE(s_tourOpens, 1);
-        QCOMPARE(files.size(), DialogRegistry::entries().size() + 1);
+        // At least one picture per dialog; a step may add its pages and
+        // nested dialogs.
+        QVERIFY(files.size() >= DialogRegistry::entries().size() + 1);
+        for (const HostDialogEntry &entry : DialogRegistry::entries())
+            QVERIFY2(!files.filter(QStringLiteral("-%1.png").arg(entry.id)).isEmpty(), qPrintable(entry.id));
         QVERIFY(files.first().endsWith(QStringLiteral("00-main-window.png")));
         QVERIFY(files.filter(QStringLiteral("zz-test-modal.png")).size() == 1);
         QVERIFY(files.filter(QStringLiteral("zz-test-window.png")).size() == 1);
