@@ -1,6 +1,5 @@
 #include "accumulatedprojectquery.h"
-#include "apptype.h"
-#include "hostconstants.h"
+#include "hostenvelope.h"
 #include "ltdinfo.h"
 
 #include <QJsonArray>
@@ -18,26 +17,12 @@ QString textOf(const QJsonValue &value)
 QJsonObject AccumulatedProjectQuery::buildRequest(const LtdInfo &server, int gcType, const QString &keyword,
                                                   bool conditionNull)
 {
-    int qiyeId = server.getQyid();
-    int useType = 2;
-    if (server.getToken() == KvTokenUser) {
-        qiyeId = -1;
-        useType = 1;
-    } else if (server.getToken() == KvToken) {
-        qiyeId = 0;
-        useType = 3;
-    }
-    QJsonObject data{{QStringLiteral("method"), QStringLiteral("getaccumulatedprojects")},
-                     {QStringLiteral("qiyeID"), qiyeId},
-                     {QStringLiteral("usetype"), useType}};
+    QJsonObject fields;
     if (!conditionNull && gcType > 0)
-        data.insert(QStringLiteral("gcType"), gcType);
+        fields.insert(QStringLiteral("gcType"), gcType);
     if (!conditionNull && !keyword.trimmed().isEmpty())
-        data.insert(QStringLiteral("keyword"), keyword.trimmed());
-    return QJsonObject{{QStringLiteral("cmd"), QStringLiteral("cloudSoft")},
-                       {QStringLiteral("app_type"), AppType()},
-                       {QStringLiteral("orgin_token"), server.getToken()},
-                       {QStringLiteral("data"), data}};
+        fields.insert(QStringLiteral("keyword"), keyword.trimmed());
+    return HostEnvelope::tiered(QStringLiteral("getaccumulatedprojects"), server, fields);
 }
 
 bool AccumulatedProjectQuery::readReply(const QByteArray &bytes, QList<QJsonObject> *projects, QString *error)

@@ -1,7 +1,28 @@
 #include "cloudbusiness.h"
 #include "serverregistry.h"
+#include "basedataitem.h"
+#include "cloudparams.h"
+#include "hostenvelope.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
 
 namespace {
+// The bill fields every matching call sends.
+QJsonObject billFields(const BaseDataItem &item)
+{
+    return QJsonObject{{QStringLiteral("qdbh"), item.text(BaseDataItem::CodeRole)},
+                       {QStringLiteral("xmmc"), item.text(BaseDataItem::NameRole)},
+                       {QStringLiteral("jldw"), item.text(BaseDataItem::UnitRole)},
+                       {QStringLiteral("xmtz"), item.text(BaseDataItem::FeaturesRole)},
+                       {QStringLiteral("gznr"), item.text(BaseDataItem::WorkContentRole)}};
+}
+
+bool succeeded(const QJsonObject &reply)
+{
+    return !reply.isEmpty() && reply.value(QStringLiteral("code")).toInt(0) == 0;
+}
+
 // The Korvane-account entries are in every list; an empty filter adds the
 // enterprise servers, a kind name ("cj") the servers of that kind instead.
 // The material price servers come last in the host's list, so the enterprise
@@ -35,4 +56,50 @@ bool CloudBusiness::hasPriServer(QList<LtdInfo *> &list)
         if (entry && entry->kind() == QLatin1String("pri"))
             return true;
     return false;
+}
+
+bool CloudBusiness::MatchQdtz(BaseDataItem *item, CloudParams params, LtdInfo *server, QJsonObject &reply,
+                              int sourceMask, QStringList projectIds)
+{
+    reply = QJsonObject();
+    if (!item || !server)
+        return false;
+    QJsonObject fields = billFields(*item);
+    fields.insert(QStringLiteral("params"), params.toJson());
+    fields.insert(QStringLiteral("sourceMask"), sourceMask);
+    fields.insert(QStringLiteral("gcids"), QJsonArray::fromStringList(projectIds));
+    reply = HostEnvelope::send(HostEnvelope::tiered(QStringLiteral("matchqdtz"), *server, fields));
+    return !reply.isEmpty();
+}
+
+bool CloudBusiness::RequestGcslData(LtdInfo *server, QString &id, QJsonObject &reply)
+{
+    reply = QJsonObject();
+    if (!server || id.isEmpty())
+        return false;
+    reply = HostEnvelope::send(
+        HostEnvelope::tiered(QStringLiteral("getgcsldata"), *server, QJsonObject{{QStringLiteral("id"), id}}));
+    return succeeded(reply);
+}
+
+bool CloudBusiness::RequestSimilarBillPrices(BaseDataItem *item, LtdInfo *server, int matchNum, QStringList &bills,
+                                             QString *error)
+{
+    bills.clear();
+    if (error)
+        error->clear();
+    if (!item || !server)
+        return false;
+    QJsonObject fields = billFields(*item);
+    fields.insert(QStringLiteral("matchNum"), matchNum);
+    const QJsonObject reply =
+        HostEnvelope::send(HostEnvelope::tiered(QStringLiteral("getsimilarbillprices"), *server, fields));
+    if (!succeeded(reply)) {
+        if (error)
+            *error = reply.value(QStringLiteral("msg")).toString();
+        return false;
+    }
+    for (const QJsonValue &bill : reply.value(QStringLiteral("data")).toArray())
+        bills << QString::fromUtf8(QJsonDocument(bill.toObject()).toJson(QJsonDocument::Compact));
+    return true;
 }

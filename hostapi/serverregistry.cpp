@@ -1,4 +1,5 @@
 #include "serverregistry.h"
+#include "hostenvelope.h"
 #include "apptype.h"
 #include "hostconstants.h"
 #include "servicesutil.h"
@@ -15,16 +16,12 @@ const QString kKindKv = QStringLiteral("kv");
 // beside it; the token names the Korvane account.
 QJsonObject hostRequest(const QString &method, const QString &token, QJsonObject fields = QJsonObject())
 {
-    fields.insert(QStringLiteral("method"), method);
-    return QJsonObject{{QStringLiteral("cmd"), QStringLiteral("cloudSoft")},
-                       {QStringLiteral("app_type"), AppType()},
-                       {QStringLiteral("orgin_token"), token},
-                       {QStringLiteral("data"), fields}};
+    return HostEnvelope::build(method, token, fields);
 }
 
 QJsonObject send(QJsonObject request)
 {
-    return QJsonDocument::fromJson(ServicesUtil::AsyncReplyLoop(request)).object();
+    return HostEnvelope::send(request);
 }
 
 // Empty when the reply is a success, else the text to show the user.
