@@ -1,5 +1,6 @@
 #include "tourrunner.h"
 #include "dialogregistry.h"
+#include "hostdialogtour.h"
 #include "mainwindow.h"
 
 #include <hostapi/exceptionguard.h>
@@ -34,6 +35,11 @@ void TourRunner::runEntry(int number, const QString &id)
     const HostDialogEntry *entry = DialogRegistry::find(id);
     if (!entry)
         return;
+    runStep(number, id, entry->tour ? entry->tour : entry->open);
+}
+
+void TourRunner::runStep(int number, const QString &id, const std::function<QWidget *(HostContext &)> &step)
+{
     const QString base = QStringLiteral("%1-%2").arg(number, 2, 10, QLatin1Char('0')).arg(id);
     int shot = 0;
     auto nextName = [&] {
@@ -69,7 +75,6 @@ void TourRunner::runEntry(int number, const QString &id)
         }
     });
     watchdog.start();
-    const auto step = entry->tour ? entry->tour : entry->open;
     HostContext &context = m_window->context();
     context.tour = true;
     QPointer<QWidget> left = GUARDED("VeloraHost", "TourRunner::runEntry", [&]() -> QWidget * { return step(context); });
@@ -98,6 +103,13 @@ QStringList TourRunner::run(QString *error)
     int number = 1;
     for (const HostDialogEntry &entry : DialogRegistry::entries())
         runEntry(number++, entry.id);
+    for (const HostDialogTour::Step &step : HostDialogTour::steps()) {
+        const auto run = step.run;
+        runStep(number++, step.id, [run](HostContext &host) -> QWidget * {
+            run(host);
+            return nullptr;
+        });
+    }
     QApplication::processEvents();
     if (ownBoxes)
         MessageBoxes::setHandler(nullptr);

@@ -2,6 +2,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
+class HostContext;
+
 class MainWindow;
 class QWidget;
 
@@ -19,6 +23,7 @@ public:
 private:
     bool grab(QWidget *widget, const QString &name);
     void runEntry(int number, const QString &id);
+    void runStep(int number, const QString &id, const std::function<QWidget *(HostContext &)> &step);
 
     MainWindow *m_window;
     QString m_dir;
