@@ -4,7 +4,7 @@
 class GeneralTableBase;
 class GljBean;
 
-// The project's materials: code, name, specification, unit, category,
+// The project's materials: code, name, model (规格型号), unit, category,
 // origin, manufacturer, brand, quantity, base price and adjusted price.
 class MaterialTableModel : public QAbstractTableModel
 {

@@ -2,7 +2,7 @@
 #include <QJsonObject>
 #include <QString>
 
-// One project material (工料机): code, name, specification, unit, category,
+// One project material (工料机): code, name, model (规格型号), unit, category,
 // origin, manufacturer, brand, quantity, base price and adjusted price. The key
 // (Guid) is unique within the project and ties check records to the material.
 class GljBean

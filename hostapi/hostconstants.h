@@ -16,7 +16,7 @@ inline const QString C_Db_Sqlite_Suffix = QStringLiteral(".db");
 // Folder of the system settings below the application folder ("SysSet_.ini").
 inline const QString GCSZDir = QStringLiteral("Config/");
 
-// Base names of the four bill-specification libraries.
+// Base names of the four bill standard libraries (清单规范库).
 inline const QString CXMQGQDEnName = QStringLiteral("QGQD");
 inline const QString CXMN8QDEnName = QStringLiteral("N8QD");
 inline const QString CXMN3QDEnName = QStringLiteral("N3QD");

@@ -9,7 +9,7 @@ class JsMsBusiness
 {
 public:
     // Fills `info` from the unit project (pricing file, quota category, bill
-    // specification) and the project settings (tax mode, place, time). A null
+    // 规范) and the project settings (tax mode, place, time). A null
     // unit project leaves those indexes 0. False when the project settings
     // have no time (the attributes are then incomplete), true otherwise.
     static bool GetQDSaveAttr(WorkBaseObject *unitWork, JJBTableBase *table, TQDNodeInfo &info);

@@ -20,7 +20,7 @@ public:
 
     QString GetName() const { return m_name; }
     void setName(const QString &name) { m_name = name; }
-    // Bill specification library identifier ("GB24", "QGQD", ...).
+    // Bill standard library identifier ("GB24", "QGQD", ...).
     QString GetQdSpec() const { return m_qdSpec; }
     void setQdSpec(const QString &v) { m_qdSpec = v; }
     // Index of the pricing file (计价文件) and of the quota category (定额类别).

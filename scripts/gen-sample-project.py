@@ -31,7 +31,7 @@ RANGES = {
 DEFAULT_RANGE = ((1, 80), (20, 600))
 
 MATERIALS = [
-    # code, name, spec, unit, category, origin, maker, brand, base price
+    # code, name, model, unit, category, origin, maker, brand, base price
     ('01001', '镀锌钢管', 'DN25', 'm', '材料', '天津', '天津友发钢管集团', '友发', 16.80),
     ('01002', '镀锌钢管', 'DN50', 'm', '材料', '天津', '天津友发钢管集团', '友发', 32.50),
     ('01003', '镀锌钢管', 'DN100', 'm', '材料', '天津', '天津友发钢管集团', '友发', 78.60),

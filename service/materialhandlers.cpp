@@ -165,10 +165,10 @@ QJsonObject MaterialHandlers::checkRecords(const RequestContext &request)
         const QString name = RequestContext::textIn(m, QStringLiteral("clmc"), false, 200).trimmed();
         if (name.isEmpty())
             continue;
-        const QString spec = RequestContext::textIn(m, QStringLiteral("ggxh"), false, 200).trimmed();
+        const QString model = RequestContext::textIn(m, QStringLiteral("ggxh"), false, 200).trimmed();
         const QString unit = RequestContext::textIn(m, QStringLiteral("dw"), false, 20).trimmed();
         const QJsonValue guid = m.value(QStringLiteral("guid"));
-        // Same specification first, then the requested place, then the newest price.
+        // Same model (规格型号) first, then the requested place, then the newest price.
         QSqlQuery q = m_context.db->exec(
             QStringLiteral("SELECT p.clmc, p.ggxh, p.dw, p.cd, p.cj, p.djhs, p.djbhs, p.jgjzsj, p.gcdd,"
                            " CASE WHEN p.xmmc <> '' THEN p.xmmc ELSE l.name END"
@@ -177,7 +177,7 @@ QJsonObject MaterialHandlers::checkRecords(const RequestContext &request)
                            " AND ((? = 1 AND l.tier = 3) OR (? = 0 AND l.id = ?))"
                            " ORDER BY (p.ggxh = ?) DESC, (? <> '' AND (instr(?, p.gcdd) > 0 OR instr(p.gcdd, ?) > 0)) DESC,"
                            " p.jgjzsj DESC, p.id LIMIT ?"),
-            {name, unit, unit, caseProjects ? 1 : 0, caseProjects ? 1 : 0, library, spec, place, place, place,
+            {name, unit, unit, caseProjects ? 1 : 0, caseProjects ? 1 : 0, library, model, place, place, place,
              kMaxRecordsPerMaterial});
         while (q.next()) {
             const double withTax = q.value(5).toDouble();
@@ -219,10 +219,10 @@ QJsonObject MaterialHandlers::savePrices(const RequestContext &request)
             const QJsonObject m = v.toObject();
             const QJsonValue guid = m.value(QStringLiteral("guid"));
             double price = 0.0;
-            QString name, spec, unit;
+            QString name, model, unit;
             try {
                 name = RequestContext::textIn(m, QStringLiteral("clmc"), true, 200).trimmed();
-                spec = RequestContext::textIn(m, QStringLiteral("ggxh"), false, 200).trimmed();
+                model = RequestContext::textIn(m, QStringLiteral("ggxh"), false, 200).trimmed();
                 unit = RequestContext::textIn(m, QStringLiteral("dw"), false, 20).trimmed();
                 price = RequestContext::numberIn(m, QStringLiteral("tj"), false);
                 if (price <= 0.0)
@@ -237,10 +237,10 @@ QJsonObject MaterialHandlers::savePrices(const RequestContext &request)
             const double withTax = CompositionBuilder::round2(taxIncluded ? price : price * kTaxFactor);
             const double withoutTax = CompositionBuilder::round2(taxIncluded ? price / kTaxFactor : price);
             db.exec(QStringLiteral("DELETE FROM material_prices WHERE library_id = ? AND clmc = ? AND ggxh = ? AND dw = ?"),
-                    {library, name, spec, unit});
+                    {library, name, model, unit});
             db.exec(QStringLiteral("INSERT INTO material_prices(library_id, clbm, clmc, ggxh, dw, cd, cj, djhs, djbhs,"
                                    " jgjzsj, gcdd, xmmc) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, '')"),
-                    {library, RequestContext::textIn(m, QStringLiteral("bh"), false, 40), name, spec, unit,
+                    {library, RequestContext::textIn(m, QStringLiteral("bh"), false, 40), name, model, unit,
                      RequestContext::textIn(m, QStringLiteral("cd"), false, 100),
                      RequestContext::textIn(m, QStringLiteral("cj"), false, 100), withTax, withoutTax, time, place});
             ++saved;

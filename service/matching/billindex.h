@@ -55,7 +55,7 @@ struct BillMatch
 class BillIndexData;
 
 // In-memory ranking of stored bills: character bigrams of the Chinese text
-// (name, features, work content), spec tokens, the standard code and its
+// (name, features, work content), size tokens, the standard code and its
 // 6-digit class, and the unit. Ranking is deterministic; ties go to the bill
 // added first.
 //

@@ -112,7 +112,7 @@ private slots:
         const QJsonArray records = array(call("kv_token_user", "getmaterialcheckrecords",
                                               {{"params", QJsonObject{{"isAlgc", true}, {"hsbz", 1}, {"dd", "武汉市"}}},
                                                {"materials", QJsonArray{cement()}}}));
-        QCOMPARE(records.size(), 6); // two specifications in three case projects
+        QCOMPARE(records.size(), 6); // two models in three case projects
         const QJsonObject first = records.at(0).toObject();
         QCOMPARE(first.value("guid").toInt(), 11);
         QCOMPARE(first.value("ggxh").toString(), QStringLiteral("P.O 42.5"));
