@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <QVariant>
 
 // A declared column of a host table or tree model: header title (a "|" splits
 // a two-level title such as "综合|单价"), the key its cells are appended under,
@@ -15,6 +16,8 @@ public:
 
     // The title as the header shows it: the two levels one above the other.
     QString displayTitle() const;
+    // The header value of this column for `role` (display text, title, key, width).
+    QVariant headerData(int role) const;
 
     QString title;
     QString key;

@@ -248,19 +248,7 @@ QVariant zTableModel::headerData(int section, Qt::Orientation orientation, int r
 {
     if (orientation != Qt::Horizontal || section < 0 || section >= m_columns.size())
         return QAbstractTableModel::headerData(section, orientation, role);
-    const zTableColumn &c = m_columns.at(section);
-    switch (role) {
-    case Qt::DisplayRole:
-        return c.displayTitle();
-    case zTableCell::TitleRole:
-        return c.title;
-    case zTableCell::KeyRole:
-        return c.key;
-    case zTableCell::WidthRole:
-        return c.width;
-    default:
-        return QVariant();
-    }
+    return m_columns.at(section).headerData(role);
 }
 
 void zTableModel::cellChanged(int row, int column, const QVector<int> &roles)

@@ -146,19 +146,7 @@ QVariant zTreeModel::headerData(int section, Qt::Orientation orientation, int ro
 {
     if (orientation != Qt::Horizontal || section < 0 || section >= m_columns.size())
         return QAbstractItemModel::headerData(section, orientation, role);
-    const zTableColumn &c = m_columns.at(section);
-    switch (role) {
-    case Qt::DisplayRole:
-        return c.displayTitle();
-    case zTableCell::TitleRole:
-        return c.title;
-    case zTableCell::KeyRole:
-        return c.key;
-    case zTableCell::WidthRole:
-        return c.width;
-    default:
-        return QVariant();
-    }
+    return m_columns.at(section).headerData(role);
 }
 
 zStandardTreeNodeData *zTreeModel::nodeOrRoot(const QModelIndex &index) const
