@@ -1,4 +1,4 @@
-#include "../login/loginanswers.h"
+#include "loginanswers.h"
 #include "hostfixture.h"
 
 #include <cloud/cloudserverchoice.h>

@@ -1,4 +1,4 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
 #include <hostapi/interfaceadaptation.h>
 #include <hostapi/zbaselabel.h>
@@ -13,15 +13,10 @@
 
 #include <memory>
 
-class TestControls : public QObject
+class TestControls : public HostTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-
 private slots:
-    void init() { fx = std::make_unique<HostFixture>(); }
-    void cleanup() { fx.reset(); }
 
     void showModalRunsThroughModalRun()
     {
