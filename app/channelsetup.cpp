@@ -2,23 +2,16 @@
 
 #include <hostapi/apppaths.h>
 #include <hostapi/hostconfig.h>
+#include <hostapi/httpcloudchannel.h>
 #include <hostapi/serverregistry.h>
 #include <hostapi/servicesutil.h>
+#include <service/cloudservice.h>
+#include <service/embeddedchannel.h>
+#include <service/serviceseed.h>
 
 #include <QDir>
 
 #include <memory>
-
-#if __has_include(<hostapi/httpcloudchannel.h>)
-#include <hostapi/httpcloudchannel.h>
-#define VELORA_HAVE_HTTP_CHANNEL 1
-#endif
-#if __has_include(<service/embeddedchannel.h>) && defined(VELORA_HAVE_SERVICE)
-#include <service/cloudservice.h>
-#include <service/embeddedchannel.h>
-#include <service/serviceseed.h>
-#define VELORA_HAVE_EMBEDDED_CHANNEL 1
-#endif
 
 namespace {
 QString s_firstRunNote;
@@ -33,12 +26,9 @@ QString ChannelSetup::install()
 {
     const QString url = HostConfig::value(QStringLiteral("CloudUrl"));
     if (HostConfig::value(QStringLiteral("CloudChannel")) == QLatin1String("http") && !url.isEmpty()) {
-#ifdef VELORA_HAVE_HTTP_CHANNEL
         ServicesUtil::setChannel(std::make_shared<HttpCloudChannel>(url));
         return QStringLiteral("云服务器 %1").arg(url);
-#endif
     }
-#ifdef VELORA_HAVE_EMBEDDED_CHANNEL
     QDir().mkpath(embeddedDataDir());
     auto service = std::make_shared<CloudService>(embeddedDataDir());
     if (!service->openError().isEmpty()) {
@@ -49,10 +39,6 @@ QString ChannelSetup::install()
     s_firstRunNote = service->firstRunNotice();
     ServicesUtil::setChannel(std::make_shared<EmbeddedChannel>(service));
     return QStringLiteral("嵌入式云服务");
-#else
-    ServicesUtil::setChannel(nullptr);
-    return QString();
-#endif
 }
 
 QString ChannelSetup::firstRunNote()
@@ -62,7 +48,6 @@ QString ChannelSetup::firstRunNote()
 
 QString ChannelSetup::signInDemo()
 {
-#ifdef VELORA_HAVE_EMBEDDED_CHANNEL
     ServerRegistry *registry = ServerRegistry::instance();
     const QString failure = registry->loginKorvane(ServiceSeed::DemoUser, ServiceSeed::DemoPassword);
     if (!failure.isEmpty())
@@ -75,7 +60,4 @@ QString ChannelSetup::signInDemo()
             return registry->loginEnterprise(i, ServiceSeed::DemoUser, ServiceSeed::DemoPassword);
     }
     return QString();
-#else
-    return QStringLiteral("没有演示账号");
-#endif
 }

@@ -9,15 +9,10 @@
 #include <hostapi/exceptionguard.h>
 #include <hostapi/messagebox.h>
 #include <hostapi/rurecordcontrol.h>
-#include <hostapi/staticpriloginobj.h>
-#include <hostapi/users.h>
-
-#ifdef VELORA_HAVE_USERLOGIN
-#include <hostapi/userlogin.h>
-#endif
-#ifdef VELORA_HAVE_SERVERREGISTRY
 #include <hostapi/serverregistry.h>
-#endif
+#include <hostapi/staticpriloginobj.h>
+#include <hostapi/userlogin.h>
+#include <hostapi/users.h>
 
 #include <QAction>
 #include <QHeaderView>
@@ -121,10 +116,6 @@ void MainWindow::buildMenus()
     m_loginAction->setObjectName(QStringLiteral("actLogin"));
     m_logoutAction = account->addAction(QStringLiteral("退出登录"), this, &MainWindow::logout);
     m_logoutAction->setObjectName(QStringLiteral("actLogout"));
-#ifndef VELORA_HAVE_USERLOGIN
-    m_loginAction->setEnabled(false);
-    m_loginAction->setToolTip(QStringLiteral("登录功能尚未接入"));
-#endif
 }
 
 void MainWindow::buildModuleMenu()
@@ -179,7 +170,6 @@ QString MainWindow::loginStateText() const
     if (!kvy->IsLogin())
         return QStringLiteral("Korvane云：未登录");
     QString text = QStringLiteral("Korvane云：已登录（%1）").arg(kvy->userName());
-#ifdef VELORA_HAVE_SERVERREGISTRY
     QStringList enterprises;
     for (LtdInfo *s : ServerRegistry::instance()->servers()) {
         if (s->kind() == QLatin1String("pri") && s->getServerLogin())
@@ -187,7 +177,6 @@ QString MainWindow::loginStateText() const
     }
     if (!enterprises.isEmpty())
         text += QStringLiteral("　企业云：%1").arg(enterprises.join(QStringLiteral("、")));
-#endif
     return text;
 }
 
@@ -205,22 +194,15 @@ void MainWindow::setChannelText(const QString &text)
 
 void MainWindow::login()
 {
-#ifdef VELORA_HAVE_USERLOGIN
     userLogin dialog(this);
     dialog.SetKvyLoginSueecss([this] { refreshLoginState(); });
     dialog.KvyExec();
-#endif
     refreshLoginState();
 }
 
 void MainWindow::logout()
 {
-#ifdef VELORA_HAVE_SERVERREGISTRY
     ServerRegistry::instance()->logoutKorvane(false);
-#else
-    Users::Instance()->Kvy()->setLogout();
-    emit staticPriLoginObj::GetInstance()->kvyExit();
-#endif
     refreshLoginState();
 }
 

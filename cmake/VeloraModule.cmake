@@ -13,3 +13,4 @@ target_include_directories(velora_module PUBLIC
   "$<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}>"
   "$<INSTALL_INTERFACE:include/velora>")
 target_link_libraries(velora_module PUBLIC velora_hostapi velora_resources)
+velora_precompile(velora_module WIDGETS)

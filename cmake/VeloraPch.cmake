@@ -1,0 +1,44 @@
+# Precompiled Qt headers in three sets, each a superset of the one before:
+# CORE (Qt Core only, for the GUI-free targets), WIDGETS (adds Gui and Widgets)
+# and TEST (adds QtTest). Each set is compiled once, by a small object library
+# of its own, and every target of that kind reuses the file. GCC accepts it
+# where the code model and options match (all targets are -fPIC: Qt adds it to
+# executables too) and the target defines at least what the owner defined, so
+# each owner links only the Qt modules of its set. A rejected header shows as
+# an "invalid-pch" warning. -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON builds
+# without them.
+set(_velora_pch_CORE
+  <QByteArray> <QCoreApplication> <QDateTime> <QDir> <QFile> <QHash> <QJsonArray>
+  <QJsonDocument> <QJsonObject> <QJsonValue> <QList> <QMap> <QMutex> <QObject>
+  <QPointer> <QString> <QStringList> <QVariant> <QVector>)
+set(_velora_pch_WIDGETS ${_velora_pch_CORE}
+  <QAbstractItemModel> <QApplication> <QColor> <QComboBox> <QDialog> <QHBoxLayout>
+  <QHeaderView> <QLabel> <QLineEdit> <QMouseEvent> <QPainter> <QPushButton>
+  <QTableView> <QTreeView> <QVBoxLayout> <QWidget>)
+set(_velora_pch_TEST ${_velora_pch_WIDGETS} <QtConcurrent> <QtTest>)
+
+set(_velora_pch_source "${CMAKE_BINARY_DIR}/velora_pch.cpp")
+file(CONFIGURE OUTPUT "${_velora_pch_source}" CONTENT "// Compiles a precompiled header set.\n")
+foreach(_set IN ITEMS CORE WIDGETS TEST)
+  string(TOLOWER "velora_pch_${_set}" _owner)
+  add_library(${_owner} OBJECT EXCLUDE_FROM_ALL "${_velora_pch_source}")
+  target_precompile_headers(${_owner} PRIVATE ${_velora_pch_${_set}})
+endforeach()
+target_link_libraries(velora_pch_core PRIVATE Qt5::Core)
+target_link_libraries(velora_pch_widgets PRIVATE Qt5::Widgets)
+target_link_libraries(velora_pch_test PRIVATE Qt5::Widgets Qt5::Concurrent Qt5::Test)
+
+# Reuses the precompiled header set CORE, WIDGETS or TEST in `target`.
+function(velora_precompile target set)
+  string(TOLOWER "velora_pch_${set}" _owner)
+  target_precompile_headers(${target} REUSE_FROM ${_owner})
+endfunction()
+
+# ccache caches a compile that includes a precompiled header only when it need
+# not hash the defines and time macros, nor refuse the header for being newer
+# than the compile's start; a fresh machine has none of that in its ccache.conf.
+if(CCACHE_PROGRAM AND NOT CMAKE_DISABLE_PRECOMPILE_HEADERS)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+    "CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime"
+    "${CCACHE_PROGRAM}")
+endif()
