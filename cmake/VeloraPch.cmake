@@ -26,7 +26,7 @@ foreach(_set IN ITEMS CORE WIDGETS TEST)
 endforeach()
 target_link_libraries(velora_pch_core PRIVATE Qt5::Core)
 target_link_libraries(velora_pch_widgets PRIVATE Qt5::Widgets)
-target_link_libraries(velora_pch_test PRIVATE Qt5::Widgets Qt5::Concurrent Qt5::Test)
+target_link_libraries(velora_pch_test PRIVATE Qt5::Widgets Qt5::Network Qt5::Concurrent Qt5::Test)
 
 # Reuses the precompiled header set CORE, WIDGETS or TEST in `target`.
 function(velora_precompile target set)

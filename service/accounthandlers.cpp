@@ -15,25 +15,15 @@ QJsonObject entry(const QString &name, const QString &token, int type, int qyid,
                        {QStringLiteral("kind"), kind}, {QStringLiteral("login"), login}};
 }
 
-QJsonObject ok(const QJsonValue &data = QJsonValue())
-{
-    return QJsonObject{{QStringLiteral("data"), data}};
-}
-
-}
-
-AccountHandlers::AccountHandlers(const ServiceContext &context)
-    : m_context(context)
-{
 }
 
 void AccountHandlers::registerOn(QHash<QString, MethodHandler> &table)
 {
-    table.insert(QStringLiteral("getserverlist"), [this](const RequestContext &r) { return serverList(r); });
-    table.insert(QStringLiteral("login"), [this](const RequestContext &r) { return login(r); });
-    table.insert(QStringLiteral("logout"), [this](const RequestContext &r) { return logout(r); });
-    table.insert(QStringLiteral("enterpriselogin"), [this](const RequestContext &r) { return enterpriseLogin(r); });
-    table.insert(QStringLiteral("enterpriselogout"), [this](const RequestContext &r) { return enterpriseLogout(r); });
+    add(table, "getserverlist", &AccountHandlers::serverList);
+    add(table, "login", &AccountHandlers::login);
+    add(table, "logout", &AccountHandlers::logout);
+    add(table, "enterpriselogin", &AccountHandlers::enterpriseLogin);
+    add(table, "enterpriselogout", &AccountHandlers::enterpriseLogout);
 }
 
 QJsonObject AccountHandlers::serverList(const RequestContext &request)

@@ -1,16 +1,14 @@
 #pragma once
 #include "accountstore.h"
-#include "servicecontext.h"
-
-#include <QHash>
+#include "handlergroup.h"
 
 // Host-only calls about logins and the server list: "getserverlist",
 // "login", "logout", "enterpriselogin", "enterpriselogout".
-class AccountHandlers
+class AccountHandlers : public HandlerGroup
 {
 public:
-    explicit AccountHandlers(const ServiceContext &context);
-    void registerOn(QHash<QString, MethodHandler> &table);
+    using HandlerGroup::HandlerGroup;
+    void registerOn(QHash<QString, MethodHandler> &table) override;
 
 private:
     QJsonObject serverList(const RequestContext &request);
@@ -19,6 +17,4 @@ private:
     QJsonObject enterpriseLogin(const RequestContext &request);
     QJsonObject enterpriseLogout(const RequestContext &request);
     QString materialServerToken(const AccountStore::Session &session, int enterpriseId);
-
-    ServiceContext m_context;
 };

@@ -8,54 +8,21 @@
 #include <QJsonArray>
 #include <QSqlQuery>
 
-namespace {
-
-constexpr int kMaxLibraryName = 50;
-
-QJsonObject ok(const QJsonValue &data = QJsonValue())
-{
-    return QJsonObject{{QStringLiteral("data"), data}};
-}
-
-QString checkedLibraryName(const QString &raw)
-{
-    const QString name = raw.trimmed();
-    if (name.isEmpty())
-        throw ServiceError(ServiceError::BadRequest, QStringLiteral("清单库名称不能为空"));
-    if (name.size() > kMaxLibraryName)
-        throw ServiceError(ServiceError::BadRequest, QStringLiteral("清单库名称不能超过50个字符"));
-    return name;
-}
-
-}
-
-LibraryHandlers::LibraryHandlers(const ServiceContext &context)
-    : m_context(context)
-{
-}
-
 void LibraryHandlers::registerOn(QHash<QString, MethodHandler> &table)
 {
-    table.insert(QStringLiteral("getBZQDKList"), [this](const RequestContext &r) { return libraryList(r); });
-    table.insert(QStringLiteral("getQDKQX"), [this](const RequestContext &r) { return libraryPermission(r); });
-    table.insert(QStringLiteral("editNZQDK"), [this](const RequestContext &r) { return editLibrary(r); });
-    table.insert(QStringLiteral("listeditpermissionjudgmentforperson"),
-                 [this](const RequestContext &r) { return editPermission(r, TierScope::PersonalOnly); });
-    table.insert(QStringLiteral("listeditpermissionjudgmentforenterprise"),
-                 [this](const RequestContext &r) { return editPermission(r, TierScope::EnterpriseOrKorvane); });
-    table.insert(QStringLiteral("getchaptertreeforperson"),
-                 [this](const RequestContext &r) { return chapterTree(r, TierScope::PersonalOnly); });
-    table.insert(QStringLiteral("getchaptertreeforkv"),
-                 [this](const RequestContext &r) { return chapterTree(r, TierScope::KorvaneOnly); });
-    table.insert(QStringLiteral("getchaptertreeforenterprise"),
-                 [this](const RequestContext &r) { return chapterTree(r, TierScope::EnterpriseOrKorvane); });
-    table.insert(QStringLiteral("listsavingtaskbeginforperson"),
-                 [this](const RequestContext &r) { return beginSavingTask(r, TierScope::PersonalOnly); });
-    table.insert(QStringLiteral("listsavingtaskbeginforenterprise"),
-                 [this](const RequestContext &r) { return beginSavingTask(r, TierScope::EnterpriseOrKorvane); });
-    table.insert(QStringLiteral("personchapterinfoforuploadqd"),
-                 [this](const RequestContext &r) { return chapterInfoForUpload(r); });
-    table.insert(QStringLiteral("uploadsavingtaskbills"), [this](const RequestContext &r) { return uploadTaskBills(r); });
+    add(table, "getBZQDKList", &LibraryHandlers::libraryList);
+    add(table, "getQDKQX", &LibraryHandlers::libraryPermission);
+    add(table, "editNZQDK", &LibraryHandlers::editLibrary);
+    add(table, "listeditpermissionjudgmentforperson", &LibraryHandlers::editPermission, TierScope::PersonalOnly);
+    add(table, "listeditpermissionjudgmentforenterprise", &LibraryHandlers::editPermission,
+        TierScope::EnterpriseOrKorvane);
+    add(table, "getchaptertreeforperson", &LibraryHandlers::chapterTree, TierScope::PersonalOnly);
+    add(table, "getchaptertreeforkv", &LibraryHandlers::chapterTree, TierScope::KorvaneOnly);
+    add(table, "getchaptertreeforenterprise", &LibraryHandlers::chapterTree, TierScope::EnterpriseOrKorvane);
+    add(table, "listsavingtaskbeginforperson", &LibraryHandlers::beginSavingTask, TierScope::PersonalOnly);
+    add(table, "listsavingtaskbeginforenterprise", &LibraryHandlers::beginSavingTask, TierScope::EnterpriseOrKorvane);
+    add(table, "personchapterinfoforuploadqd", &LibraryHandlers::chapterInfoForUpload);
+    add(table, "uploadsavingtaskbills", &LibraryHandlers::uploadTaskBills);
 }
 
 BillStore::Library LibraryHandlers::ownLibrary(const TierScope &scope, const QString &id)
@@ -104,7 +71,7 @@ QJsonObject LibraryHandlers::editLibrary(const RequestContext &request)
     switch (czlx) {
     case 0: {
         scope.requireWrite();
-        const QString name = checkedLibraryName(RequestContext::textIn(para, QStringLiteral("qdkmc"), false, 200));
+        const QString name = checkedName(RequestContext::textIn(para, QStringLiteral("qdkmc"), false, 200), QStringLiteral("清单库"));
         m_context.db->write([&] {
             if (store.libraryNameTaken(scope.tier(), scope.owner(), name))
                 throw ServiceError(ServiceError::Conflict, QStringLiteral("清单库名称已存在"));
@@ -114,7 +81,7 @@ QJsonObject LibraryHandlers::editLibrary(const RequestContext &request)
     }
     case 1: {
         scope.requireWrite();
-        const QString name = checkedLibraryName(RequestContext::textIn(para, QStringLiteral("qdkmc"), false, 200));
+        const QString name = checkedName(RequestContext::textIn(para, QStringLiteral("qdkmc"), false, 200), QStringLiteral("清单库"));
         const BillStore::Library library = ownLibrary(scope, qdkid);
         m_context.db->write([&] {
             if (store.libraryNameTaken(scope.tier(), scope.owner(), name, library.id))

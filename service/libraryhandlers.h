@@ -1,19 +1,17 @@
 #pragma once
 #include "billstore.h"
-#include "servicecontext.h"
+#include "handlergroup.h"
 #include "tierscope.h"
-
-#include <QHash>
 
 // Bill libraries, chapter trees and bill-saving tasks: "getBZQDKList",
 // "getQDKQX", "editNZQDK", "listeditpermissionjudgment...",
 // "getchaptertree...", "listsavingtaskbegin...", "personchapterinfoforuploadqd"
 // and the host's "uploadsavingtaskbills".
-class LibraryHandlers
+class LibraryHandlers : public HandlerGroup
 {
 public:
-    explicit LibraryHandlers(const ServiceContext &context);
-    void registerOn(QHash<QString, MethodHandler> &table);
+    using HandlerGroup::HandlerGroup;
+    void registerOn(QHash<QString, MethodHandler> &table) override;
 
 private:
     QJsonObject libraryList(const RequestContext &request);
@@ -28,6 +26,4 @@ private:
     // The library `id` (text) of the scope's tier; throws NotFound otherwise.
     BillStore::Library ownLibrary(const TierScope &scope, const QString &id);
     QJsonArray chapterRecords(BillStore &store, int libraryId, const QString &parentId, bool subtree);
-
-    ServiceContext m_context;
 };

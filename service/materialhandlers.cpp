@@ -12,45 +12,21 @@
 
 namespace {
 
-constexpr int kMaxName = 50;
 constexpr int kMaxRecordsPerMaterial = 20;
 constexpr double kTaxFactor = 1.13;
 
-QJsonObject ok(const QJsonValue &data = QJsonValue())
-{
-    return QJsonObject{{QStringLiteral("data"), data}};
-}
-
-QString checkedName(const QString &raw)
-{
-    const QString name = raw.trimmed();
-    if (name.isEmpty())
-        throw ServiceError(ServiceError::BadRequest, QStringLiteral("价表名称不能为空"));
-    if (name.size() > kMaxName)
-        throw ServiceError(ServiceError::BadRequest, QStringLiteral("价表名称不能超过50个字符"));
-    return name;
-}
-
-}
-
-MaterialHandlers::MaterialHandlers(const ServiceContext &context)
-    : m_context(context)
-{
 }
 
 void MaterialHandlers::registerOn(QHash<QString, MethodHandler> &table)
 {
-    table.insert(QStringLiteral("materiallist"), [this](const RequestContext &r) { return personalList(r); });
-    table.insert(QStringLiteral("getenterprisepricelist"), [this](const RequestContext &r) { return enterpriseList(r); });
-    table.insert(QStringLiteral("personmaterialedit"), [this](const RequestContext &r) {
-        return editLibrary(r, TierScope::PersonalOnly, QStringLiteral("kmc"));
-    });
-    table.insert(QStringLiteral("enterprisematrialedit"), [this](const RequestContext &r) {
-        return editLibrary(r, TierScope::EnterpriseOrKorvane, QStringLiteral("kuName"));
-    });
-    table.insert(QStringLiteral("isauthorityforenterprise"), [this](const RequestContext &r) { return authority(r); });
-    table.insert(QStringLiteral("getmaterialcheckrecords"), [this](const RequestContext &r) { return checkRecords(r); });
-    table.insert(QStringLiteral("savematerialprices"), [this](const RequestContext &r) { return savePrices(r); });
+    add(table, "materiallist", &MaterialHandlers::personalList);
+    add(table, "getenterprisepricelist", &MaterialHandlers::enterpriseList);
+    add(table, "personmaterialedit", &MaterialHandlers::editLibrary, TierScope::PersonalOnly, QStringLiteral("kmc"));
+    add(table, "enterprisematrialedit", &MaterialHandlers::editLibrary, TierScope::EnterpriseOrKorvane,
+        QStringLiteral("kuName"));
+    add(table, "isauthorityforenterprise", &MaterialHandlers::authority);
+    add(table, "getmaterialcheckrecords", &MaterialHandlers::checkRecords);
+    add(table, "savematerialprices", &MaterialHandlers::savePrices);
 }
 
 QJsonArray MaterialHandlers::libraries(const TierScope &scope)
@@ -108,7 +84,7 @@ QJsonObject MaterialHandlers::editLibrary(const RequestContext &request, TierSco
     QString resultName;
     if (oper == 1) {
         scope.requireWrite();
-        resultName = checkedName(request.text(nameKey, false, 200));
+        resultName = checkedName(request.text(nameKey, false, 200), QStringLiteral("价表"));
         resultId = QStringLiteral("cj-") + PasswordHash::randomToken(8);
         db.write([&] {
             if (nameTaken(resultName, QString()))
@@ -119,7 +95,7 @@ QJsonObject MaterialHandlers::editLibrary(const RequestContext &request, TierSco
         });
     } else if (oper == 2) {
         scope.requireWrite();
-        resultName = checkedName(request.text(nameKey, false, 200));
+        resultName = checkedName(request.text(nameKey, false, 200), QStringLiteral("价表"));
         requireOwnLibrary(scope, id);
         db.write([&] {
             if (nameTaken(resultName, id))

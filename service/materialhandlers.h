@@ -1,17 +1,15 @@
 #pragma once
-#include "servicecontext.h"
+#include "handlergroup.h"
 #include "tierscope.h"
-
-#include <QHash>
 
 // Material price libraries: "materiallist", "getenterprisepricelist",
 // "personmaterialedit", "enterprisematrialedit", "isauthorityforenterprise",
 // and the host's "getmaterialcheckrecords" and "savematerialprices".
-class MaterialHandlers
+class MaterialHandlers : public HandlerGroup
 {
 public:
-    explicit MaterialHandlers(const ServiceContext &context);
-    void registerOn(QHash<QString, MethodHandler> &table);
+    using HandlerGroup::HandlerGroup;
+    void registerOn(QHash<QString, MethodHandler> &table) override;
 
 private:
     QJsonObject personalList(const RequestContext &request);
@@ -24,6 +22,4 @@ private:
     QJsonArray libraries(const TierScope &scope);
     // Throws NotFound unless `id` is a price library of the scope's tier.
     void requireOwnLibrary(const TierScope &scope, const QString &id);
-
-    ServiceContext m_context;
 };

@@ -12,11 +12,6 @@ constexpr int kMaxTagNum = 10;
 constexpr int kMaxPageSize = 50;
 constexpr int kSimilarPool = 50;
 
-QJsonObject ok(const QJsonValue &data = QJsonValue())
-{
-    return QJsonObject{{QStringLiteral("data"), data}};
-}
-
 QStringList textList(const QJsonArray &array)
 {
     QStringList list;
@@ -37,33 +32,19 @@ int checkedSourceMask(int mask)
 
 }
 
-PricingHandlers::PricingHandlers(const ServiceContext &context)
-    : m_context(context)
-{
-}
-
 void PricingHandlers::registerOn(QHash<QString, MethodHandler> &table)
 {
-    table.insert(QStringLiteral("getppqd"), [this](const RequestContext &r) { return matchedBills(r); });
-    const struct {
-        const char *name;
-        TierScope::Admits admits;
-    } infoMethods[] = {
-        {"intelligencezjforpersonprojectinfo", TierScope::PersonalOnly},
-        {"intelligencezjforkvprojectinfo", TierScope::KorvaneOnly},
-        {"intelligencezjforenterpriseprojectinfo", TierScope::EnterpriseOrKorvane},
-        {"personprojectinfoforsinglepricecheck", TierScope::PersonalOnly},
-        {"kvprojectinfoforsinglepricecheck", TierScope::KorvaneOnly},
-        {"enterpriseprojectinfoforsinglepricecheck", TierScope::EnterpriseOrKorvane},
-    };
-    for (const auto &m : infoMethods) {
-        const TierScope::Admits admits = m.admits;
-        table.insert(QString::fromLatin1(m.name), [this, admits](const RequestContext &r) { return projectInfo(r, admits); });
-    }
-    table.insert(QStringLiteral("matchqdtz"), [this](const RequestContext &r) { return featureMatches(r); });
-    table.insert(QStringLiteral("getgcsldata"), [this](const RequestContext &r) { return sourceInfo(r); });
-    table.insert(QStringLiteral("getsimilarbillprices"), [this](const RequestContext &r) { return similarBills(r); });
-    table.insert(QStringLiteral("getaccumulatedprojects"), [this](const RequestContext &r) { return accumulatedProjects(r); });
+    add(table, "getppqd", &PricingHandlers::matchedBills);
+    add(table, "intelligencezjforpersonprojectinfo", &PricingHandlers::projectInfo, TierScope::PersonalOnly);
+    add(table, "intelligencezjforkvprojectinfo", &PricingHandlers::projectInfo, TierScope::KorvaneOnly);
+    add(table, "intelligencezjforenterpriseprojectinfo", &PricingHandlers::projectInfo, TierScope::EnterpriseOrKorvane);
+    add(table, "personprojectinfoforsinglepricecheck", &PricingHandlers::projectInfo, TierScope::PersonalOnly);
+    add(table, "kvprojectinfoforsinglepricecheck", &PricingHandlers::projectInfo, TierScope::KorvaneOnly);
+    add(table, "enterpriseprojectinfoforsinglepricecheck", &PricingHandlers::projectInfo, TierScope::EnterpriseOrKorvane);
+    add(table, "matchqdtz", &PricingHandlers::featureMatches);
+    add(table, "getgcsldata", &PricingHandlers::sourceInfo);
+    add(table, "getsimilarbillprices", &PricingHandlers::similarBills);
+    add(table, "getaccumulatedprojects", &PricingHandlers::accumulatedProjects);
 }
 
 BillCatalog::Query PricingHandlers::billQuery(const QJsonObject &bill)

@@ -1,20 +1,18 @@
 #pragma once
 #include "billcatalog.h"
 #include "billstore.h"
-#include "servicecontext.h"
+#include "handlergroup.h"
 #include "tierscope.h"
-
-#include <QHash>
 
 // Matching and the information behind matched bills: "getppqd", the
 // project-information methods of pricing and of the unit-price check, and the
 // host's "matchqdtz", "getgcsldata", "getsimilarbillprices" and
 // "getaccumulatedprojects".
-class PricingHandlers
+class PricingHandlers : public HandlerGroup
 {
 public:
-    explicit PricingHandlers(const ServiceContext &context);
-    void registerOn(QHash<QString, MethodHandler> &table);
+    using HandlerGroup::HandlerGroup;
+    void registerOn(QHash<QString, MethodHandler> &table) override;
 
 private:
     QJsonObject matchedBills(const RequestContext &request);
@@ -30,6 +28,4 @@ private:
     // {"id", "qdly", "qdbh", ...}: one priced bill as the pricing browsers read it.
     QJsonObject pricedBill(const BillStore::Bill &bill, bool withComposition);
     QString uploaderName(const BillStore::Bill &bill, const BillStore::Project &project);
-
-    ServiceContext m_context;
 };

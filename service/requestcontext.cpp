@@ -15,6 +15,16 @@ ServiceError mistyped(const QString &key)
     return ServiceError(ServiceError::BadRequest, QStringLiteral("参数%1格式错误").arg(key));
 }
 
+// True when `v` holds no value (with `blankText`, a blank text is none too);
+// refuses a required field that has none.
+bool absent(const QJsonValue &v, const QString &key, bool required, bool blankText = false)
+{
+    const bool none = v.isUndefined() || v.isNull() || (blankText && v.isString() && v.toString().trimmed().isEmpty());
+    if (none && required)
+        throw missing(key);
+    return none;
+}
+
 }
 
 RequestContext::RequestContext(const QJsonObject &request, const QString &session)
@@ -68,11 +78,8 @@ QJsonObject RequestContext::object(const QString &key, bool required) const
 QString RequestContext::textIn(const QJsonObject &o, const QString &key, bool required, int maxLength)
 {
     const QJsonValue v = o.value(key);
-    if (v.isUndefined() || v.isNull()) {
-        if (required)
-            throw missing(key);
+    if (absent(v, key, required))
         return QString();
-    }
     QString text;
     if (v.isString())
         text = v.toString();
@@ -90,11 +97,8 @@ QString RequestContext::textIn(const QJsonObject &o, const QString &key, bool re
 int RequestContext::integerIn(const QJsonObject &o, const QString &key, bool required, int fallback)
 {
     const QJsonValue v = o.value(key);
-    if (v.isUndefined() || v.isNull() || (v.isString() && v.toString().trimmed().isEmpty())) {
-        if (required)
-            throw missing(key);
+    if (absent(v, key, required, true))
         return fallback;
-    }
     if (v.isDouble()) {
         const double d = v.toDouble();
         if (std::isfinite(d) && d == std::floor(d) && std::fabs(d) < 2147483647.0)
@@ -113,11 +117,8 @@ int RequestContext::integerIn(const QJsonObject &o, const QString &key, bool req
 double RequestContext::numberIn(const QJsonObject &o, const QString &key, bool required, double fallback)
 {
     const QJsonValue v = o.value(key);
-    if (v.isUndefined() || v.isNull() || (v.isString() && v.toString().trimmed().isEmpty())) {
-        if (required)
-            throw missing(key);
+    if (absent(v, key, required, true))
         return fallback;
-    }
     double d = 0.0;
     bool ok = v.isDouble();
     if (ok)
@@ -132,11 +133,8 @@ double RequestContext::numberIn(const QJsonObject &o, const QString &key, bool r
 QJsonArray RequestContext::arrayIn(const QJsonObject &o, const QString &key, bool required, int maxSize)
 {
     const QJsonValue v = o.value(key);
-    if (v.isUndefined() || v.isNull()) {
-        if (required)
-            throw missing(key);
+    if (absent(v, key, required))
         return QJsonArray();
-    }
     if (!v.isArray())
         throw mistyped(key);
     const QJsonArray a = v.toArray();
@@ -148,11 +146,8 @@ QJsonArray RequestContext::arrayIn(const QJsonObject &o, const QString &key, boo
 QJsonObject RequestContext::objectIn(const QJsonObject &o, const QString &key, bool required)
 {
     const QJsonValue v = o.value(key);
-    if (v.isUndefined() || v.isNull()) {
-        if (required)
-            throw missing(key);
+    if (absent(v, key, required))
         return QJsonObject();
-    }
     if (!v.isObject())
         throw mistyped(key);
     return v.toObject();

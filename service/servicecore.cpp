@@ -50,14 +50,12 @@ void ServiceCore::open(CloudService::Seed seed)
     m_catalog->load();
     m_context.catalog = m_catalog.get();
 
-    m_accountHandlers = std::make_unique<AccountHandlers>(m_context);
-    m_accountHandlers->registerOn(m_table);
-    m_libraryHandlers = std::make_unique<LibraryHandlers>(m_context);
-    m_libraryHandlers->registerOn(m_table);
-    m_pricingHandlers = std::make_unique<PricingHandlers>(m_context);
-    m_pricingHandlers->registerOn(m_table);
-    m_materialHandlers = std::make_unique<MaterialHandlers>(m_context);
-    m_materialHandlers->registerOn(m_table);
+    m_handlers.push_back(std::make_unique<AccountHandlers>(m_context));
+    m_handlers.push_back(std::make_unique<LibraryHandlers>(m_context));
+    m_handlers.push_back(std::make_unique<PricingHandlers>(m_context));
+    m_handlers.push_back(std::make_unique<MaterialHandlers>(m_context));
+    for (const auto &group : m_handlers)
+        group->registerOn(m_table);
 }
 
 QJsonObject ServiceCore::handle(const QJsonObject &request, const QString &session)

@@ -7,13 +7,11 @@
 #include <QString>
 
 #include <memory>
+#include <vector>
 
-class AccountHandlers;
 class AccountStore;
 class BillCatalog;
-class LibraryHandlers;
-class MaterialHandlers;
-class PricingHandlers;
+class HandlerGroup;
 class ServiceDb;
 
 // The service behind CloudService: storage, accounts, the matcher and the
@@ -41,9 +39,6 @@ private:
     std::unique_ptr<AccountStore> m_accounts;
     std::unique_ptr<BillCatalog> m_catalog;
     ServiceContext m_context;
-    std::unique_ptr<AccountHandlers> m_accountHandlers;
-    std::unique_ptr<LibraryHandlers> m_libraryHandlers;
-    std::unique_ptr<PricingHandlers> m_pricingHandlers;
-    std::unique_ptr<MaterialHandlers> m_materialHandlers;
+    std::vector<std::unique_ptr<HandlerGroup>> m_handlers;
     QHash<QString, MethodHandler> m_table;
 };
