@@ -1,12 +1,13 @@
 # Precompiled Qt headers in three sets, each a superset of the one before:
-# CORE (Qt Core only, for the GUI-free targets), WIDGETS (adds Gui and Widgets)
-# and TEST (adds QtTest). Each set is compiled once, by a small object library
-# of its own, and every target of that kind reuses the file. GCC accepts it
-# where the code model and options match (all targets are -fPIC: Qt adds it to
-# executables too) and the target defines at least what the owner defined, so
-# each owner links only the Qt modules of its set. A rejected header shows as
-# an "invalid-pch" warning. -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON builds
-# without them.
+# CORE (Qt Core, for the GUI-free targets), WIDGETS (adds Gui and Widgets) and
+# TEST (adds QtTest). Each set is compiled once, by a small object library of
+# its own, and reused by every target of its kind. GCC takes the file only
+# where the code model and options match (every target is -fPIC: Qt adds it to
+# executables too) and the target defines every macro the owner defined and
+# none more that the headers test. So each owner links the fewest Qt modules;
+# QtTest's header tests QT_NETWORK_LIB, hence Network for TEST. A rejected
+# file shows as an "invalid-pch" warning. -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON
+# builds without them.
 set(_velora_pch_CORE
   <QByteArray> <QCoreApplication> <QDateTime> <QDir> <QFile> <QHash> <QJsonArray>
   <QJsonDocument> <QJsonObject> <QJsonValue> <QList> <QMap> <QMutex> <QObject>
