@@ -35,9 +35,10 @@ function(velora_precompile target set)
   target_precompile_headers(${target} REUSE_FROM ${_owner})
 endfunction()
 
-# ccache caches a compile that includes a precompiled header only when it need
-# not hash the defines and time macros, nor refuse the header for being newer
-# than the compile's start; a fresh machine has none of that in its ccache.conf.
+# ccache caches a compile that uses a precompiled header only with these
+# sloppiness options: it cannot see the defines and time macros inside the
+# header, and the header is always newer than the compile's start. A fresh
+# machine has none of them in its ccache.conf, so the build sets them.
 if(CCACHE_PROGRAM AND NOT CMAKE_DISABLE_PRECOMPILE_HEADERS)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
     "CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime"
