@@ -261,5 +261,5 @@ QWidget *MainWindow::openEntry(const QString &id)
     if (!entry || !entry->open)
         return nullptr;
     const std::function<QWidget *(HostContext &)> open = entry->open;
-    return GUARDED("VeloraHost", "MainWindow::openEntry", [&]() -> QWidget * { return open(m_context); });
+    return GUARDED("VeloraHost", [&]() -> QWidget * { return open(m_context); });
 }

@@ -17,16 +17,11 @@
 #include <QVBoxLayout>
 
 InfluenceFactorDialog::InfluenceFactorDialog(const InfluenceFactorLayout &layout, QWidget *parent)
-    : zTitleModal(parent), m_layout(layout)
+    : zTitleModal(parent), m_layout(layout), m_site(layout.sourceName, this)
 {
     SetCaption(QStringLiteral("影响因素"));
     OnlyClose();
     setScaledFixedSize(420, 210);
-}
-
-QByteArray InfluenceFactorDialog::qualified(const char *member) const
-{
-    return QByteArray(m_layout.className) + "::" + member;
 }
 
 QPushButton *InfluenceFactorDialog::makeButton(const QString &text, const QString &name)
@@ -38,7 +33,7 @@ QPushButton *InfluenceFactorDialog::makeButton(const QString &text, const QStrin
 
 void InfluenceFactorDialog::CreateUI()
 {
-    GUARDED(m_layout.sourceName, qualified("CreateUI").constData(), [&] {
+    GUARDED(m_site, [&] {
         if (m_comSj)
             return;
         m_comSj = new QLineEdit(clientWidget());
@@ -93,7 +88,7 @@ void InfluenceFactorDialog::CreateUI()
 
 void InfluenceFactorDialog::InitUI()
 {
-    GUARDED(m_layout.sourceName, qualified("InitUI").constData(), [&] {
+    GUARDED(m_site, [&] {
         if (!m_comSj)
             return;
         m_comSj->setText(m_timeText);
@@ -136,7 +131,7 @@ QStringList InfluenceFactorDialog::nextPageData(const QString &name, const QList
 
 void InfluenceFactorDialog::pickTime()
 {
-    GUARDED(m_layout.sourceName, qualified("slotComSjClicked").constData(), [&] { pickTimeUnguarded(); });
+    GUARDED(m_site, [&] { pickTimeUnguarded(); });
 }
 
 void InfluenceFactorDialog::pickTimeUnguarded()
@@ -157,7 +152,7 @@ void InfluenceFactorDialog::pickTimeUnguarded()
 
 void InfluenceFactorDialog::pickPlace()
 {
-    GUARDED(m_layout.sourceName, qualified("slotComDdClicked").constData(), [&] { pickPlaceUnguarded(); });
+    GUARDED(m_site, [&] { pickPlaceUnguarded(); });
 }
 
 void InfluenceFactorDialog::pickPlaceUnguarded()
@@ -191,7 +186,7 @@ void InfluenceFactorDialog::pickPlaceUnguarded()
 
 void InfluenceFactorDialog::clearPlace()
 {
-    GUARDED(m_layout.sourceName, qualified("slotBtnXgClicked").constData(), [&] {
+    GUARDED(m_site, [&] {
         m_placeId.clear();
         if (m_comDd && m_comDd->text() != QStringLiteral("无"))
             m_comDd->setText(QStringLiteral("无"));
@@ -200,7 +195,7 @@ void InfluenceFactorDialog::clearPlace()
 
 void InfluenceFactorDialog::confirm()
 {
-    GUARDED(m_layout.sourceName, qualified("okButton").constData(), [&] {
+    GUARDED(m_site, [&] {
         if (!m_comSj)
             return;
         m_confirmed = true;

@@ -1,5 +1,5 @@
 #include "accumulatedprojectquery.h"
-#include "hostenvelope.h"
+#include "cloudenvelope.h"
 #include "ltdinfo.h"
 
 #include <QJsonArray>
@@ -22,7 +22,7 @@ QJsonObject AccumulatedProjectQuery::buildRequest(const LtdInfo &server, int gcT
         fields.insert(QStringLiteral("gcType"), gcType);
     if (!conditionNull && !keyword.trimmed().isEmpty())
         fields.insert(QStringLiteral("keyword"), keyword.trimmed());
-    return HostEnvelope::tiered(QStringLiteral("getaccumulatedprojects"), server, fields);
+    return CloudEnvelope::tiered(QStringLiteral("getaccumulatedprojects"), server, fields);
 }
 
 bool AccumulatedProjectQuery::readReply(const QByteArray &bytes, QList<QJsonObject> *projects, QString *error)

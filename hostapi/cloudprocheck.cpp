@@ -81,7 +81,7 @@ void CloudProCheck::buildUi()
 
 bool CloudProCheck::InitGcInfo()
 {
-    return GUARDED_OR(false, "CloudProCheck", "CloudProCheck::InitGcInfo", [&] {
+    return GUARDED_OR(false, "CloudProCheck", [&] {
         if (!m_hasServer) {
             showInformation(QStringLiteral("请选择服务器"), this);
             return false;

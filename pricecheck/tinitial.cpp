@@ -1,6 +1,5 @@
 #include "tinitial.h"
 
-#include <cloud/cloudserverchoice.h>
 #include <cloud/tqdtjyjc_yxys.h>
 
 #include <hostapi/cloudservercombox.h>
@@ -15,7 +14,6 @@
 
 namespace {
 const char kSource[] = "Qddjyjc";
-const int kPlaceLineLength = 11;
 }
 
 TInitial::TInitial(QWidget *parent)
@@ -32,7 +30,7 @@ QLabel *TInitial::label(const QString &text, const QString &name)
 
 void TInitial::CreateUI()
 {
-    GUARDED(kSource, "TInitial::CreateUI", [&] {
+    GUARDED(kSource, [&] {
         if (m_lblYxys)
             return;
         QFont small = font();
@@ -44,7 +42,7 @@ void TInitial::CreateUI()
         m_lblDd = label(QStringLiteral("地点:"), QStringLiteral("lblDd"));
         m_lblDdsz = label(QString(), QStringLiteral("lblDdsz"));
         m_lblHb = label(QStringLiteral("海拔:"), QStringLiteral("lblHb"));
-        m_lblHbsz = label(QStringLiteral("<2.0km"), QStringLiteral("lblHbsz"));
+        m_lblHbsz = label(m_inputs.altitude(), QStringLiteral("lblHbsz"));
         m_lblHbsz->setTextFormat(Qt::PlainText);
         m_lblYyfw = label(QStringLiteral("应用范围:"), QStringLiteral("lblYyfw"));
         m_lblDqjjb = label(QString(), QStringLiteral("lblDqjjb"));
@@ -61,8 +59,7 @@ void TInitial::CreateUI()
         buildLayout();
         connect(m_btnXg, &QPushButton::clicked, this, &TInitial::Modify);
 
-        m_servers = new CloudServerChoice(m_comServer, this);
-        m_servers->start();
+        startServerChoice(m_comServer, GuardSite(kSource, this));
     });
 }
 
@@ -93,54 +90,33 @@ void TInitial::buildLayout()
     page->addStretch();
 }
 
-LtdInfo *TInitial::getCurrServer() const
-{
-    return GUARDED_OR(static_cast<LtdInfo *>(nullptr), kSource, "TInitial::getCurrServer",
-                      [&] { return m_servers ? m_servers->getCurrServer() : nullptr; });
-}
-
-bool TInitial::getOwnerLogin() const
-{
-    return m_servers && m_servers->getOwnerLogin();
-}
-
 QString TInitial::getsj() const
 {
-    return GUARDED(kSource, "TInitial::getsj", [&] {
-        const QString text = m_lblSjsz ? m_lblSjsz->text() : QString();
-        return text.contains(QLatin1Char('-')) ? text.split(QLatin1Char('-')).value(1) : text;
-    });
+    return m_inputs.checkTime();
 }
 
 QString TInitial::getdd() const
 {
-    return m_lblDdsz ? m_lblDdsz->text() : QString();
-}
-
-QString TInitial::placeLabelText(const QString &place)
-{
-    if (place.isEmpty())
-        return QStringLiteral("无");
-    QString text = place;
-    if (text.size() > kPlaceLineLength)
-        text.insert(kPlaceLineLength, QLatin1Char('\n'));
-    return text;
+    return m_inputs.placeLabel();
 }
 
 void TInitial::setLblSjsz(const QString &text)
 {
+    m_inputs.setTime(text);
     if (m_lblSjsz)
         m_lblSjsz->setText(text);
 }
 
 void TInitial::setLblDdsz(const QString &text)
 {
+    m_inputs.setPlace(text);
     if (m_lblDdsz)
-        m_lblDdsz->setText(placeLabelText(text));
+        m_lblDdsz->setText(m_inputs.placeLabel());
 }
 
 void TInitial::setLblHbsz(const QString &text)
 {
+    m_inputs.setAltitude(text);
     if (m_lblHbsz)
         m_lblHbsz->setText(text);
 }
@@ -151,45 +127,9 @@ void TInitial::setLblDqjjb(const QString &text)
         m_lblDqjjb->setText(text);
 }
 
-void TInitial::readSetting()
-{
-    if (m_servers)
-        m_servers->readSetting();
-}
-
-void TInitial::requestServerList()
-{
-    if (m_servers)
-        m_servers->requestServerList();
-}
-
-void TInitial::resetData()
-{
-    if (m_servers)
-        m_servers->resetData();
-}
-
-void TInitial::slotSaveCurrServer(int index)
-{
-    if (m_servers)
-        m_servers->slotSaveCurrServer(index);
-}
-
-void TInitial::loginSuccessKv()
-{
-    if (m_servers)
-        m_servers->loginSuccessKv();
-}
-
-void TInitial::loginSuccessPri()
-{
-    if (m_servers)
-        m_servers->loginSuccessPri();
-}
-
 void TInitial::slotTimeAndPathChanged(const QString &sj, const QString &dd)
 {
-    GUARDED(kSource, "TInitial::slotTimeAndPathChanged", [&] {
+    GUARDED(kSource, [&] {
         setLblSjsz(sj);
         setLblDdsz(dd);
     });
@@ -197,25 +137,21 @@ void TInitial::slotTimeAndPathChanged(const QString &sj, const QString &dd)
 
 void TInitial::Modify()
 {
-    GUARDED(kSource, "TInitial::Modify", [&] {
+    GUARDED(kSource, [&] {
         if (!m_lblSjsz || m_yxys)
             return;
         QPointer<TInitial> self(this);
         m_yxys = new TQdtjyjc_Yxys(this);
         m_yxys->CreateUI();
-        m_yxys->setComSjText(m_lblSjsz->text());
-        m_yxys->setComDdText(QString(m_lblDdsz->text()).remove(QLatin1Char('\n')));
+        m_yxys->setComSjText(m_inputs.time());
+        m_yxys->setComDdText(m_inputs.placeText());
         connect(m_yxys.data(), &InfluenceFactorDialog::signalTimeAndPath, this, &TInitial::slotTimeAndPathChanged);
         ModalRun::exec(m_yxys);
         if (!self)
             return;
         const bool sync = m_yxys && m_yxys->getChecked();
         delete m_yxys;
-        if (!sync)
-            return;
-        QString place = QString(m_lblDdsz->text()).remove(QLatin1Char('\n'));
-        if (place == QStringLiteral("无"))
-            place.clear();
-        emit signalYxysChanged(m_lblSjsz->text(), place);
+        if (sync)
+            emit signalYxysChanged(m_inputs.time(), m_inputs.place());
     });
 }

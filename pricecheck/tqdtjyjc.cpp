@@ -7,11 +7,8 @@
 
 #include <hostapi/exceptionguard.h>
 #include <hostapi/interfaceadaptation.h>
-#include <hostapi/staticpriloginobj.h>
 #include <hostapi/ztabcontent.h>
 
-#include <QCloseEvent>
-#include <QDate>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -62,7 +59,7 @@ QLabel *TQdtjyjc::rule(const QString &name)
 
 void TQdtjyjc::CreateUI()
 {
-    GUARDED(kSource, "TQdtjyjc::CreateUI", [&] {
+    GUARDED(kSource, [&] {
         if (m_pages)
             return;
         m_lblTitle = new QLabel(QStringLiteral("清单单价云检查"), clientWidget());
@@ -115,14 +112,13 @@ void TQdtjyjc::CreateUI()
         connect(m_btnPrevious, &QPushButton::clicked, this, &TQdtjyjc::PreviousStep);
         connect(m_btnOk, &QPushButton::clicked, this, &TQdtjyjc::QdButton);
         connect(m_btnClose, &QPushButton::clicked, this, &TQdtjyjc::GbButton);
-        connectBroker();
         InitUI();
     });
 }
 
 void TQdtjyjc::InitUI()
 {
-    GUARDED(kSource, "TQdtjyjc::InitUI", [&] {
+    GUARDED(kSource, [&] {
         if (!m_pages)
             return;
         QFont font(QStringLiteral("Microsoft YaHei"));
@@ -134,21 +130,6 @@ void TQdtjyjc::InitUI()
     });
 }
 
-void TQdtjyjc::connectBroker()
-{
-    staticPriLoginObj *broker = staticPriLoginObj::GetInstance();
-    m_broker << connect(broker, &staticPriLoginObj::priForceExit, this, &TQdtjyjc::resetPriData)
-             << connect(broker, &staticPriLoginObj::kvyForceExit, this, &TQdtjyjc::resetKvData)
-             << connect(broker, &staticPriLoginObj::priLogin, this, &TQdtjyjc::resetPriLogin);
-}
-
-void TQdtjyjc::disconnectBroker()
-{
-    for (const QMetaObject::Connection &c : qAsConst(m_broker))
-        disconnect(c);
-    m_broker.clear();
-}
-
 void TQdtjyjc::showStepButtons(bool secondStep)
 {
     m_btnPrevious->setVisible(secondStep);
@@ -158,13 +139,15 @@ void TQdtjyjc::showStepButtons(bool secondStep)
 
 void TQdtjyjc::Switchover(short step)
 {
-    GUARDED(kSource, "TQdtjyjc::Switchover", [&] {
+    GUARDED(kSource, [&] {
         curStep = step;
         if (step == 0) {
             if (!m_initial) {
                 m_initial = new TInitial(m_pages);
                 m_initial->CreateUI();
                 m_forward = connect(m_initial.data(), &TInitial::signalYxysChanged, this, &TQdtjyjc::signalYxysChanged);
+                connect(m_initial->serverChoice(), &CloudServerChoice::signalServersReset, this,
+                        &TQdtjyjc::backToFirstPage);
                 m_pages->addPage(m_initial);
             }
             m_pages->setCurrentPage(m_initial);
@@ -183,7 +166,7 @@ void TQdtjyjc::Switchover(short step)
 
 void TQdtjyjc::NextStep()
 {
-    GUARDED(kSource, "TQdtjyjc::NextStep", [&] {
+    GUARDED(kSource, [&] {
         if (!m_initial || !m_initial->serverChoice()->checkServer(this))
             return;
         curStep = 1;
@@ -194,7 +177,7 @@ void TQdtjyjc::NextStep()
 
 void TQdtjyjc::PreviousStep()
 {
-    GUARDED(kSource, "TQdtjyjc::PreviousStep", [&] {
+    GUARDED(kSource, [&] {
         curStep = 0;
         showStepButtons(false);
         Switchover(0);
@@ -203,11 +186,11 @@ void TQdtjyjc::PreviousStep()
 
 void TQdtjyjc::QdButton()
 {
-    GUARDED(kSource, "TQdtjyjc::QdButton", [&] {
+    GUARDED(kSource, [&] {
         if (!m_initial || !m_next)
             return;
         LtdInfo *server = m_initial->getCurrServer();
-        const int matchNum = m_next->getcomPjzChecked().toInt();
+        const int matchNum = inputs().matchNum();
         QPointer<TQdtjyjc> self(this);
         close();
         if (self)
@@ -217,7 +200,7 @@ void TQdtjyjc::QdButton()
 
 void TQdtjyjc::GbButton()
 {
-    GUARDED(kSource, "TQdtjyjc::GbButton", [&] { close(); });
+    GUARDED(kSource, [&] { close(); });
 }
 
 void TQdtjyjc::actCancel()
@@ -227,45 +210,18 @@ void TQdtjyjc::actCancel()
 
 void TQdtjyjc::backToFirstPage()
 {
-    if (!m_initial)
-        return;
-    m_initial->resetData();
-    showStepButtons(false);
-    Switchover(0);
-}
-
-void TQdtjyjc::resetKvData()
-{
-    GUARDED(kSource, "TQdtjyjc::resetKvData", [&] { backToFirstPage(); });
-}
-
-void TQdtjyjc::resetPriData(QString)
-{
-    GUARDED(kSource, "TQdtjyjc::resetPriData", [&] { backToFirstPage(); });
-}
-
-void TQdtjyjc::resetPriLogin(QString)
-{
-    GUARDED(kSource, "TQdtjyjc::resetPriLogin", [&] {
-        // The page's own login callbacks handle a login it started.
-        if (m_initial && m_initial->getOwnerLogin())
-            return;
-        backToFirstPage();
+    GUARDED(kSource, [&] {
+        showStepButtons(false);
+        Switchover(0);
     });
-}
-
-void TQdtjyjc::closeEvent(QCloseEvent *event)
-{
-    GUARDED(kSource, "TQdtjyjc::closeEvent", [&] { disconnectBroker(); });
-    zTitleModal::closeEvent(event);
 }
 
 void TQdtjyjc::setSjDdHb(QString &sj, QString &dd, QString &hb)
 {
-    GUARDED(kSource, "TQdtjyjc::setSjDdHb", [&] {
+    GUARDED(kSource, [&] {
         if (!m_initial)
             return;
-        m_initial->setLblSjsz(sj.isEmpty() ? QDate::currentDate().toString(QStringLiteral("yyyy年MM月")) : sj);
+        m_initial->setLblSjsz(PriceCheckInputs::timeOrThisMonth(sj));
         m_initial->setLblDdsz(dd);
         m_initial->setLblHbsz(hb);
     });
@@ -273,7 +229,7 @@ void TQdtjyjc::setSjDdHb(QString &sj, QString &dd, QString &hb)
 
 void TQdtjyjc::setYyfwText(const QString &text)
 {
-    GUARDED(kSource, "TQdtjyjc::setYyfwText", [&] {
+    GUARDED(kSource, [&] {
         if (m_initial)
             m_initial->setLblDqjjb(text);
     });
@@ -287,4 +243,12 @@ QString TQdtjyjc::getSJ() const
 QString TQdtjyjc::getDD() const
 {
     return m_initial ? m_initial->getdd() : QString();
+}
+
+PriceCheckInputs TQdtjyjc::inputs() const
+{
+    PriceCheckInputs in = m_initial ? m_initial->inputs() : PriceCheckInputs();
+    if (m_next)
+        in.setMatchNum(m_next->getcomPjzChecked().toInt());
+    return in;
 }

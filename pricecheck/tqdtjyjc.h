@@ -1,7 +1,8 @@
 #pragma once
+#include "pricecheckinputs.h"
+
 #include <hostapi/ztitlemodal.h>
 
-#include <QList>
 #include <QMetaObject>
 #include <QPointer>
 #include <QString>
@@ -29,6 +30,8 @@ public:
     void setYyfwText(const QString &text);
     QString getSJ() const;
     QString getDD() const;
+    // Time, place and altitude of the first page with the second page's count.
+    PriceCheckInputs inputs() const;
 
     short currentStep() const { return curStep; }
     TInitial *initialPage() const;
@@ -52,19 +55,12 @@ private slots:
     void Switchover(short step);
     void QdButton();
     void GbButton();
-    void resetKvData();
-    void resetPriData(QString serverName);
-    void resetPriLogin(QString serverName);
-
-protected:
-    void closeEvent(QCloseEvent *event) override;
+    // A login change elsewhere rebuilt the server list.
+    void backToFirstPage();
 
 private:
     QPushButton *button(const QString &text, const QString &name);
     QLabel *rule(const QString &name);
-    void connectBroker();
-    void disconnectBroker();
-    void backToFirstPage();
     void showStepButtons(bool secondStep);
 
     short curStep = 0;
@@ -80,5 +76,4 @@ private:
     QPushButton *m_btnOk = nullptr;
     QPushButton *m_btnClose = nullptr;
     QMetaObject::Connection m_forward;
-    QList<QMetaObject::Connection> m_broker;
 };

@@ -1,4 +1,4 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
 #include <cloud/cloudworkerrequest.h>
 
@@ -10,8 +10,6 @@
 #include <QSignalSpy>
 #include <QWidget>
 #include <QtTest>
-
-#include <memory>
 
 // A job that blocks until the test lets it go, then answers `text`.
 struct Gate
@@ -28,127 +26,121 @@ struct Gate
     }
 };
 
-class TestCloudWorker : public QObject
+class TestCloudWorker : public HostTestCase
 {
     Q_OBJECT
 private:
-    std::unique_ptr<HostFixture> fx;
+    QWidget dialog;
+    CloudWorkerRequest *worker = nullptr;
+    std::unique_ptr<QSignalSpy> spy;
+
+    QString deliveredText(int i) const { return spy->at(i).at(1).value<CloudReply>().data().toString(); }
+    static void settle()
+    {
+        QVERIFY(CloudWorkerRequest::waitForWorkers(5000));
+        QTest::qWait(30);
+    }
 
 private slots:
-    void init() { fx = std::make_unique<HostFixture>(); }
+    void init()
+    {
+        HostTestCase::init();
+        worker = new CloudWorkerRequest(GuardSite("VelDqqdznzj", &dialog));
+        spy = std::make_unique<QSignalSpy>(worker, &CloudWorkerRequest::signalReply);
+    }
     void cleanup()
     {
         QVERIFY(CloudWorkerRequest::waitForWorkers(5000));
         QCoreApplication::processEvents();
-        fx.reset();
+        spy.reset();
+        delete worker;
+        HostTestCase::cleanup();
     }
 
-    void newestReplyWinsWhenOlderArrivesLast()
+    void newestReplyWins_data()
     {
-        QWidget dialog;
-        auto *worker = new CloudWorkerRequest(&dialog);
-        QSignalSpy spy(worker, &CloudWorkerRequest::signalReply);
+        QTest::addColumn<bool>("olderArrivesLast");
+        QTest::newRow("older arrives last") << true;
+        QTest::newRow("older arrives first") << false;
+    }
+    void newestReplyWins()
+    {
+        QFETCH(bool, olderArrivesLast);
         Gate first, second;
         const unsigned a = worker->start(first.job(QStringLiteral("old")));
         const unsigned b = worker->start(second.job(QStringLiteral("new")));
         QVERIFY(b > a);
-        second.open->release();
-        QTRY_COMPARE(spy.size(), 1);
-        first.open->release();
-        QVERIFY(CloudWorkerRequest::waitForWorkers(5000));
+        (olderArrivesLast ? second : first).open->release();
+        QTRY_COMPARE(CloudWorkerRequest::runningWorkers(), 1);
         QTest::qWait(30);
-        QCOMPARE(spy.size(), 1);
-        QCOMPARE(spy.first().at(0).toUInt(), b);
-        QCOMPARE(spy.first().at(1).toJsonObject().value("data").toString(), QStringLiteral("new"));
-        QCOMPARE(worker->lastReply().value("data").toString(), QStringLiteral("new"));
-    }
-
-    void staleReplyArrivingFirstIsDropped()
-    {
-        QWidget dialog;
-        auto *worker = new CloudWorkerRequest(&dialog);
-        QSignalSpy spy(worker, &CloudWorkerRequest::signalReply);
-        Gate first, second;
-        worker->start(first.job(QStringLiteral("old")));
-        const unsigned b = worker->start(second.job(QStringLiteral("new")));
-        first.open->release();
-        QTest::qWait(50);
-        QCOMPARE(spy.size(), 0);
-        second.open->release();
-        QTRY_COMPARE(spy.size(), 1);
-        QCOMPARE(spy.first().at(0).toUInt(), b);
-        QCOMPARE(spy.first().at(1).toJsonObject().value("data").toString(), QStringLiteral("new"));
+        QCOMPARE(spy->size(), olderArrivesLast ? 1 : 0);
+        (olderArrivesLast ? first : second).open->release();
+        settle();
+        QCOMPARE(spy->size(), 1);
+        QCOMPARE(spy->first().at(0).toUInt(), b);
+        QCOMPARE(deliveredText(0), QStringLiteral("new"));
+        QCOMPARE(worker->lastReply().data().toString(), QStringLiteral("new"));
     }
 
     void discardedAndUndeliverableRepliesAreDropped()
     {
-        QWidget dialog;
-        auto *worker = new CloudWorkerRequest(&dialog);
-        QSignalSpy spy(worker, &CloudWorkerRequest::signalReply);
         Gate g, nothing;
         worker->start(g.job(QStringLiteral("x")));
         worker->discardPending();
         g.open->release();
         worker->start(nothing.job(QStringLiteral("y"), false));
         nothing.open->release();
-        QVERIFY(CloudWorkerRequest::waitForWorkers(5000));
-        QTest::qWait(30);
-        QCOMPARE(spy.size(), 0);
+        settle();
+        QCOMPARE(spy->size(), 0);
     }
 
-    void receiverDeletedBeforeReply()
+    void ownerDeletedBeforeReply()
     {
-        auto *dialog = new QWidget;
-        QPointer<CloudWorkerRequest> worker = new CloudWorkerRequest(dialog);
+        auto *owner = new QWidget;
+        QPointer<CloudWorkerRequest> mine = new CloudWorkerRequest(GuardSite("VelDqqdznzj", owner));
         int delivered = 0;
-        connect(worker, &CloudWorkerRequest::signalReply, [&delivered] { ++delivered; });
+        connect(mine, &CloudWorkerRequest::signalReply, [&delivered] { ++delivered; });
         Gate g;
-        worker->start(g.job(QStringLiteral("late")));
-        delete dialog;
-        QVERIFY(worker.isNull());
+        mine->start(g.job(QStringLiteral("late")));
+        delete owner;
+        QVERIFY(mine.isNull());
         g.open->release();
-        QVERIFY(CloudWorkerRequest::waitForWorkers(5000));
-        QTest::qWait(30);
+        settle();
         QCOMPARE(delivered, 0);
     }
 
-    void requestRunsThroughHostChannel()
+    void requestRunsThroughTheHostChannel_data()
     {
-        QWidget dialog;
-        auto *worker = new CloudWorkerRequest(&dialog);
-        QSignalSpy spy(worker, &CloudWorkerRequest::signalReply);
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("answered");
+        QTest::newRow("answered") << QByteArray(R"({"code":0,"allCount":2,"data":[1,2]})") << true;
+        QTest::newRow("not json") << QByteArray("not json") << false;
+    }
+    void requestRunsThroughTheHostChannel()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, answered);
         LtdInfo server(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, true);
-        fx->channel().replyOk(QJsonArray{1, 2});
+        fx->channel().replyBytes(bytes);
         worker->start(CloudRequest(&server, QStringLiteral("getppqd")).set(QStringLiteral("qdbm"), "010101"));
-        QTRY_COMPARE(spy.size(), 1);
-        QCOMPARE(spy.first().at(1).toJsonObject().value("data").toArray().size(), 2);
+        QTRY_COMPARE(spy->size(), 1);
+        const CloudReply reply = spy->first().at(1).value<CloudReply>();
+        QCOMPARE(reply.answered(), answered);
+        QCOMPARE(reply.value("allCount").toInt(), answered ? 2 : 0);
         QCOMPARE(fx->channel().lastRequest().value("data").toObject(),
                  (QJsonObject{{"method", "getppqd"}, {"qdbm", "010101"}}));
     }
 
-    void unansweredRequestDeliversEmptyObject()
+    void throwingJobIsReportedUnderTheCaller()
     {
-        QWidget dialog;
-        auto *worker = new CloudWorkerRequest(&dialog);
-        QSignalSpy spy(worker, &CloudWorkerRequest::signalReply);
-        LtdInfo server(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, true);
-        fx->channel().replyBytes("not json");
-        worker->start(CloudRequest(&server, QStringLiteral("getppqd")));
-        QTRY_COMPARE(spy.size(), 1);
-        QVERIFY(spy.first().at(1).toJsonObject().isEmpty());
-    }
-
-    void throwingJobIsReportedNotDelivered()
-    {
-        QWidget dialog;
-        auto *worker = new CloudWorkerRequest(&dialog);
-        QSignalSpy spy(worker, &CloudWorkerRequest::signalReply);
+        const int line = __LINE__ + 1;
         worker->start([](QJsonObject &) -> bool { throw std::runtime_error("boom"); });
-        QVERIFY(CloudWorkerRequest::waitForWorkers(5000));
-        QTest::qWait(30);
-        QCOMPARE(spy.size(), 0);
+        settle();
+        QCOMPARE(spy->size(), 0);
         QTRY_COMPARE(fx->exceptionReports().size(), 1);
-        QVERIFY(fx->exceptionReports().first().contains(QStringLiteral("boom")));
+        QVERIFY2(fx->exceptionReports().first().endsWith(
+                     QStringLiteral("boom (VelDqqdznzj:%1 QWidget::throwingJobIsReportedUnderTheCaller)").arg(line)),
+                 qPrintable(fx->exceptionReports().first()));
     }
 };
 

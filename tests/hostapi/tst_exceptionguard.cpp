@@ -1,45 +1,117 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
 #include <hostapi/exceptionguard.h>
+#include <hostapi/functionname.h>
+#include <hostapi/guardsite.h>
 
 #include <QtTest>
 
-#include <memory>
 #include <stdexcept>
 
-class TestExceptionGuard : public QObject
+namespace {
+// A component reporting under its owner, as the server choice does.
+struct Component
+{
+    GuardSite site;
+    int fail() { return GUARDED(site, [] () -> int { throw std::runtime_error("boom"); }); }
+};
+
+class Owner : public QObject
+{
+    Q_OBJECT
+public:
+    Owner() : part{GuardSite("Qddjyjc", this)} {}
+    Component part;
+    int line = 0;
+    void NextStep()
+    {
+        line = __LINE__ + 1;
+        GUARDED("Qddjyjc", [] { throw 42; });
+    }
+};
+
+class TInitial : public Owner
+{
+    Q_OBJECT
+};
+}
+
+class TestExceptionGuard : public HostTestCase
 {
     Q_OBJECT
 private:
-    std::unique_ptr<HostFixture> fx;
+    QString lastReport() const { return fx->exceptionReports().value(0).section(QStringLiteral(" exception: "), 1); }
 
 private slots:
-    void init() { fx = std::make_unique<HostFixture>(); }
-    void cleanup() { fx.reset(); }
-
-    void standardExceptionIsReportedAndDefaultReturned()
+    void functionNames_data()
     {
-        const int result = GUARDED("Qddjyjc", "TQdtjyjc::NextStep", [] () -> int { throw std::runtime_error("boom"); });
-        QCOMPARE(result, 0);
-        const QStringList reports = fx->exceptionReports();
-        QCOMPARE(reports.size(), 1);
-        QVERIFY(reports.first().contains(QStringLiteral("boom (Qddjyjc:")));
-        QVERIFY(reports.first().contains(QStringLiteral("TQdtjyjc::NextStep")));
+        QTest::addColumn<QString>("pretty");
+        QTest::addColumn<QString>("qualified");
+        QTest::addColumn<QString>("member");
+        QTest::newRow("method") << "void TQdtjyjc::NextStep()" << "TQdtjyjc::NextStep" << "NextStep";
+        QTest::newRow("pointer, const") << "LtdInfo* TInitial::getCurrServer() const" << "TInitial::getCurrServer"
+                                        << "getCurrServer";
+        QTest::newRow("clang pointer") << "LtdInfo *TInitial::getCurrServer() const" << "TInitial::getCurrServer"
+                                       << "getCurrServer";
+        QTest::newRow("reference") << "QList<LtdInfo*>& CloudServerChoice::serverList()"
+                                   << "CloudServerChoice::serverList" << "serverList";
+        QTest::newRow("template return") << "std::optional<std::pair<int, int> > A::B::f(const QMap<int, int>&)"
+                                         << "A::B::f" << "f";
+        QTest::newRow("function-type return") << "std::function<void(int)> Foo::get()" << "Foo::get" << "get";
+        QTest::newRow("static") << "static int CloudWorkerRequest::runningWorkers()"
+                                << "CloudWorkerRequest::runningWorkers" << "runningWorkers";
+        QTest::newRow("virtual") << "virtual void TQdtjyjc::closeEvent(QCloseEvent*)" << "TQdtjyjc::closeEvent"
+                                 << "closeEvent";
+        QTest::newRow("constructor") << "TQdtjyjc::TQdtjyjc(QWidget*)" << "TQdtjyjc::TQdtjyjc" << "TQdtjyjc";
+        QTest::newRow("destructor") << "TQdtjyjc::~TQdtjyjc()" << "TQdtjyjc::~TQdtjyjc" << "~TQdtjyjc";
+        QTest::newRow("operator==") << "bool Foo::operator==(const Foo&) const" << "Foo::operator==" << "operator==";
+        QTest::newRow("operator()") << "void Foo::operator()(int)" << "Foo::operator()" << "operator()";
+        QTest::newRow("operator<<") << "QDebug& Foo::operator<<(QDebug&)" << "Foo::operator<<" << "operator<<";
+        QTest::newRow("conversion") << "Foo::operator bool() const" << "Foo::operator bool" << "operator bool";
+        QTest::newRow("class template") << "T Box<T>::value() const [with T = int]" << "Box<T>::value" << "value";
+        QTest::newRow("gcc lambda") << "TQdtjyjc::CreateUI()::<lambda()>" << "TQdtjyjc::CreateUI" << "CreateUI";
+        QTest::newRow("clang lambda") << "auto TQdtjyjc::CreateUI()::(anonymous class)::operator()() const"
+                                      << "TQdtjyjc::CreateUI" << "CreateUI";
+        QTest::newRow("anonymous namespace") << "ProjectSettingsInfo {anonymous}::withPlaceCode(ProjectSettingsInfo)"
+                                             << "withPlaceCode" << "withPlaceCode";
+        QTest::newRow("function pointer parameter") << "void Foo::set(void (*)(int))" << "Foo::set" << "set";
+        QTest::newRow("free function") << "int main(int, char**)" << "main" << "main";
+        QTest::newRow("bare name") << "slotSearch" << "slotSearch" << "slotSearch";
+    }
+    void functionNames()
+    {
+        QFETCH(QString, pretty);
+        QFETCH(QString, qualified);
+        QFETCH(QString, member);
+        const FunctionName name(pretty.toUtf8().constData());
+        QCOMPARE(name.qualified(), qualified);
+        QCOMPARE(name.member(), member);
     }
 
-    void unknownExceptionBecomesStandard()
+    void reportCarriesTheCallersLocation()
     {
-        GUARDED("Znyzj", "TZnyzj::QdButton", [] { throw 42; });
-        const QStringList reports = fx->exceptionReports();
-        QCOMPARE(reports.size(), 1);
-        QVERIFY(reports.first().contains(QStringLiteral("未知异常 (Znyzj:")));
+        Owner owner;
+        owner.NextStep();
+        QCOMPARE(lastReport(), QStringLiteral("未知异常 (Qddjyjc:%1 Owner::NextStep)").arg(owner.line));
+        const int line = __LINE__ + 1;
+        QCOMPARE(GUARDED_OR(-1, "Znyzj", [] () -> int { throw std::logic_error("x"); }), -1);
+        QCOMPARE(fx->exceptionReports().value(1).section(QStringLiteral(" exception: "), 1),
+                 QStringLiteral("x (Znyzj:%1 TestExceptionGuard::reportCarriesTheCallersLocation)").arg(line));
+        QCOMPARE(GUARDED_OR(-1, "Znyzj", [] { return 7; }), 7);
+        QCOMPARE(fx->exceptionReports().size(), 2);
     }
 
-    void fallbackAndNormalResult()
+    void componentReportsUnderItsOwner()
     {
-        QCOMPARE(GUARDED_OR(-1, "X", "X::f", [] () -> int { throw std::logic_error("x"); }), -1);
-        QCOMPARE(GUARDED_OR(-1, "X", "X::f", [] { return 7; }), 7);
-        QVERIFY(fx->exceptionReports().size() == 1);
+        auto *page = new TInitial;
+        QCOMPARE(page->part.fail(), 0);
+        QVERIFY2(lastReport().startsWith(QStringLiteral("boom (Qddjyjc:")), qPrintable(lastReport()));
+        QVERIFY2(lastReport().endsWith(QStringLiteral(" TInitial::fail)")), qPrintable(lastReport()));
+        // A detached site keeps the class for another thread, owner or not.
+        const GuardSite detached = page->part.site.detached();
+        delete page;
+        QCOMPARE(detached.function("void X::requestServerList()"), QStringLiteral("TInitial::requestServerList"));
+        QCOMPARE(detached.owner(), nullptr);
     }
 };
 

@@ -57,7 +57,7 @@ private slots:
         ServerRegistry::instance()->reset();
         dialog = std::make_unique<QWidget>();
         combo = new CloudServerCombox(dialog.get());
-        choice = new CloudServerChoice(combo, dialog.get());
+        choice = new CloudServerChoice(combo, GuardSite("Xmytz", dialog.get()));
     }
 
     void cleanup()

@@ -1,14 +1,17 @@
+#include "hosttestcase.h"
 #include "loginanswers.h"
-#include "hostfixture.h"
 
 #include <cloud/tqdtjyjc_yxys.h>
+#include <pricecheck/pricecheckinputs.h>
 #include <pricecheck/tinitial.h>
 #include <pricecheck/tnextstep.h>
 #include <pricecheck/tqdtjyjc.h>
 
+#include <hostapi/cloudchannel.h>
 #include <hostapi/cloudservercombox.h>
 #include <hostapi/ltdinfo.h>
 #include <hostapi/serverregistry.h>
+#include <hostapi/servicesutil.h>
 #include <hostapi/staticpriloginobj.h>
 #include <hostapi/users.h>
 #include <hostapi/zbasecombox.h>
@@ -23,15 +26,14 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-#include <memory>
+#include <stdexcept>
 
 using namespace loginanswers;
 
-class TestQdtjyjc : public QObject
+class TestQdtjyjc : public HostTestCase
 {
     Q_OBJECT
 private:
-    std::unique_ptr<HostFixture> fx;
     std::unique_ptr<TQdtjyjc> dlg;
 
     // The wizard as the host opens it; with `korvane` the user is logged in
@@ -49,6 +51,11 @@ private:
         dlg->nextButton()->click();
         QCOMPARE(dlg->currentStep(), short(1));
     }
+    bool onFirstPage() const
+    {
+        return dlg->currentStep() == 0 && dlg->pages()->currentPage() == dlg->initialPage()
+               && dlg->previousButton()->isHidden() && dlg->okButton()->isHidden() && !dlg->nextButton()->isHidden();
+    }
     int listRequests() const
     {
         int n = 0;
@@ -63,14 +70,14 @@ private slots:
     void initTestCase() { qRegisterMetaType<LtdInfo *>("LtdInfo*"); }
     void init()
     {
-        fx = std::make_unique<HostFixture>();
+        HostTestCase::init();
         ServerRegistry::instance()->reset();
     }
     void cleanup()
     {
         dlg.reset();
         ServerRegistry::instance()->reset();
-        fx.reset();
+        HostTestCase::cleanup();
     }
 
     void opensOnTheFirstPage()
@@ -78,55 +85,45 @@ private slots:
         open();
         QCOMPARE(dlg->size(), QSize(600, 430));
         QCOMPARE(dlg->caption(), QStringLiteral("Velora"));
-        QCOMPARE(label(QStringLiteral("lblTitle"))->text(), QStringLiteral("清单单价云检查"));
-        QCOMPARE(label(QStringLiteral("lblTitle"))->font().pixelSize(), 13);
-        QCOMPARE(label(QStringLiteral("lblDescribe"))->text(),
-                 QStringLiteral("根据清单信息在积累数据库中进行匹配，对当前单位工程的清单单价进行对比检查。"));
-        QCOMPARE(dlg->nextButton()->text(), QStringLiteral("下一步"));
-        QCOMPARE(dlg->previousButton()->text(), QStringLiteral("上一步"));
-        QCOMPARE(dlg->okButton()->text(), QStringLiteral("确定"));
-        QCOMPARE(dlg->closeButton()->text(), QStringLiteral("关闭"));
-        QVERIFY(dlg->previousButton()->isHidden());
-        QVERIFY(dlg->okButton()->isHidden());
-        QVERIFY(!dlg->nextButton()->isHidden());
-        QCOMPARE(dlg->currentStep(), short(0));
-        QVERIFY(dlg->initialPage());
+        QStringList texts;
+        for (const char *name : {"lblTitle", "lblDescribe", "lblYxys", "lblSj", "lblDd", "lblHb", "lblHbsz", "lblYyfw",
+                                 "lblDjly"})
+            texts << label(QString::fromLatin1(name))->text();
+        for (QPushButton *b : {dlg->nextButton(), dlg->previousButton(), dlg->okButton(), dlg->closeButton()})
+            texts << b->text();
+        QCOMPARE(texts, (QStringList{"清单单价云检查",
+                                     "根据清单信息在积累数据库中进行匹配，对当前单位工程的清单单价进行对比检查。",
+                                     "影响因素：", "时间：", "地点:", "海拔:", "<2.0km", "应用范围:", "单价来源:",
+                                     "下一步", "上一步", "确定", "关闭"}));
+        QVERIFY(onFirstPage());
         QVERIFY(!dlg->nextPage());
-        QCOMPARE(dlg->pages()->currentPage(), static_cast<QWidget *>(dlg->initialPage()));
-
         TInitial *page = dlg->initialPage();
-        QStringList captions;
-        for (const char *name : {"lblYxys", "lblSj", "lblDd", "lblHb", "lblYyfw", "lblDjly"})
-            captions << page->findChild<QLabel *>(QString::fromLatin1(name))->text();
-        QCOMPARE(captions, (QStringList{QStringLiteral("影响因素："), QStringLiteral("时间："), QStringLiteral("地点:"),
-                                        QStringLiteral("海拔:"), QStringLiteral("应用范围:"), QStringLiteral("单价来源:")}));
-        QCOMPARE(page->altitudeLabel()->text(), QStringLiteral("<2.0km"));
         QCOMPARE(page->modifyButton()->width(), 33);
         QCOMPARE(page->serverCombo()->size(), QSize(220, 38));
         // The page asked for the server list and chose the first logged-in entry.
         QCOMPARE(page->getCurrServer()->getServerName(), QStringLiteral("个人云"));
     }
 
-    void noServerChosen()
+    void nextStepNeedsALoggedInServer_data()
     {
-        open(false);
-        QVERIFY(!dlg->initialPage()->getCurrServer());
-        QCOMPARE(dlg->initialPage()->serverCombo()->currentText(), QStringLiteral("请选择服务器"));
-        dlg->nextButton()->click();
-        QCOMPARE(fx->messageTexts(), QStringList{QStringLiteral("请选择服务器")});
-        QCOMPARE(fx->messages().first().parent.data(), static_cast<QWidget *>(dlg.get()));
-        QCOMPARE(dlg->currentStep(), short(0));
-        QVERIFY(!dlg->nextPage());
-        QVERIFY(!dlg->nextButton()->isHidden());
+        QTest::addColumn<bool>("korvane");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("none chosen") << false << "请选择服务器";
+        QTest::newRow("chosen, logged out") << true << "请登录服务器";
     }
-
-    void serverNotLoggedIn()
+    void nextStepNeedsALoggedInServer()
     {
-        open();
-        dlg->initialPage()->getCurrServer()->setServerLogin(false);
+        QFETCH(bool, korvane);
+        QFETCH(QString, message);
+        open(korvane);
+        if (LtdInfo *server = dlg->initialPage()->getCurrServer())
+            server->setServerLogin(false);
+        else
+            QCOMPARE(dlg->initialPage()->serverCombo()->currentText(), QStringLiteral("请选择服务器"));
         dlg->nextButton()->click();
-        QCOMPARE(fx->messageTexts(), QStringList{QStringLiteral("请登录服务器")});
-        QCOMPARE(dlg->currentStep(), short(0));
+        QCOMPARE(fx->messageTexts(), QStringList{message});
+        QCOMPARE(fx->messages().first().parent.data(), static_cast<QWidget *>(dlg.get()));
+        QVERIFY(onFirstPage());
         QVERIFY(!dlg->nextPage());
     }
 
@@ -134,29 +131,21 @@ private slots:
     {
         open();
         toSecondStep();
-        QVERIFY(dlg->nextButton()->isHidden());
-        QVERIFY(!dlg->previousButton()->isHidden());
-        QVERIFY(!dlg->okButton()->isHidden());
+        QVERIFY(dlg->nextButton()->isHidden() && !dlg->previousButton()->isHidden() && !dlg->okButton()->isHidden());
         TNextstep *second = dlg->nextPage();
         QCOMPARE(dlg->pages()->currentPage(), static_cast<QWidget *>(second));
         QVERIFY(second->getradQdChecked());
         QCOMPARE(second->comPjz()->currentText(), QStringLiteral("3"));
-        QCOMPARE(second->comPjz()->count(), 2);
         QCOMPARE(second->comPjz()->itemText(1), QStringLiteral("5"));
         second->radXs()->setChecked(true);
         second->comPjz()->setCurrentIndex(1);
 
         dlg->previousButton()->click();
-        QCOMPARE(dlg->currentStep(), short(0));
-        QVERIFY(dlg->previousButton()->isHidden() && dlg->okButton()->isHidden());
-        QVERIFY(!dlg->nextButton()->isHidden());
-        QCOMPARE(dlg->pages()->currentPage(), static_cast<QWidget *>(dlg->initialPage()));
-
+        QVERIFY(onFirstPage());
         toSecondStep();
         QCOMPARE(dlg->nextPage(), second);
         QCOMPARE(dlg->pages()->count(), 2);
-        QVERIFY(second->getradChecked());
-        QVERIFY(!second->getradQdChecked());
+        QVERIFY(second->getradChecked() && !second->getradQdChecked());
         QCOMPARE(second->getcomPjzChecked(), QStringLiteral("5"));
     }
 
@@ -188,9 +177,7 @@ private slots:
             got << qMakePair(s, n);
         });
         dlg->okButton()->click();
-        QCOMPARE(got.size(), 1);
-        QCOMPARE(got.first().first, server);
-        QCOMPARE(got.first().second, matchNum);
+        QCOMPARE(got, (QList<QPair<LtdInfo *, int>>{qMakePair(server, matchNum)}));
         QVERIFY(!visibleAtSignal);
     }
 
@@ -219,106 +206,106 @@ private slots:
         QVERIFY(fx->exceptionReports().isEmpty());
     }
 
-    void timePlaceAltitudeAndScope_data()
+    // The input rules alone, no window.
+    void inputs_data()
     {
-        QTest::addColumn<QString>("sj");
-        QTest::addColumn<QString>("dd");
-        QTest::addColumn<QString>("shownSj");
-        QTest::addColumn<QString>("shownDd");
-        QTest::addColumn<QString>("getSj");
+        QTest::addColumn<QString>("time");
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<QString>("shownTime");
+        QTest::addColumn<QString>("checkTime");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QString>("handedOn");
         const QString month = QDate::currentDate().toString(QStringLiteral("yyyy年MM月"));
-        QTest::newRow("empty time is this month, empty place 无") << QString() << QString() << month
-                                                               << QStringLiteral("无") << month;
+        QTest::newRow("nothing: this month, 无") << "" << "" << month << month << "无" << "";
         QTest::newRow("11 characters stay on one line")
-            << QStringLiteral("2023年05月") << QStringLiteral("新疆维吾尔自治区石河子") << QStringLiteral("2023年05月")
-            << QStringLiteral("新疆维吾尔自治区石河子") << QStringLiteral("2023年05月");
+            << "2023年05月" << "新疆维吾尔自治区石河子" << "2023年05月" << "2023年05月" << "新疆维吾尔自治区石河子"
+            << "新疆维吾尔自治区石河子";
         QTest::newRow("12 characters break after the 11th")
-            << QStringLiteral("2023年05月") << QStringLiteral("新疆维吾尔自治区石河子市") << QStringLiteral("2023年05月")
-            << QStringLiteral("新疆维吾尔自治区石河子\n市") << QStringLiteral("2023年05月");
-        QTest::newRow("time with a dash gives its second piece")
-            << QStringLiteral("2020-2023年05月") << QStringLiteral("四川省") << QStringLiteral("2020-2023年05月")
-            << QStringLiteral("四川省") << QStringLiteral("2023年05月");
+            << "2023年05月" << "新疆维吾尔自治区石河子市" << "2023年05月" << "2023年05月"
+            << "新疆维吾尔自治区石河子\n市" << "新疆维吾尔自治区石河子市";
+        QTest::newRow("a label's text reads back") << "2023年05月" << "新疆维吾尔自治区石河子\n市" << "2023年05月"
+                                                  << "2023年05月" << "新疆维吾尔自治区石河子\n市"
+                                                  << "新疆维吾尔自治区石河子市";
+        QTest::newRow("无 is none") << "2023年05月" << "无" << "2023年05月" << "2023年05月" << "无" << "";
+        QTest::newRow("a time with a dash gives its second piece")
+            << "2020-2023年05月" << "四川省" << "2020-2023年05月" << "2023年05月" << "四川省" << "四川省";
     }
-    void timePlaceAltitudeAndScope()
+    void inputs()
     {
-        QFETCH(QString, sj);
-        QFETCH(QString, dd);
-        QFETCH(QString, shownSj);
-        QFETCH(QString, shownDd);
-        QFETCH(QString, getSj);
+        QFETCH(QString, time);
+        QFETCH(QString, place);
+        QFETCH(QString, shownTime);
+        QFETCH(QString, checkTime);
+        QFETCH(QString, label);
+        QFETCH(QString, handedOn);
+        PriceCheckInputs in;
+        in.setTime(PriceCheckInputs::timeOrThisMonth(time));
+        in.setPlace(place);
+        QCOMPARE(in.time(), shownTime);
+        QCOMPARE(in.checkTime(), checkTime);
+        QCOMPARE(in.placeLabel(), label);
+        QCOMPARE(in.placeText(), QString(label).remove(QLatin1Char('\n')));
+        QCOMPARE(in.place(), handedOn);
+        for (const auto &count : {qMakePair(1, 0), qMakePair(3, 1), qMakePair(5, 2), qMakePair(4, 0)}) {
+            in.setMatchNum(count.first);
+            QCOMPARE(in.matchIndex(), count.second);
+        }
+    }
+
+    void pageShowsTheHostsValues()
+    {
         open();
-        QString hb = QStringLiteral("2.0km-3.0km");
+        QString sj = QStringLiteral("2020-2023年05月"), dd = QStringLiteral("新疆维吾尔自治区石河子市"),
+                hb = QStringLiteral("2.0km-3.0km");
         dlg->setSjDdHb(sj, dd, hb);
         dlg->setYyfwText(QStringLiteral("当前单位工程"));
         TInitial *page = dlg->initialPage();
-        QCOMPARE(page->timeLabel()->text(), shownSj);
-        QCOMPARE(page->placeLabel()->text(), shownDd);
-        QCOMPARE(page->altitudeLabel()->text(), hb);
-        QCOMPARE(page->scopeLabel()->text(), QStringLiteral("当前单位工程"));
-        QCOMPARE(dlg->getSJ(), getSj);
-        QCOMPARE(dlg->getDD(), shownDd);
+        QCOMPARE((QStringList{page->timeLabel()->text(), page->placeLabel()->text(), page->altitudeLabel()->text(),
+                              page->scopeLabel()->text(), dlg->getSJ(), dlg->getDD()}),
+                 (QStringList{sj, "新疆维吾尔自治区石河子\n市", hb, "当前单位工程", "2023年05月",
+                              "新疆维吾尔自治区石河子\n市"}));
     }
 
-    void modifyFollowsTheDialogAndReportsWithoutBreaks()
+    void modify_data()
     {
+        QTest::addColumn<QString>("chosen"); // "" clears the place
+        QTest::addColumn<bool>("sync");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QStringList>("reported");
+        QTest::newRow("long place, synced") << "四川省成都市金牛区西华街道办事处" << true << "四川省成都市金牛区西华\n街道办事处"
+                                            << QStringList{"2023年05月", "四川省成都市金牛区西华街道办事处"};
+        QTest::newRow("cleared, synced") << "" << true << "无" << QStringList{"2023年05月", ""};
+        QTest::newRow("not synced") << "四川省" << false << "四川省" << QStringList();
+    }
+    void modify()
+    {
+        QFETCH(QString, chosen);
+        QFETCH(bool, sync);
+        QFETCH(QString, label);
+        QFETCH(QStringList, reported);
         open();
         QString sj = QStringLiteral("2023年05月"), dd = QStringLiteral("新疆维吾尔自治区石河子市"), hb;
         dlg->setSjDdHb(sj, dd, hb);
         QSignalSpy forwarded(dlg.get(), &TQdtjyjc::signalYxysChanged);
-        QString seenTime, seenPlace, labelDuringRun;
+        QStringList seen;
         fx->answerNextModal([&](QDialog *d) {
             auto *yxys = qobject_cast<TQdtjyjc_Yxys *>(d);
-            if (!yxys)
-                return 0;
-            seenTime = yxys->timeField()->text();
-            seenPlace = yxys->placeField()->text();
-            yxys->placeField()->setText(QStringLiteral("四川省成都市金牛区西华街道办事处"));
+            seen << yxys->timeField()->text() << yxys->placeField()->text();
+            yxys->syncBox()->setChecked(sync);
+            if (chosen.isEmpty())
+                yxys->clearButton()->click();
+            else
+                yxys->placeField()->setText(chosen);
             yxys->confirmButton()->click();
-            labelDuringRun = dlg->initialPage()->placeLabel()->text();
+            seen << dlg->initialPage()->placeLabel()->text();
             return d->result();
         });
         dlg->initialPage()->modifyButton()->click();
-        QCOMPARE(seenTime, QStringLiteral("2023年05月"));
-        QCOMPARE(seenPlace, QStringLiteral("新疆维吾尔自治区石河子市"));
-        QCOMPARE(labelDuringRun, QStringLiteral("四川省成都市金牛区西华\n街道办事处"));
-        QCOMPARE(forwarded.count(), 1);
-        QCOMPARE(forwarded.at(0).at(0).toString(), QStringLiteral("2023年05月"));
-        QCOMPARE(forwarded.at(0).at(1).toString(), QStringLiteral("四川省成都市金牛区西华街道办事处"));
+        QCOMPARE(seen, (QStringList{"2023年05月", "新疆维吾尔自治区石河子市", label}));
+        QCOMPARE(forwarded.count(), reported.isEmpty() ? 0 : 1);
+        if (!reported.isEmpty())
+            QCOMPARE((QStringList{forwarded.at(0).at(0).toString(), forwarded.at(0).at(1).toString()}), reported);
         QCOMPARE(dlg->initialPage()->findChildren<TQdtjyjc_Yxys *>().size(), 0);
-    }
-
-    void modifyReportsAnEmptyPlaceForNone()
-    {
-        open();
-        QString sj = QStringLiteral("2023年05月"), dd = QStringLiteral("四川省"), hb;
-        dlg->setSjDdHb(sj, dd, hb);
-        QSignalSpy forwarded(dlg.get(), &TQdtjyjc::signalYxysChanged);
-        fx->answerNextModal([](QDialog *d) {
-            auto *yxys = qobject_cast<TQdtjyjc_Yxys *>(d);
-            yxys->clearButton()->click();
-            yxys->confirmButton()->click();
-            return d->result();
-        });
-        dlg->initialPage()->modifyButton()->click();
-        QCOMPARE(dlg->initialPage()->placeLabel()->text(), QStringLiteral("无"));
-        QCOMPARE(forwarded.count(), 1);
-        QCOMPARE(forwarded.at(0).at(1).toString(), QString());
-    }
-
-    void modifyWithoutSyncReportsNothing()
-    {
-        open();
-        QSignalSpy forwarded(dlg.get(), &TQdtjyjc::signalYxysChanged);
-        fx->answerNextModal([](QDialog *d) {
-            auto *yxys = qobject_cast<TQdtjyjc_Yxys *>(d);
-            yxys->syncBox()->setChecked(false);
-            yxys->placeField()->setText(QStringLiteral("四川省"));
-            yxys->confirmButton()->click();
-            return d->result();
-        });
-        dlg->initialPage()->modifyButton()->click();
-        QCOMPARE(dlg->initialPage()->placeLabel()->text(), QStringLiteral("四川省"));
-        QCOMPARE(forwarded.count(), 0);
     }
 
     void forwardingEndsWithTheSecondStep()
@@ -337,14 +324,14 @@ private slots:
         QCOMPARE(forwarded.count(), 0);
     }
 
-    void forcedLogoutReturnsToTheFirstPage_data()
+    void loginElsewhereReturnsToTheFirstPage_data()
     {
         QTest::addColumn<int>("kind");
         QTest::newRow("kvyForceExit") << 0;
         QTest::newRow("priForceExit") << 1;
         QTest::newRow("priLogin elsewhere") << 2;
     }
-    void forcedLogoutReturnsToTheFirstPage()
+    void loginElsewhereReturnsToTheFirstPage()
     {
         QFETCH(int, kind);
         open();
@@ -359,10 +346,23 @@ private slots:
         else
             emit broker->priLogin(QStringLiteral("华东企业"));
         QCOMPARE(listRequests(), before + 1);
-        QCOMPARE(dlg->currentStep(), short(0));
-        QCOMPARE(dlg->pages()->currentPage(), static_cast<QWidget *>(dlg->initialPage()));
-        QVERIFY(dlg->previousButton()->isHidden() && dlg->okButton()->isHidden());
-        QVERIFY(!dlg->nextButton()->isHidden());
+        QVERIFY(onFirstPage());
+    }
+
+    void failedReloadIsReportedUnderTheWizard()
+    {
+        struct Down : CloudChannel
+        {
+            CloudCall *start(const QJsonObject &, const QString &) override { throw std::runtime_error("down"); }
+            QString name() const override { return QStringLiteral("down"); }
+        };
+        open();
+        ServicesUtil::setChannel(std::make_shared<Down>());
+        emit staticPriLoginObj::GetInstance()->kvyForceExit();
+        QCOMPARE(fx->exceptionReports().size(), 1);
+        QVERIFY2(fx->exceptionReports().first().contains(
+                     QRegularExpression(R"(down \(Qddjyjc:\d+ TInitial::requestServerList\)$)")),
+                 qPrintable(fx->exceptionReports().first()));
     }
 
     void ownLoginIgnoresTheBrokersLogin()
