@@ -55,6 +55,11 @@ int showInformation(const QString &text, QWidget *parent, QString s1, QString, Q
     return MessageBoxes::show(request);
 }
 
+int showMessageBox(const QString &text, QWidget *parent, int kind)
+{
+    return showInformation(text, parent, QString(), QString(), QString(), QString(), kind, 0, 0);
+}
+
 int showMessage(const QString &title, const QString &text, const QStringList &buttons, QWidget *parent)
 {
     MessageBoxRequest request;
