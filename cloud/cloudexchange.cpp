@@ -33,7 +33,7 @@ std::optional<CloudReply> CloudExchange::call(const CloudRequest &request) const
 
 void CloudExchange::showFailure(const CloudReply &reply) const
 {
-    showInformation(reply.msg(), dialog(), QString(), QString(), QString(), QString(), 0, 0, 0);
+    showMessageBox(reply.msg(), dialog());
 }
 
 CloudReply CloudExchange::send(const CloudRequest &request)

@@ -96,11 +96,11 @@ bool CloudServerChoice::checkServer(QWidget *parent) const
 {
     const LtdInfo *server = getCurrServer();
     if (!server) {
-        showInformation(QStringLiteral("请选择服务器"), parent, QString(), QString(), QString(), QString(), 0, 0, 0);
+        showMessageBox(QStringLiteral("请选择服务器"), parent);
         return false;
     }
     if (!server->getServerLogin()) {
-        showInformation(QStringLiteral("请登录服务器"), parent, QString(), QString(), QString(), QString(), 0, 0, 0);
+        showMessageBox(QStringLiteral("请登录服务器"), parent);
         return false;
     }
     return true;

@@ -64,10 +64,6 @@ protected:
     virtual void wireButtons() {}
 
 private:
-    QPushButton *makeButton(const QString &text, const QString &name);
-    void pickTimeUnguarded();
-    void pickPlaceUnguarded();
-
     InfluenceFactorLayout m_layout;
     // Reports under the variant's class: "TQdtjyjc_Yxys::pickPlace".
     GuardSite m_site;

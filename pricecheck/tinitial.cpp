@@ -2,10 +2,11 @@
 
 #include <cloud/tqdtjyjc_yxys.h>
 
+#include <hostapi/childdialog.h>
 #include <hostapi/cloudservercombox.h>
 #include <hostapi/exceptionguard.h>
 #include <hostapi/interfaceadaptation.h>
-#include <hostapi/modalrun.h>
+#include <hostapi/widgetfactory.h>
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -21,13 +22,6 @@ TInitial::TInitial(QWidget *parent)
 {
 }
 
-QLabel *TInitial::label(const QString &text, const QString &name)
-{
-    auto *l = new QLabel(text, this);
-    l->setObjectName(name);
-    return l;
-}
-
 void TInitial::CreateUI()
 {
     GUARDED(kSource, [&] {
@@ -36,19 +30,18 @@ void TInitial::CreateUI()
         QFont small = font();
         small.setPixelSize(12);
         setFont(small);
-        m_lblYxys = label(QStringLiteral("影响因素："), QStringLiteral("lblYxys"));
-        m_lblSj = label(QStringLiteral("时间："), QStringLiteral("lblSj"));
-        m_lblSjsz = label(QString(), QStringLiteral("lblSjsz"));
-        m_lblDd = label(QStringLiteral("地点:"), QStringLiteral("lblDd"));
-        m_lblDdsz = label(QString(), QStringLiteral("lblDdsz"));
-        m_lblHb = label(QStringLiteral("海拔:"), QStringLiteral("lblHb"));
-        m_lblHbsz = label(m_inputs.altitude(), QStringLiteral("lblHbsz"));
+        m_lblYxys = WidgetFactory::label(QStringLiteral("影响因素："), QStringLiteral("lblYxys"), this);
+        m_lblSj = WidgetFactory::label(QStringLiteral("时间："), QStringLiteral("lblSj"), this);
+        m_lblSjsz = WidgetFactory::label(QString(), QStringLiteral("lblSjsz"), this);
+        m_lblDd = WidgetFactory::label(QStringLiteral("地点:"), QStringLiteral("lblDd"), this);
+        m_lblDdsz = WidgetFactory::label(QString(), QStringLiteral("lblDdsz"), this);
+        m_lblHb = WidgetFactory::label(QStringLiteral("海拔:"), QStringLiteral("lblHb"), this);
+        m_lblHbsz = WidgetFactory::label(m_inputs.altitude(), QStringLiteral("lblHbsz"), this);
         m_lblHbsz->setTextFormat(Qt::PlainText);
-        m_lblYyfw = label(QStringLiteral("应用范围:"), QStringLiteral("lblYyfw"));
-        m_lblDqjjb = label(QString(), QStringLiteral("lblDqjjb"));
-        m_lblDjly = label(QStringLiteral("单价来源:"), QStringLiteral("lblDjly"));
-        m_btnXg = new QPushButton(QStringLiteral("修改"), this);
-        m_btnXg->setObjectName(QStringLiteral("btnXg"));
+        m_lblYyfw = WidgetFactory::label(QStringLiteral("应用范围:"), QStringLiteral("lblYyfw"), this);
+        m_lblDqjjb = WidgetFactory::label(QString(), QStringLiteral("lblDqjjb"), this);
+        m_lblDjly = WidgetFactory::label(QStringLiteral("单价来源:"), QStringLiteral("lblDjly"), this);
+        m_btnXg = WidgetFactory::button(QStringLiteral("修改"), QStringLiteral("btnXg"), this);
         m_btnXg->setFixedWidth(InterfaceAdaptation::scaled(33));
         m_btnXg->setCursor(Qt::PointingHandCursor);
         m_btnXg->setStyleSheet(QStringLiteral("#btnXg{color:#2F7CF6;border:none;background:transparent;padding:0;}"
@@ -140,17 +133,13 @@ void TInitial::Modify()
     GUARDED(kSource, [&] {
         if (!m_lblSjsz || m_yxys)
             return;
-        QPointer<TInitial> self(this);
         m_yxys = new TQdtjyjc_Yxys(this);
         m_yxys->CreateUI();
         m_yxys->setComSjText(m_inputs.time());
         m_yxys->setComDdText(m_inputs.placeText());
         connect(m_yxys.data(), &InfluenceFactorDialog::signalTimeAndPath, this, &TInitial::slotTimeAndPathChanged);
-        ModalRun::exec(m_yxys);
-        if (!self)
-            return;
-        const bool sync = m_yxys && m_yxys->getChecked();
-        delete m_yxys;
+        bool sync = false;
+        ChildDialog::run(this, m_yxys, [&](int) { sync = m_yxys->getChecked(); });
         if (sync)
             emit signalYxysChanged(m_inputs.time(), m_inputs.place());
     });

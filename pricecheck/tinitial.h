@@ -50,7 +50,6 @@ signals:
     void signalYxysChanged(QString sj, QString dd);
 
 private:
-    QLabel *label(const QString &text, const QString &name);
     void buildLayout();
 
     QLabel *m_lblYxys = nullptr;

@@ -5,8 +5,11 @@
 #include <cloud/cloudserverchoice.h>
 #include <cloud/moduletitle.h>
 
+#include <hostapi/buttonrow.h>
 #include <hostapi/exceptionguard.h>
 #include <hostapi/interfaceadaptation.h>
+#include <hostapi/widgetfactory.h>
+#include <hostapi/wizardsteps.h>
 #include <hostapi/ztabcontent.h>
 
 #include <QHBoxLayout>
@@ -41,59 +44,36 @@ TNextstep *TQdtjyjc::nextPage() const
     return m_next;
 }
 
-QPushButton *TQdtjyjc::button(const QString &text, const QString &name)
-{
-    auto *b = new QPushButton(text, clientWidget());
-    b->setObjectName(name);
-    return b;
-}
-
-QLabel *TQdtjyjc::rule(const QString &name)
-{
-    auto *l = new QLabel(clientWidget());
-    l->setObjectName(name);
-    l->setFixedSize(px(564), px(1));
-    l->setStyleSheet(QStringLiteral("background:#DCDFE6;"));
-    return l;
-}
-
 void TQdtjyjc::CreateUI()
 {
     GUARDED(kSource, [&] {
         if (m_pages)
             return;
-        m_lblTitle = new QLabel(QStringLiteral("清单单价云检查"), clientWidget());
-        m_lblTitle->setObjectName(QStringLiteral("lblTitle"));
-        m_lblTitle->setFixedSize(px(150), px(24));
-        m_lblDescribe = new QLabel(
-            QStringLiteral("根据清单信息在积累数据库中进行匹配，对当前单位工程的清单单价进行对比检查。"), clientWidget());
-        m_lblDescribe->setObjectName(QStringLiteral("lblDescribe"));
-        m_lblDescribe->setFixedSize(px(500), px(24));
+        QWidget *client = clientWidget();
+        m_lblTitle = WidgetFactory::label(QStringLiteral("清单单价云检查"), QStringLiteral("lblTitle"), client, 150, 24);
+        m_lblDescribe = WidgetFactory::label(
+            QStringLiteral("根据清单信息在积累数据库中进行匹配，对当前单位工程的清单单价进行对比检查。"),
+            QStringLiteral("lblDescribe"), client, 500, 24);
         QFont small = m_lblDescribe->font();
         small.setPixelSize(12);
         m_lblDescribe->setFont(small);
-        m_lblLine1 = rule(QStringLiteral("lblLine1"));
-        m_lblLine2 = rule(QStringLiteral("lblLine2"));
-        m_pages = new zTabContent(clientWidget());
+        m_lblLine1 = WidgetFactory::rule(QStringLiteral("lblLine1"), client, 564, QStringLiteral("#DCDFE6"));
+        m_lblLine2 = WidgetFactory::rule(QStringLiteral("lblLine2"), client, 564, QStringLiteral("#DCDFE6"));
+        m_pages = new zTabContent(client);
         m_pages->setObjectName(QStringLiteral("tabContent"));
         m_pages->setTabBarVisible(false);
-        m_btnPrevious = button(QStringLiteral("上一步"), QStringLiteral("btnSyb"));
-        m_btnOk = button(QStringLiteral("确定"), QStringLiteral("btnQd"));
-        m_btnNext = button(QStringLiteral("下一步"), QStringLiteral("btnXyb"));
-        m_btnClose = button(QStringLiteral("关闭"), QStringLiteral("btnGb"));
+        auto *buttons = new ButtonRow(client);
+        m_btnPrevious = buttons->addButton(QStringLiteral("上一步"), QStringLiteral("btnSyb"));
+        buttons->addGap(5);
+        m_btnOk = buttons->addButton(QStringLiteral("确定"), QStringLiteral("btnQd"));
+        m_btnNext = buttons->addButton(QStringLiteral("下一步"), QStringLiteral("btnXyb"));
+        buttons->addGap(5);
+        m_btnClose = buttons->addButton(QStringLiteral("关闭"), QStringLiteral("btnGb"));
 
         auto *describe = new QHBoxLayout;
         describe->addSpacing(px(15));
         describe->addWidget(m_lblDescribe);
         describe->addStretch();
-        auto *buttons = new QHBoxLayout;
-        buttons->addStretch();
-        buttons->addWidget(m_btnPrevious);
-        buttons->addSpacing(px(5));
-        buttons->addWidget(m_btnOk);
-        buttons->addWidget(m_btnNext);
-        buttons->addSpacing(px(5));
-        buttons->addWidget(m_btnClose);
         auto *body = new QVBoxLayout;
         body->setContentsMargins(px(18), px(10), px(18), px(12));
         body->setSpacing(0);
@@ -112,6 +92,10 @@ void TQdtjyjc::CreateUI()
         connect(m_btnPrevious, &QPushButton::clicked, this, &TQdtjyjc::PreviousStep);
         connect(m_btnOk, &QPushButton::clicked, this, &TQdtjyjc::QdButton);
         connect(m_btnClose, &QPushButton::clicked, this, &TQdtjyjc::GbButton);
+        m_steps = new WizardSteps(m_pages, this);
+        m_steps->addStep([this] { return firstPage(); }, {m_btnNext});
+        m_steps->addStep([this] { return secondPage(); }, {m_btnPrevious, m_btnOk});
+        m_steps->closeOnEscape(this);
         InitUI();
     });
 }
@@ -125,63 +109,48 @@ void TQdtjyjc::InitUI()
         font.setPixelSize(13);
         font.setWeight(75);
         m_lblTitle->setFont(font);
-        showStepButtons(false);
         Switchover(curStep);
     });
 }
 
-void TQdtjyjc::showStepButtons(bool secondStep)
+TInitial *TQdtjyjc::firstPage()
 {
-    m_btnPrevious->setVisible(secondStep);
-    m_btnOk->setVisible(secondStep);
-    m_btnNext->setVisible(!secondStep);
+    m_initial = new TInitial(m_pages);
+    m_initial->CreateUI();
+    m_forward = connect(m_initial.data(), &TInitial::signalYxysChanged, this, &TQdtjyjc::signalYxysChanged);
+    connect(m_initial->serverChoice(), &CloudServerChoice::signalServersReset, this, &TQdtjyjc::backToFirstPage);
+    return m_initial;
+}
+
+TNextstep *TQdtjyjc::secondPage()
+{
+    m_next = new TNextstep(m_pages);
+    m_next->CreateUI();
+    return m_next;
 }
 
 void TQdtjyjc::Switchover(short step)
 {
     GUARDED(kSource, [&] {
         curStep = step;
-        if (step == 0) {
-            if (!m_initial) {
-                m_initial = new TInitial(m_pages);
-                m_initial->CreateUI();
-                m_forward = connect(m_initial.data(), &TInitial::signalYxysChanged, this, &TQdtjyjc::signalYxysChanged);
-                connect(m_initial->serverChoice(), &CloudServerChoice::signalServersReset, this,
-                        &TQdtjyjc::backToFirstPage);
-                m_pages->addPage(m_initial);
-            }
-            m_pages->setCurrentPage(m_initial);
-        } else if (step == 1) {
-            // Time and place are fixed for this run from here on.
+        // Time and place are fixed for this run from the second step on.
+        if (step == 1)
             disconnect(m_forward);
-            if (!m_next) {
-                m_next = new TNextstep(m_pages);
-                m_next->CreateUI();
-                m_pages->addPage(m_next);
-            }
-            m_pages->setCurrentPage(m_next);
-        }
+        m_steps->showStep(step);
     });
 }
 
 void TQdtjyjc::NextStep()
 {
     GUARDED(kSource, [&] {
-        if (!m_initial || !m_initial->serverChoice()->checkServer(this))
-            return;
-        curStep = 1;
-        showStepButtons(true);
-        Switchover(1);
+        if (m_initial && m_initial->serverChoice()->checkServer(this))
+            Switchover(1);
     });
 }
 
 void TQdtjyjc::PreviousStep()
 {
-    GUARDED(kSource, [&] {
-        curStep = 0;
-        showStepButtons(false);
-        Switchover(0);
-    });
+    GUARDED(kSource, [&] { Switchover(0); });
 }
 
 void TQdtjyjc::QdButton()
@@ -210,10 +179,7 @@ void TQdtjyjc::actCancel()
 
 void TQdtjyjc::backToFirstPage()
 {
-    GUARDED(kSource, [&] {
-        showStepButtons(false);
-        Switchover(0);
-    });
+    GUARDED(kSource, [&] { Switchover(0); });
 }
 
 void TQdtjyjc::setSjDdHb(QString &sj, QString &dd, QString &hb)

@@ -12,6 +12,7 @@ class QLabel;
 class QPushButton;
 class TInitial;
 class TNextstep;
+class WizardSteps;
 class zTabContent;
 
 // The unit-price cloud check wizard: step one shows the influence factors,
@@ -59,9 +60,8 @@ private slots:
     void backToFirstPage();
 
 private:
-    QPushButton *button(const QString &text, const QString &name);
-    QLabel *rule(const QString &name);
-    void showStepButtons(bool secondStep);
+    TInitial *firstPage();
+    TNextstep *secondPage();
 
     short curStep = 0;
     QPointer<TInitial> m_initial;
@@ -71,6 +71,7 @@ private:
     QLabel *m_lblLine1 = nullptr;
     QLabel *m_lblLine2 = nullptr;
     zTabContent *m_pages = nullptr;
+    WizardSteps *m_steps = nullptr;
     QPushButton *m_btnNext = nullptr;
     QPushButton *m_btnPrevious = nullptr;
     QPushButton *m_btnOk = nullptr;
