@@ -124,20 +124,11 @@ private slots:
                 .toJson();
         }) << envelope("ent_a", {{"method", "editNZQDK"}, {"reqeuestype", -1}, {"qyid", 31}, {"czlx", 0},
                                  {"para", QJsonObject{{"qdkid", ""}, {"qdkmc", "新库"}}}});
-        QTest::newRow("asynchronous: no token") << Build([] {
-            return CloudRequest::withoutToken("personchapterinfoforuploadqd").toJson();
-        }) << QJsonObject{{"cmd", "cloudSoft"}, {"app_type", 16},
-                          {"data", QJsonObject{{"method", "personchapterinfoforuploadqd"}}}};
-        QTest::newRow("host call, enterprise") << Build([] {
-            LtdInfo ent("华南企业", "ent_12", 2, 12, true);
-            return CloudEnvelope::tiered("getgcsldata", ent, QJsonObject{{"id", "7"}});
-        }) << envelope("ent_12", {{"method", "getgcsldata"}, {"qiyeID", 12}, {"usetype", 2}, {"id", "7"}});
-        QTest::newRow("app type follows the host") << Build([] {
+        QTest::newRow("asynchronous: no token; the host's app type") << Build([] {
             DataLibrary::Instance()->setAppType(23);
-            LtdInfo person("个人云", "kv_token_user", 0, 0, true);
-            return CloudRequest(&person, "m").toJson();
-        }) << QJsonObject{{"cmd", "cloudSoft"}, {"app_type", 23}, {"orgin_token", "kv_token_user"},
-                          {"data", QJsonObject{{"method", "m"}}}};
+            return CloudRequest::withoutToken("personchapterinfoforuploadqd").toJson();
+        }) << QJsonObject{{"cmd", "cloudSoft"}, {"app_type", 23},
+                          {"data", QJsonObject{{"method", "personchapterinfoforuploadqd"}}}};
     }
     void exactJson()
     {

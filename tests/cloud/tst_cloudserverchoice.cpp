@@ -207,53 +207,53 @@ private slots:
         QCOMPARE(choice->currentIndex(), korvane ? 0 : -1);
     }
 
-    void enterpriseLoginThroughTheForm()
+    void loginThroughTheForm_data()
     {
-        loginKorvaneDirectly();
+        QTest::addColumn<int>("pick");
+        QTest::addColumn<bool>("accepted");
+        QTest::addColumn<QJsonObject>("sent"); // part of the login request's "data"
+        QTest::addColumn<int>("current");
+        QTest::newRow("Korvane cloud") << 0 << true << QJsonObject{{"method", "login"}} << 0;
+        QTest::newRow("Korvane cloud, refused") << 0 << false << QJsonObject{{"method", "login"}} << -1;
+        QTest::newRow("enterprise") << 2 << true << QJsonObject{{"method", "enterpriselogin"}, {"qyid", 11}} << 2;
+    }
+    void loginThroughTheForm()
+    {
+        QFETCH(int, pick);
+        QFETCH(bool, accepted);
+        QFETCH(QJsonObject, sent);
+        QFETCH(int, current);
+        const bool enterprise = pick == 2;
+        if (enterprise)
+            loginKorvaneDirectly();
         startWith();
         QSignalSpy reset(choice, &CloudServerChoice::signalServersReset);
-        fx->answerNextModal(fillLogin("li", "pw"));
-        fx->channel().reply(enterpriseLoginReply("s11"));
-        fx->channel().replyOk(serverList()); // loginSuccessPri lists again
-        emit combo->signalCurrentItemChanged(2);
-        QCOMPARE(fx->channel().requests().at(1).value("data").toObject().value("qyid").toInt(), 11);
-        QCOMPARE(choice->currentIndex(), 2);
-        QCOMPARE(choice->getCurrServer()->getToken(), QStringLiteral("s11"));
-        QCOMPARE(combo->currentIndex(), 2);
-        QCOMPARE(savedSetting(), QStringLiteral("华东企业"));
-        // The broker's priLogin of our own login is left to the callback.
-        QCOMPARE(reset.size(), 0);
-        QCOMPARE(fx->channel().requests().size(), 3);
-    }
-
-    void korvaneLoginThroughTheForm_data()
-    {
-        QTest::addColumn<bool>("accepted");
-        QTest::newRow("accepted") << true;
-        QTest::newRow("refused") << false;
-    }
-    void korvaneLoginThroughTheForm()
-    {
-        QFETCH(bool, accepted);
-        startWith(); // nobody logged in
-        QSignalSpy sent(Communication::GetInstance(), &Communication::messageSent);
+        QSignalSpy messages(Communication::GetInstance(), &Communication::messageSent);
         auto seen = std::make_shared<FormSeen>();
         fx->answerNextModal(fillLogin("zhang", "pw", seen));
         if (accepted) {
-            fx->channel().reply(loginReply());
-            fx->channel().replyOk(serverList());
+            fx->channel().reply(enterprise ? enterpriseLoginReply("s11") : loginReply());
+            fx->channel().replyOk(serverList()); // the success callback lists again
         } else {
             fx->channel().replyError(401, "密码错误");
         }
-        emit combo->signalCurrentItemChanged(0); // 个人云 rides on the Korvane login
-        QCOMPARE(fx->channel().requests().at(1).value("data").toObject().value("method").toString(),
-                 QStringLiteral("login"));
+        emit combo->signalCurrentItemChanged(pick); // 个人云 rides on the Korvane login
+        const QJsonObject data = fx->channel().requests().at(1).value("data").toObject();
+        for (auto it = sent.constBegin(); it != sent.constEnd(); ++it)
+            QCOMPARE(data.value(it.key()), it.value());
         QCOMPARE(seen->error, accepted ? QString() : QStringLiteral("密码错误"));
-        QCOMPARE(choice->currentIndex(), accepted ? 0 : -1);
-        QCOMPARE(sent.size(), accepted ? 1 : 0);
-        if (accepted) {
-            QCOMPARE((QList<int>{sent.first().at(0).toInt(), sent.first().at(1).toInt()}), (QList<int>{4, 63}));
-            QVERIFY(!sent.first().at(2).value<QVariant>().isValid());
+        QCOMPARE(choice->currentIndex(), current);
+        QCOMPARE(combo->currentIndex(), current);
+        QCOMPARE(savedSetting(), serverList().at(enterprise ? 3 : 0).toObject().value("name").toString());
+        if (enterprise)
+            QCOMPARE(choice->getCurrServer()->getToken(), QStringLiteral("s11"));
+        // The broker's priLogin of our own login is left to the callback.
+        QCOMPARE(reset.size(), 0);
+        // The host hears of a Korvane login: (4, 63, no value).
+        QCOMPARE(messages.size(), accepted && !enterprise ? 1 : 0);
+        if (!messages.isEmpty()) {
+            QCOMPARE((QList<int>{messages.first().at(0).toInt(), messages.first().at(1).toInt()}), (QList<int>{4, 63}));
+            QVERIFY(!messages.first().at(2).value<QVariant>().isValid());
         }
     }
 
@@ -289,30 +289,22 @@ private slots:
         QSignalSpy reset(choice, &CloudServerChoice::signalServersReset);
         QSignalSpy cleared(choice, &CloudServerChoice::signalClearData);
         staticPriLoginObj *broker = staticPriLoginObj::GetInstance();
-
-        fx->channel().replyOk(serverList());
-        emit broker->priForceExit("华东企业");
-        QCOMPARE(reset.size(), 1);
-        QCOMPARE(cleared.size(), 1);
-
         Users::Instance()->Kvy()->setLogout();
-        fx->channel().replyOk(serverList());
-        emit broker->kvyForceExit();
-        QCOMPARE(reset.size(), 2);
-        QCOMPARE(choice->currentIndex(), -1); // rebuilt: nothing logged in now
-        QCOMPARE(combo->currentText(), QStringLiteral("请选择服务器"));
-
         QJsonArray shorter = serverList();
         shorter.removeAt(4);
         fx->channel().replyOk(shorter);
+        emit broker->kvyForceExit();
+        QCOMPARE(comboTexts(), (QStringList{"个人云", "Korvane云", "华东企业"})); // rebuilt, nothing logged in
+        QCOMPARE(choice->currentIndex(), -1);
+        QCOMPARE(combo->currentText(), QStringLiteral("请选择服务器"));
+        fx->channel().replyOk(serverList());
+        emit broker->priForceExit("华东企业");
+        fx->channel().replyOk(serverList());
         emit broker->priLogin("华南企业");
-        QCOMPARE(reset.size(), 3);
-        QCOMPARE(comboTexts(), (QStringList{"个人云", "Korvane云", "华东企业"}));
-
-        // Signals this module does not follow.
-        emit broker->kvyLogin();
+        emit broker->kvyLogin(); // signals this module does not follow
         emit broker->priExit("华南企业");
         QCOMPARE(reset.size(), 3);
+        QCOMPARE(cleared.size(), 3);
 
         dialog->show();
         dialog->close();
