@@ -1,16 +1,22 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
+#include <hostapi/accumulatedprojectquery.h>
+#include <hostapi/apptype.h>
+#include <hostapi/cloudprocheck.h>
 #include <hostapi/modalrun.h>
 #include <hostapi/textpathdlg.h>
 #include <hostapi/textpathwidget.h>
 #include <hostapi/xmgktime.h>
+#include <hostapi/zfiltersearchbox.h>
+#include <hostapi/ztablemodel.h>
+#include <hostapi/ztableview.h>
 
+#include <QJsonArray>
+#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QtTest>
-
-#include <memory>
 
 namespace {
 // A two-level place dictionary as an owner would answer doRequestNextTab.
@@ -25,7 +31,8 @@ QStringList childrenOf(const QString &name)
     return {};
 }
 
-void connectDictionary(TextPathDlg &dlg, QList<int> *asked = nullptr)
+// A picker over the dictionary; `asked` collects the tabs that asked for more.
+void primePath(TextPathDlg &dlg, const QStringList &top, QList<int> *asked = nullptr)
 {
     QObject::connect(&dlg, &TextPathDlg::doRequestNextTab,
                      [asked](int tab, const QString &item, TextPathWidget *, QStringList *next) {
@@ -33,28 +40,55 @@ void connectDictionary(TextPathDlg &dlg, QList<int> *asked = nullptr)
                              *asked << tab;
                          *next = childrenOf(item);
                      });
+    dlg.addFirstTabData(top.first(), top);
+}
+
+QJsonObject project(const QString &tid, const QString &name)
+{
+    return QJsonObject{{"tid", tid}, {"xmmc", name}, {"dq", "四川省成都市"}, {"sj", "2023-05"}, {"gcType", 1}};
+}
+
+QJsonObject envelope(const QString &token, const QJsonObject &data)
+{
+    return QJsonObject{{"cmd", "cloudSoft"}, {"app_type", AppType()}, {"orgin_token", token}, {"data", data}};
+}
+
+void clickCheckBox(CloudProCheck &dlg, int row)
+{
+    auto *view = dlg.findChild<zTableView *>(QStringLiteral("gdTableGc"));
+    const QPoint centre = view->visualRect(dlg.tableModel()->index(row, 0)).center();
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, centre);
+}
+
+void showChecker(CloudProCheck &dlg)
+{
+    QVERIFY(dlg.InitGcInfo());
+    dlg.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dlg));
 }
 }
 
-class TestPickers : public QObject
+class TestPickers : public HostTestCase
 {
     Q_OBJECT
 private:
-    std::unique_ptr<HostFixture> fx;
+    LtdInfo personal{QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 1, 0, true};
+    LtdInfo korvane{QStringLiteral("Korvane云"), QStringLiteral("kv_token"), 1, 0, true};
+    LtdInfo enterprise{QStringLiteral("某某造价公司"), QStringLiteral("ent_session_7"), 2, 7, true};
 
 private slots:
-    void init() { fx = std::make_unique<HostFixture>(); }
-    void cleanup() { fx.reset(); }
-
     void monthRoundTrip_data()
     {
         QTest::addColumn<QString>("primed");
         QTest::addColumn<int>("shownYear");
         QTest::addColumn<int>("shownMonth");
-        QTest::newRow("host form") << QStringLiteral("2023年05月") << 2023 << 5;
-        QTest::newRow("short month") << QStringLiteral("2021年9月") << 2021 << 9;
-        QTest::newRow("dashed") << QStringLiteral("2019-11") << 2019 << 11;
-        QTest::newRow("date") << QStringLiteral("2020-02-29") << 2020 << 2;
+        const QDate today = QDate::currentDate();
+        QTest::newRow("host form") << "2023年05月" << 2023 << 5;
+        QTest::newRow("short month") << "2021年9月" << 2021 << 9;
+        QTest::newRow("dashed") << "2019-11" << 2019 << 11;
+        QTest::newRow("date") << "2020-02-29" << 2020 << 2;
+        QTest::newRow("no month: today") << "无" << today.year() << today.month();
+        QTest::newRow("month 13: today") << "2023年13月" << today.year() << today.month();
     }
 
     void monthRoundTrip()
@@ -69,60 +103,50 @@ private slots:
         // Nothing chosen yet: the primed text comes back unchanged.
         QCOMPARE(picker.GetTimeData(), primed);
         fx->answerNextModal([](QDialog *d) {
-            auto *p = qobject_cast<XmgkTime *>(d);
-            p->chooseMonth(2024, 3);
-            return p->result();
+            qobject_cast<XmgkTime *>(d)->chooseMonth(2024, 3);
+            return d->result();
         });
         QCOMPARE(picker.ShowModal(), int(XmgkTime::Chosen));
         QCOMPARE(picker.GetTimeData(), QStringLiteral("2024年03月"));
     }
 
-    void monthPickerUserFlow()
+    void monthPickerClicks_data()
     {
-        XmgkTime picker;
-        picker.SetTimeData(QStringLiteral("2023年05月"));
-        picker.show();
-        QTest::mouseClick(picker.findChild<QPushButton *>(QStringLiteral("btnPrevYear")), Qt::LeftButton);
-        QTest::mouseClick(picker.findChild<QPushButton *>(QStringLiteral("btnMonth12")), Qt::LeftButton);
-        QCOMPARE(picker.GetTimeData(), QStringLiteral("2023年05月"));
-        QTest::mouseClick(picker.findChild<QPushButton *>(QStringLiteral("btnOk")), Qt::LeftButton);
-        QCOMPARE(picker.result(), int(XmgkTime::Chosen));
-        QCOMPARE(picker.GetTimeData(), QStringLiteral("2022年12月"));
+        QTest::addColumn<QStringList>("clicks");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("previous year, December, 确定")
+            << QStringList{"btnPrevYear", "btnMonth12", "btnOk"} << int(XmgkTime::Chosen) << "2022年12月";
+        QTest::newRow("next year, 确定") << QStringList{"btnNextYear", "btnOk"} << int(XmgkTime::Chosen) << "2024年05月";
+        QTest::newRow("January, 取消") << QStringList{"btnMonth1", "btnCancel"} << int(XmgkTime::Cancelled)
+                                        << "2023年05月";
     }
 
-    void cancelKeepsPrimedText()
+    void monthPickerClicks()
     {
+        QFETCH(QStringList, clicks);
+        QFETCH(int, result);
+        QFETCH(QString, text);
         XmgkTime picker;
         picker.SetTimeData(QStringLiteral("2023年05月"));
+        picker.setResult(-1);
         picker.show();
-        QTest::mouseClick(picker.findChild<QPushButton *>(QStringLiteral("btnMonth1")), Qt::LeftButton);
-        QTest::mouseClick(picker.findChild<QPushButton *>(QStringLiteral("btnCancel")), Qt::LeftButton);
-        QCOMPARE(picker.result(), int(XmgkTime::Cancelled));
-        QCOMPARE(picker.GetTimeData(), QStringLiteral("2023年05月"));
-    }
-
-    void unreadableTimeShowsCurrentMonth()
-    {
-        XmgkTime picker;
-        picker.SetTimeData(QStringLiteral("无"));
-        QCOMPARE(picker.shownYear(), QDate::currentDate().year());
-        QCOMPARE(picker.shownMonth(), QDate::currentDate().month());
-        QCOMPARE(picker.GetTimeData(), QStringLiteral("无"));
-        QVERIFY(!XmgkTime::parseMonth(QStringLiteral("2023年13月")).isValid());
+        for (const QString &name : clicks) {
+            QCOMPARE(picker.GetTimeData(), QStringLiteral("2023年05月"));
+            QTest::mouseClick(picker.findChild<QPushButton *>(name), Qt::LeftButton);
+        }
+        QCOMPARE(picker.result(), result);
+        QCOMPARE(picker.GetTimeData(), text);
     }
 
     void pathGrowsTabByTab()
     {
         TextPathDlg dlg(QStringLiteral("工程地点选择"));
         QList<int> asked;
-        connectDictionary(dlg, &asked);
-        const QStringList top{QStringLiteral("四川省"), QStringLiteral("重庆市")};
-        dlg.addFirstTabData(top.first(), top);
-        dlg.addTabData(QStringLiteral("类别1"), childrenOf(top.first()));
+        primePath(dlg, {QStringLiteral("四川省"), QStringLiteral("重庆市")}, &asked);
+        dlg.addTabData(QStringLiteral("类别1"), childrenOf(QStringLiteral("四川省")));
         TextPathWidget *w = dlg.pathWidget();
-        QCOMPARE(dlg.caption(), QStringLiteral("工程地点选择"));
-        QCOMPARE(dlg.getSelectedPath(), (QStringList{QStringLiteral("四川省"), QStringLiteral("类别1")}));
-
+        QCOMPARE(dlg.getSelectedPath(), (QStringList{"四川省", "类别1"}));
         QVERIFY(w->chooseItem(1, QStringLiteral("成都市")));
         QCOMPARE(w->tabCount(), 3);
         QCOMPARE(w->tabTitle(2), QStringLiteral("类别2"));
@@ -130,13 +154,11 @@ private slots:
         QCOMPARE(w->currentTab(), 2);
         QVERIFY(w->chooseItem(2, QStringLiteral("武侯区")));
         QCOMPARE(w->tabCount(), 3);
-        QCOMPARE(dlg.getSelectedPath(),
-                 (QStringList{QStringLiteral("四川省"), QStringLiteral("成都市"), QStringLiteral("武侯区")}));
+        QCOMPARE(dlg.getSelectedPath(), (QStringList{"四川省", "成都市", "武侯区"}));
         QCOMPARE(asked, (QList<int>{1, 2}));
-
         // Choosing again on the first tab drops the deeper levels.
         QVERIFY(w->chooseItem(0, QStringLiteral("重庆市")));
-        QCOMPARE(dlg.getSelectedPath(), (QStringList{QStringLiteral("重庆市"), QStringLiteral("类别1")}));
+        QCOMPARE(dlg.getSelectedPath(), (QStringList{"重庆市", "类别1"}));
         QCOMPARE(w->tabItems(1), QStringList{QStringLiteral("渝中区")});
         QVERIFY(!w->chooseItem(1, QStringLiteral("金牛区")));
         QVERIFY(!w->chooseItem(5, QStringLiteral("渝中区")));
@@ -145,14 +167,11 @@ private slots:
     void clickOnItemChoosesIt()
     {
         TextPathDlg dlg;
-        connectDictionary(dlg);
-        dlg.addFirstTabData(QStringLiteral("四川省"), {QStringLiteral("四川省"), QStringLiteral("重庆市")});
+        primePath(dlg, {QStringLiteral("四川省"), QStringLiteral("重庆市")});
         dlg.show();
-        auto *list = qobject_cast<QListWidget *>(dlg.findChildren<QListWidget *>().value(0));
-        QVERIFY(list);
+        auto *list = dlg.findChild<QListWidget *>();
         QListWidgetItem *item = list->findItems(QStringLiteral("四川省"), Qt::MatchExactly).value(0);
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
-        QCOMPARE(dlg.pathWidget()->tabCount(), 2);
         QCOMPARE(dlg.pathWidget()->tabItems(1), childrenOf(QStringLiteral("四川省")));
     }
 
@@ -160,41 +179,132 @@ private slots:
     {
         TextPathDlg dlg;
         QList<int> asked;
-        connectDictionary(dlg, &asked);
         dlg.pathWidget()->setMaxTabCount(2);
-        dlg.addFirstTabData(QStringLiteral("四川省"), {QStringLiteral("四川省")});
+        primePath(dlg, {QStringLiteral("四川省")}, &asked);
         QVERIFY(dlg.pathWidget()->chooseItem(0, QStringLiteral("四川省")));
         QVERIFY(dlg.pathWidget()->chooseItem(1, QStringLiteral("成都市")));
         QCOMPARE(dlg.pathWidget()->tabCount(), 2);
         QCOMPARE(asked, QList<int>{0});
     }
 
-    void modalRunAcceptsWithPath()
-    {
-        TextPathDlg dlg(QStringLiteral("工程地点选择"));
-        connectDictionary(dlg);
-        dlg.addFirstTabData(QStringLiteral("四川省"), {QStringLiteral("四川省"), QStringLiteral("重庆市")});
-        dlg.addTabData(QStringLiteral("类别1"), childrenOf(QStringLiteral("四川省")));
-        fx->answerNextModal([](QDialog *d) {
-            auto *p = qobject_cast<TextPathDlg *>(d);
-            p->pathWidget()->chooseItem(1, QStringLiteral("绵阳市"));
-            return 1;
-        });
-        QCOMPARE(ModalRun::exec(&dlg), 1);
-        QCOMPARE(dlg.getSelectedPath(), (QStringList{QStringLiteral("四川省"), QStringLiteral("绵阳市")}));
-    }
-
-    void leafChoiceAcceptsVisibleDialog()
+    void leafChoiceAcceptsOnlyAShownPicker()
     {
         TextPathDlg dlg;
-        connectDictionary(dlg);
-        dlg.addFirstTabData(QStringLiteral("重庆市"), {QStringLiteral("重庆市")});
+        primePath(dlg, {QStringLiteral("重庆市")});
+        fx->answerNextModal([](QDialog *d) {
+            TextPathWidget *w = qobject_cast<TextPathDlg *>(d)->pathWidget();
+            w->chooseItem(0, QStringLiteral("重庆市"));
+            w->chooseItem(1, QStringLiteral("渝中区"));
+            return d->result();
+        });
+        dlg.setResult(-1);
+        QCOMPARE(ModalRun::exec(&dlg), -1);
+        QCOMPARE(dlg.getSelectedPath(), (QStringList{"重庆市", "渝中区"}));
         dlg.show();
-        dlg.pathWidget()->chooseItem(0, QStringLiteral("重庆市"));
-        QVERIFY(dlg.isVisible());
         dlg.pathWidget()->chooseItem(1, QStringLiteral("渝中区"));
         QCOMPARE(dlg.result(), int(QDialog::Accepted));
         QVERIFY(!dlg.isVisible());
+    }
+
+    void requestByTier_data()
+    {
+        QTest::addColumn<int>("which");
+        QTest::addColumn<bool>("condNull");
+        QTest::addColumn<QJsonObject>("data");
+        const QString m = QStringLiteral("getaccumulatedprojects");
+        QTest::newRow("personal") << 0 << false
+                                  << QJsonObject{{"method", m}, {"qiyeID", -1}, {"usetype", 1}, {"gcType", 2},
+                                                 {"keyword", "住宅"}};
+        QTest::newRow("korvane") << 1 << false
+                                 << QJsonObject{{"method", m}, {"qiyeID", 0}, {"usetype", 3}, {"gcType", 2},
+                                                {"keyword", "住宅"}};
+        QTest::newRow("enterprise, no conditions")
+            << 2 << true << QJsonObject{{"method", m}, {"qiyeID", 7}, {"usetype", 2}};
+    }
+
+    void requestByTier()
+    {
+        QFETCH(int, which);
+        QFETCH(bool, condNull);
+        QFETCH(QJsonObject, data);
+        const LtdInfo *server = QList<LtdInfo *>{&personal, &korvane, &enterprise}.at(which);
+        QCOMPARE(AccumulatedProjectQuery::buildRequest(*server, 2, QStringLiteral(" 住宅 "), condNull),
+                 envelope(server->getToken(), data));
+    }
+
+    void initLoadsListWithExactRequest()
+    {
+        fx->channel().replyOk(QJsonArray{project("11", "万科城一期"), "garbage", QJsonObject{{"xmmc", "无编号"}},
+                                         project("12", "万科城二期")});
+        const QString chosen = AccumulatedProjectQuery::choiceText(project("12", "万科城二期"));
+        CloudProCheck dlg(QStringList{chosen, chosen}, &enterprise, QStringLiteral("建筑"), TQDNodeInfo());
+        QCOMPARE(dlg.checkedChoices(), QStringList{chosen});
+        dlg.setIscondNull(false);
+        QVERIFY(dlg.InitGcInfo());
+        const QJsonObject data{{"method", "getaccumulatedprojects"}, {"qiyeID", 7}, {"usetype", 2}};
+        QCOMPARE(fx->channel().requests(), QList<QJsonObject>{envelope(QStringLiteral("ent_session_7"), data)});
+        zTableModel *model = dlg.tableModel();
+        QCOMPARE(model->rowCount(), 2);
+        QCOMPARE(model->cellValue(0, QStringLiteral("xmmc")).toString(), QStringLiteral("万科城一期"));
+        QCOMPARE(model->cellValue(1, QStringLiteral("dq")).toString(), QStringLiteral("四川省成都市"));
+        // A project chosen before shows checked.
+        QCOMPARE(model->checkState(0, QStringLiteral("xz")), Qt::Unchecked);
+        QCOMPARE(model->checkState(1, QStringLiteral("xz")), Qt::Checked);
+        QCOMPARE(dlg.findChild<QLabel *>(QStringLiteral("lblCount"))->text(), QStringLiteral("已选1个工程"));
+        QVERIFY(fx->messageTexts().isEmpty());
+    }
+
+    void failuresTellTheUser_data()
+    {
+        QTest::addColumn<bool>("server");
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<QString>("message");
+        const QString offline = QStringLiteral("无法连接云服务，请稍后重试");
+        QTest::newRow("code") << true << QByteArray(R"({"code":3,"msg":"企业云未登录","data":null})") << "企业云未登录";
+        QTest::newRow("empty") << true << QByteArray() << offline;
+        QTest::newRow("not json") << true << QByteArray("<html>") << offline;
+        QTest::newRow("no server: no request") << false << QByteArray() << "请选择服务器";
+    }
+
+    void failuresTellTheUser()
+    {
+        QFETCH(bool, server);
+        QFETCH(QByteArray, reply);
+        QFETCH(QString, message);
+        fx->channel().replyBytes(reply);
+        CloudProCheck dlg({}, server ? &personal : nullptr, QString(), TQDNodeInfo());
+        QVERIFY(!dlg.InitGcInfo());
+        QCOMPARE(fx->messageTexts(), QStringList{message});
+        QCOMPARE(fx->channel().requests().size(), server ? 1 : 0);
+        QCOMPARE(dlg.tableModel()->rowCount(), 0);
+    }
+
+    void choicesSurviveSearchAndReachOwner()
+    {
+        fx->channel().replyOk(QJsonArray{project("11", "万科城一期"), project("12", "万科城二期")});
+        CloudProCheck dlg({}, &korvane, QString(), TQDNodeInfo());
+        dlg.setIscondNull(false);
+        showChecker(dlg);
+        clickCheckBox(dlg, 0);
+        clickCheckBox(dlg, 1);
+        clickCheckBox(dlg, 1);
+        QCOMPARE(dlg.checkedChoices().size(), 1);
+        // A search that hides the chosen project keeps it chosen.
+        fx->channel().replyOk(QJsonArray{project("12", "万科城二期")});
+        dlg.searchBox()->setText(QStringLiteral("二期"));
+        dlg.searchBox()->searchButton()->click();
+        QCOMPARE(fx->channel().lastRequest().value("data").toObject().value("keyword").toString(), QStringLiteral("二期"));
+        QCOMPARE(dlg.tableModel()->rowCount(), 1);
+        clickCheckBox(dlg, 0);
+        QSignalSpy chosen(&dlg, &CloudProCheck::signalCheckGc);
+        QSignalSpy maps(&dlg, &CloudProCheck::signalCheckGcMaps);
+        dlg.findChild<QPushButton *>(QStringLiteral("btnOk"))->click();
+        const QStringList choices = chosen.value(0).value(0).toStringList();
+        QCOMPARE(AccumulatedProjectQuery::choiceIds(choices), (QStringList{"11", "12"}));
+        QCOMPARE(AccumulatedProjectQuery::choiceName(choices.at(0)), QStringLiteral("万科城一期"));
+        const auto mapList = maps.value(0).value(0).value<QList<QMap<QString, QVariant>>>();
+        QCOMPARE(mapList.value(1).value(QStringLiteral("xmmc")).toString(), QStringLiteral("万科城二期"));
+        QCOMPARE(dlg.result(), int(QDialog::Accepted));
     }
 };
 

@@ -1,6 +1,6 @@
 // The login path against the real embedded cloud service: the server list,
 // the Korvane login and an enterprise login, driven through answered forms.
-#include "hostfixture.h"
+#include "hosttestcase.h"
 #include "loginanswers.h"
 
 #include <cloud/cloudserverchoice.h>
@@ -19,17 +19,14 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <memory>
-
 using namespace loginanswers;
 
-class TestLoginService : public QObject
+class TestLoginService : public HostTestCase
 {
     Q_OBJECT
 private:
     QTemporaryDir cloudDir;
     std::shared_ptr<CloudService> service;
-    std::unique_ptr<HostFixture> fx;
     std::unique_ptr<QWidget> dialog;
     CloudServerCombox *combo = nullptr;
     CloudServerChoice *choice = nullptr;
@@ -52,7 +49,7 @@ private slots:
 
     void init()
     {
-        fx = std::make_unique<HostFixture>();
+        HostTestCase::init();
         ServicesUtil::setChannel(std::make_shared<EmbeddedChannel>(service));
         ServerRegistry::instance()->reset();
         dialog = std::make_unique<QWidget>();
@@ -64,7 +61,7 @@ private slots:
     {
         dialog.reset();
         ServerRegistry::instance()->reset();
-        fx.reset();
+        HostTestCase::cleanup();
     }
 
     void loginKorvaneThenEnterprise()
