@@ -22,13 +22,9 @@ namespace {
 // A two-level place dictionary as an owner would answer doRequestNextTab.
 QStringList childrenOf(const QString &name)
 {
-    if (name == QStringLiteral("四川省"))
-        return {QStringLiteral("成都市"), QStringLiteral("绵阳市")};
-    if (name == QStringLiteral("成都市"))
-        return {QStringLiteral("金牛区"), QStringLiteral("武侯区")};
-    if (name == QStringLiteral("重庆市"))
-        return {QStringLiteral("渝中区")};
-    return {};
+    static const QMap<QString, QStringList> tree{
+        {"四川省", {"成都市", "绵阳市"}}, {"成都市", {"金牛区", "武侯区"}}, {"重庆市", {"渝中区"}}};
+    return tree.value(name);
 }
 
 // A picker over the dictionary; `asked` collects the tabs that asked for more.
@@ -59,13 +55,6 @@ void clickCheckBox(CloudProCheck &dlg, int row)
     const QPoint centre = view->visualRect(dlg.tableModel()->index(row, 0)).center();
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, centre);
 }
-
-void showChecker(CloudProCheck &dlg)
-{
-    QVERIFY(dlg.InitGcInfo());
-    dlg.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dlg));
-}
 }
 
 class TestPickers : public HostTestCase
@@ -77,66 +66,47 @@ private:
     LtdInfo enterprise{QStringLiteral("某某造价公司"), QStringLiteral("ent_session_7"), 2, 7, true};
 
 private slots:
-    void monthRoundTrip_data()
+    void monthPicker_data()
     {
         QTest::addColumn<QString>("primed");
-        QTest::addColumn<int>("shownYear");
-        QTest::addColumn<int>("shownMonth");
-        const QDate today = QDate::currentDate();
-        QTest::newRow("host form") << "2023年05月" << 2023 << 5;
-        QTest::newRow("short month") << "2021年9月" << 2021 << 9;
-        QTest::newRow("dashed") << "2019-11" << 2019 << 11;
-        QTest::newRow("date") << "2020-02-29" << 2020 << 2;
-        QTest::newRow("no month: today") << "无" << today.year() << today.month();
-        QTest::newRow("month 13: today") << "2023年13月" << today.year() << today.month();
-    }
-
-    void monthRoundTrip()
-    {
-        QFETCH(QString, primed);
-        QFETCH(int, shownYear);
-        QFETCH(int, shownMonth);
-        XmgkTime picker;
-        picker.SetTimeData(primed);
-        QCOMPARE(picker.shownYear(), shownYear);
-        QCOMPARE(picker.shownMonth(), shownMonth);
-        // Nothing chosen yet: the primed text comes back unchanged.
-        QCOMPARE(picker.GetTimeData(), primed);
-        fx->answerNextModal([](QDialog *d) {
-            qobject_cast<XmgkTime *>(d)->chooseMonth(2024, 3);
-            return d->result();
-        });
-        QCOMPARE(picker.ShowModal(), int(XmgkTime::Chosen));
-        QCOMPARE(picker.GetTimeData(), QStringLiteral("2024年03月"));
-    }
-
-    void monthPickerClicks_data()
-    {
         QTest::addColumn<QStringList>("clicks");
         QTest::addColumn<int>("result");
         QTest::addColumn<QString>("text");
-        QTest::newRow("previous year, December, 确定")
-            << QStringList{"btnPrevYear", "btnMonth12", "btnOk"} << int(XmgkTime::Chosen) << "2022年12月";
-        QTest::newRow("next year, 确定") << QStringList{"btnNextYear", "btnOk"} << int(XmgkTime::Chosen) << "2024年05月";
-        QTest::newRow("January, 取消") << QStringList{"btnMonth1", "btnCancel"} << int(XmgkTime::Cancelled)
-                                        << "2023年05月";
+        const QStringList ok{"btnOk"};
+        const int chosen = XmgkTime::Chosen;
+        QTest::newRow("host form") << "2023年05月" << ok << chosen << "2023年05月";
+        QTest::newRow("short month") << "2021年9月" << ok << chosen << "2021年09月";
+        QTest::newRow("dashed") << "2019-11" << ok << chosen << "2019年11月";
+        QTest::newRow("date") << "2020-02-29" << ok << chosen << "2020年02月";
+        QTest::newRow("month 13: today") << "2023年13月" << ok << chosen
+                                         << QDate::currentDate().toString(QStringLiteral("yyyy年MM月"));
+        QTest::newRow("previous year, December")
+            << "2023年05月" << QStringList{"btnPrevYear", "btnMonth12", "btnOk"} << chosen << "2022年12月";
+        QTest::newRow("next year") << "2023年05月" << QStringList{"btnNextYear", "btnOk"} << chosen << "2024年05月";
+        // Cancelling keeps the primed text, readable or not.
+        QTest::newRow("January, 取消") << "2023年05月" << QStringList{"btnMonth1", "btnCancel"}
+                                        << int(XmgkTime::Cancelled) << "2023年05月";
+        QTest::newRow("no month, 取消") << "无" << QStringList{"btnCancel"} << int(XmgkTime::Cancelled) << "无";
     }
 
-    void monthPickerClicks()
+    void monthPicker()
     {
+        QFETCH(QString, primed);
         QFETCH(QStringList, clicks);
         QFETCH(int, result);
         QFETCH(QString, text);
         XmgkTime picker;
-        picker.SetTimeData(QStringLiteral("2023年05月"));
+        picker.SetTimeData(primed);
         picker.setResult(-1);
         picker.show();
         for (const QString &name : clicks) {
-            QCOMPARE(picker.GetTimeData(), QStringLiteral("2023年05月"));
+            QCOMPARE(picker.GetTimeData(), primed); // nothing chosen yet
             QTest::mouseClick(picker.findChild<QPushButton *>(name), Qt::LeftButton);
         }
         QCOMPARE(picker.result(), result);
         QCOMPARE(picker.GetTimeData(), text);
+        picker.chooseMonth(2024, 3);
+        QCOMPARE(picker.GetTimeData(), QStringLiteral("2024年03月"));
     }
 
     void pathGrowsTabByTab()
@@ -212,14 +182,11 @@ private slots:
         QTest::addColumn<bool>("condNull");
         QTest::addColumn<QJsonObject>("data");
         const QString m = QStringLiteral("getaccumulatedprojects");
-        QTest::newRow("personal") << 0 << false
-                                  << QJsonObject{{"method", m}, {"qiyeID", -1}, {"usetype", 1}, {"gcType", 2},
-                                                 {"keyword", "住宅"}};
-        QTest::newRow("korvane") << 1 << false
-                                 << QJsonObject{{"method", m}, {"qiyeID", 0}, {"usetype", 3}, {"gcType", 2},
-                                                {"keyword", "住宅"}};
-        QTest::newRow("enterprise, no conditions")
-            << 2 << true << QJsonObject{{"method", m}, {"qiyeID", 7}, {"usetype", 2}};
+        const QJsonObject personal{{"method", m}, {"qiyeID", -1}, {"usetype", 1}, {"gcType", 2}, {"keyword", "住宅"}};
+        const QJsonObject korvane{{"method", m}, {"qiyeID", 0}, {"usetype", 3}, {"gcType", 2}, {"keyword", "住宅"}};
+        QTest::newRow("personal") << 0 << false << personal;
+        QTest::newRow("korvane") << 1 << false << korvane;
+        QTest::newRow("enterprise, no conditions") << 2 << true << QJsonObject{{"method", m}, {"qiyeID", 7}, {"usetype", 2}};
     }
 
     void requestByTier()
@@ -284,7 +251,8 @@ private slots:
         fx->channel().replyOk(QJsonArray{project("11", "万科城一期"), project("12", "万科城二期")});
         CloudProCheck dlg({}, &korvane, QString(), TQDNodeInfo());
         dlg.setIscondNull(false);
-        showChecker(dlg);
+        QVERIFY(dlg.InitGcInfo());
+        dlg.show();
         clickCheckBox(dlg, 0);
         clickCheckBox(dlg, 1);
         clickCheckBox(dlg, 1);

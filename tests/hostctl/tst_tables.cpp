@@ -104,20 +104,14 @@ private slots:
         QCOMPARE(name.data(Qt::TextAlignmentRole).toInt(), int(Qt::AlignLeft | Qt::AlignVCenter));
         QCOMPARE(price.data(Qt::TextAlignmentRole).toInt(), int(Qt::AlignRight | Qt::AlignVCenter));
         QCOMPARE(price.data(zTableCell::KindRole).toInt(), 5005);
-        QCOMPARE(price.data(zTableCell::KeyRole).toString(), QStringLiteral("zhdj"));
         QCOMPARE(check.data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
         QVERIFY(model.flags(check) & Qt::ItemIsUserCheckable);
         QVERIFY(!(model.flags(name) & Qt::ItemIsUserCheckable));
         QVERIFY(!name.data(Qt::CheckStateRole).isValid());
-        model.setCellForeground(0, QStringLiteral("zhdj"), Qt::red);
-        QCOMPARE(price.data(Qt::ForegroundRole).value<QBrush>().color(), QColor(Qt::red));
-        model.setCellBackground(0, QStringLiteral("xmmc"), QColor(65, 127, 249));
-        QCOMPARE(name.data(Qt::BackgroundRole).value<QBrush>().color(), QColor(65, 127, 249));
         model.setRowData(0, QStringLiteral("bill-7"));
         QCOMPARE(price.data(zTableCell::RowDataRole).toString(), QStringLiteral("bill-7"));
         QCOMPARE(model.headerData(3, Qt::Horizontal).toString(), QStringLiteral("综合\n单价"));
         QCOMPARE(model.headerData(3, Qt::Horizontal, zTableCell::TitleRole).toString(), QStringLiteral("综合|单价"));
-        QCOMPARE(model.headerData(1, Qt::Horizontal, zTableCell::WidthRole).toInt(), 291);
     }
 
     void cellClicksToggleAndSignal()
@@ -148,14 +142,7 @@ private slots:
         click(view, model.index(1, 5), QPoint(1, 1));
         QCOMPARE(buttons.count(), 1);
         QCOMPARE(buttons.at(0).at(0).value<QModelIndex>(), model.index(1, 5));
-    }
-
-    void viewFollowsSpansAndWidths()
-    {
-        zTableModel model;
-        declareResultList(model, 1);
-        zTableView view;
-        view.setModel(&model);
+        // Widths and spans follow the model.
         QCOMPARE(view.columnWidth(1), 291);
         QVERIFY(model.setSpan(0, QStringLiteral("xmmc"), 1, 2));
         QCOMPARE(view.columnSpan(0, 1), 2);
@@ -166,12 +153,14 @@ private slots:
         QCOMPARE(view.currentIndex().row(), 0);
     }
 
-    void treeModelPassesTester()
+    void treeModelAndView()
     {
         zTreeModel model;
         QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         model.addColumn(QStringLiteral("定额编号"), QStringLiteral("debh"), 170);
         model.addColumn(QStringLiteral("单价计算程序"), QStringLiteral("djjscx"), 76);
+        model.addColumn(QStringLiteral("综合|单价"), QStringLiteral("zhdj"), 60);
+        model.addColumn(QStringLiteral("综合|合价"), QStringLiteral("zhhj"), 60);
         zStandardTreeNodeData root;
         for (int i = 1; i <= 3; ++i) {
             zStandardTreeNodeData *line = root.addChild();
@@ -183,56 +172,42 @@ private slots:
             material->setCell(QStringLiteral("debh"), QStringLiteral("C%1").arg(i), 5004);
         }
         model.setRootData(root);
-        // The model holds its own copy.
-        root.clearChildren();
-        QCOMPARE(model.rowCount(), 3);
+        root.clearChildren(); // the model holds its own copy
         const QModelIndex second = model.index(1, 0);
         const QModelIndex child = model.index(0, 0, second);
         QCOMPARE(child.data().toString(), QStringLiteral("C2"));
         QCOMPARE(model.parent(child), second);
         QCOMPARE(model.nodeAt(child)->id(), 12);
-        QCOMPARE(model.index(1, 1).data(zTableCell::KindRole).toInt(), 5007);
         zStandardTreeNodeData *added = model.appendChild(second);
         model.setCell(model.indexOf(added, 0), QStringLiteral("C9"), 5004);
         QCOMPARE(model.index(1, 0, second).data().toString(), QStringLiteral("C9"));
         QVERIFY(!model.setCell(model.indexOf(added, 1), QStringLiteral("x"), 99));
-        model.clearRows();
-        QCOMPARE(model.rowCount(), 0);
-
         // The view: declared widths, a pressable button cell, grouped headers.
-        model.addColumn(QStringLiteral("综合|单价"), QStringLiteral("zhdj"), 60);
-        model.addColumn(QStringLiteral("综合|合价"), QStringLiteral("zhhj"), 60);
-        auto *line = model.appendChild(QModelIndex());
-        line->setId(5);
-        model.setCell(model.indexOf(line, 1), QStringLiteral("查看"), 5007);
         zTreeView view;
         show(view, &model);
         QCOMPARE(view.columnWidth(0), 170);
         QSignalSpy buttons(&view, &zTreeView::signalButtonClicked);
-        click(view, model.index(0, 1));
-        QCOMPARE(model.nodeAt(buttons.value(0).value(0).value<QModelIndex>())->id(), 5);
+        click(view, model.index(2, 1));
+        QCOMPARE(model.nodeAt(buttons.value(0).value(0).value<QModelIndex>())->id(), 3);
         auto *header = qobject_cast<zGroupHeaderView *>(view.header());
         QCOMPARE(header->groupOf(0), QString());
         QCOMPARE(header->groupOf(3), QStringLiteral("综合"));
         QCOMPARE(header->groupRun(2), qMakePair(2, 3));
         QCOMPARE(header->groupRun(1), qMakePair(1, 1));
         QVERIFY(qobject_cast<zGroupHeaderView *>(zTableView().horizontalHeader()));
+        model.clearRows();
+        QCOMPARE(model.rowCount(), 0);
     }
 
     void searchBoxEmitsTypedText()
     {
         zFilterSearchBox box;
-        box.setPlaceholderText(QStringLiteral("输入关键词"));
-        QCOMPARE(box.lineEdit()->placeholderText(), QStringLiteral("输入关键词"));
         box.show();
         QSignalSpy search(&box, &zFilterSearchBox::signalSearch);
         box.lineEdit()->insert(QStringLiteral("混凝土"));
         QTest::keyClick(box.lineEdit(), Qt::Key_Return);
         QTest::mouseClick(box.searchButton(), Qt::LeftButton);
-        QCOMPARE(search.count(), 2);
-        QCOMPARE(search.at(0).at(0).toString(), QStringLiteral("混凝土"));
-        box.clear();
-        QCOMPARE(box.text(), QString());
+        QCOMPARE(QList<QVariantList>(search), (QList<QVariantList>{{"混凝土"}, {"混凝土"}}));
     }
 };
 
