@@ -12,6 +12,7 @@
 #include <hostapi/ztableview.h>
 
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -132,6 +133,12 @@ private slots:
         QCOMPARE(w->tabItems(1), QStringList{QStringLiteral("渝中区")});
         QVERIFY(!w->chooseItem(1, QStringLiteral("金牛区")));
         QVERIFY(!w->chooseItem(5, QStringLiteral("渝中区")));
+        // A maximum tab count stops the growth.
+        w->setMaxTabCount(2);
+        QVERIFY(w->chooseItem(0, QStringLiteral("四川省")));
+        QVERIFY(w->chooseItem(1, QStringLiteral("成都市")));
+        QCOMPARE(w->tabCount(), 2);
+        QCOMPARE(asked, (QList<int>{1, 2, 0, 0}));
     }
 
     void clickOnItemChoosesIt()
@@ -143,18 +150,6 @@ private slots:
         QListWidgetItem *item = list->findItems(QStringLiteral("四川省"), Qt::MatchExactly).value(0);
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
         QCOMPARE(dlg.pathWidget()->tabItems(1), childrenOf(QStringLiteral("四川省")));
-    }
-
-    void maxTabCountStopsGrowth()
-    {
-        TextPathDlg dlg;
-        QList<int> asked;
-        dlg.pathWidget()->setMaxTabCount(2);
-        primePath(dlg, {QStringLiteral("四川省")}, &asked);
-        QVERIFY(dlg.pathWidget()->chooseItem(0, QStringLiteral("四川省")));
-        QVERIFY(dlg.pathWidget()->chooseItem(1, QStringLiteral("成都市")));
-        QCOMPARE(dlg.pathWidget()->tabCount(), 2);
-        QCOMPARE(asked, QList<int>{0});
     }
 
     void leafChoiceAcceptsOnlyAShownPicker()
@@ -199,51 +194,44 @@ private slots:
                  envelope(server->getToken(), data));
     }
 
-    void initLoadsListWithExactRequest()
-    {
-        fx->channel().replyOk(QJsonArray{project("11", "万科城一期"), "garbage", QJsonObject{{"xmmc", "无编号"}},
-                                         project("12", "万科城二期")});
-        const QString chosen = AccumulatedProjectQuery::choiceText(project("12", "万科城二期"));
-        CloudProCheck dlg(QStringList{chosen, chosen}, &enterprise, QStringLiteral("建筑"), TQDNodeInfo());
-        QCOMPARE(dlg.checkedChoices(), QStringList{chosen});
-        dlg.setIscondNull(false);
-        QVERIFY(dlg.InitGcInfo());
-        const QJsonObject data{{"method", "getaccumulatedprojects"}, {"qiyeID", 7}, {"usetype", 2}};
-        QCOMPARE(fx->channel().requests(), QList<QJsonObject>{envelope(QStringLiteral("ent_session_7"), data)});
-        zTableModel *model = dlg.tableModel();
-        QCOMPARE(model->rowCount(), 2);
-        QCOMPARE(model->cellValue(0, QStringLiteral("xmmc")).toString(), QStringLiteral("万科城一期"));
-        QCOMPARE(model->cellValue(1, QStringLiteral("dq")).toString(), QStringLiteral("四川省成都市"));
-        // A project chosen before shows checked.
-        QCOMPARE(model->checkState(0, QStringLiteral("xz")), Qt::Unchecked);
-        QCOMPARE(model->checkState(1, QStringLiteral("xz")), Qt::Checked);
-        QCOMPARE(dlg.findChild<QLabel *>(QStringLiteral("lblCount"))->text(), QStringLiteral("已选1个工程"));
-        QVERIFY(fx->messageTexts().isEmpty());
-    }
-
-    void failuresTellTheUser_data()
+    void initLoadsTheList_data()
     {
         QTest::addColumn<bool>("server");
         QTest::addColumn<QByteArray>("reply");
         QTest::addColumn<QString>("message");
+        const QJsonArray list{project("11", "万科城一期"), "garbage", QJsonObject{{"xmmc", "无编号"}}, project("12", "万科城二期")};
         const QString offline = QStringLiteral("无法连接云服务，请稍后重试");
+        QTest::newRow("list") << true << QJsonDocument(QJsonObject{{"code", 0}, {"data", list}}).toJson() << "";
         QTest::newRow("code") << true << QByteArray(R"({"code":3,"msg":"企业云未登录","data":null})") << "企业云未登录";
         QTest::newRow("empty") << true << QByteArray() << offline;
         QTest::newRow("not json") << true << QByteArray("<html>") << offline;
         QTest::newRow("no server: no request") << false << QByteArray() << "请选择服务器";
     }
 
-    void failuresTellTheUser()
+    void initLoadsTheList()
     {
         QFETCH(bool, server);
         QFETCH(QByteArray, reply);
         QFETCH(QString, message);
         fx->channel().replyBytes(reply);
-        CloudProCheck dlg({}, server ? &personal : nullptr, QString(), TQDNodeInfo());
-        QVERIFY(!dlg.InitGcInfo());
-        QCOMPARE(fx->messageTexts(), QStringList{message});
-        QCOMPARE(fx->channel().requests().size(), server ? 1 : 0);
-        QCOMPARE(dlg.tableModel()->rowCount(), 0);
+        const QString chosen = AccumulatedProjectQuery::choiceText(project("12", "万科城二期"));
+        CloudProCheck dlg(QStringList{chosen, chosen}, server ? &enterprise : nullptr, "建筑", TQDNodeInfo());
+        dlg.setIscondNull(false);
+        QCOMPARE(dlg.InitGcInfo(), message.isEmpty());
+        QCOMPARE(fx->messageTexts(), message.isEmpty() ? QStringList() : QStringList{message});
+        const QJsonObject data{{"method", "getaccumulatedprojects"}, {"qiyeID", 7}, {"usetype", 2}};
+        QCOMPARE(fx->channel().requests(), server ? QList<QJsonObject>{envelope("ent_session_7", data)} : QList<QJsonObject>());
+        zTableModel *model = dlg.tableModel();
+        QCOMPARE(model->rowCount(), message.isEmpty() ? 2 : 0);
+        QCOMPARE(dlg.checkedChoices(), QStringList{chosen});
+        if (!message.isEmpty())
+            return;
+        QCOMPARE(model->cellValue(0, QStringLiteral("xmmc")).toString(), QStringLiteral("万科城一期"));
+        QCOMPARE(model->cellValue(1, QStringLiteral("dq")).toString(), QStringLiteral("四川省成都市"));
+        // A project chosen before shows checked.
+        QCOMPARE(model->checkState(0, QStringLiteral("xz")), Qt::Unchecked);
+        QCOMPARE(model->checkState(1, QStringLiteral("xz")), Qt::Checked);
+        QCOMPARE(dlg.findChild<QLabel *>(QStringLiteral("lblCount"))->text(), QStringLiteral("已选1个工程"));
     }
 
     void choicesSurviveSearchAndReachOwner()

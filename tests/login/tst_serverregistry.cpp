@@ -8,6 +8,7 @@
 #include <hostapi/users.h>
 #include <hostapi/usersyylogin.h>
 
+#include <QJsonDocument>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -75,43 +76,32 @@ private slots:
         QVERIFY(!entries().contains(QStringLiteral("华南企业")));
     }
 
-    void failedRefresh_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("no reply") << QByteArray();
-        QTest::newRow("garbage") << QByteArray("oops");
-        QTest::newRow("refused") << QByteArray(R"({"code":1,"msg":"会话已过期"})");
-    }
-
-    void failedRefresh()
-    {
-        QFETCH(QByteArray, bytes);
-        loadList();
-        fx->channel().replyBytes(bytes);
-        QList<LtdInfo *> list{nullptr};
-        QVERIFY(!CloudBusiness::requestServerList(list, QString()));
-        QVERIFY(list.isEmpty());
-        QCOMPARE(reg()->servers().size(), 6); // the last good list stays
-    }
-
-    void requestServerListFilters_data()
+    void serverListRequests_data()
     {
         QTest::addColumn<QString>("filter");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("bill servers") << "" << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业"};
-        QTest::newRow("material servers") << "cj" << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业材价库*"};
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<QStringList>("expected"); // empty: the request fails
+        const QByteArray list = QJsonDocument(QJsonObject{{"code", 0}, {"msg", ""}, {"data", serverList()}}).toJson();
+        QTest::newRow("bill servers") << "" << list << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业"};
+        QTest::newRow("material servers") << "cj" << list << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业材价库*"};
+        QTest::newRow("no reply") << "" << QByteArray() << QStringList();
+        QTest::newRow("garbage") << "" << QByteArray("oops") << QStringList();
+        QTest::newRow("refused") << "" << QByteArray(R"({"code":1,"msg":"会话已过期"})") << QStringList();
     }
 
-    void requestServerListFilters()
+    void serverListRequests()
     {
         QFETCH(QString, filter);
+        QFETCH(QByteArray, reply);
         QFETCH(QStringList, expected);
-        fx->channel().replyOk(serverList());
-        QList<LtdInfo *> list;
-        QVERIFY(CloudBusiness::requestServerList(list, filter));
+        loadList();
+        fx->channel().replyBytes(reply);
+        QList<LtdInfo *> list{nullptr};
+        QCOMPARE(CloudBusiness::requestServerList(list, filter), !expected.isEmpty());
         QCOMPARE(sentData(*fx), (QJsonObject{{"method", "getserverlist"}}));
         QCOMPARE(entries(list), expected);
-        QCOMPARE(CloudBusiness::hasPriServer(list), filter.isEmpty());
+        QCOMPARE(reg()->servers().size(), 6); // a failure keeps the last good list
+        QCOMPARE(CloudBusiness::hasPriServer(list), filter.isEmpty() && !expected.isEmpty());
         // Enterprise entries keep their host index in the bill list.
         for (int i = 0; i < list.size(); ++i)
             if (list.at(i)->kind() == QLatin1String("pri"))
