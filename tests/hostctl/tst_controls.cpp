@@ -1,56 +1,65 @@
 #include "hosttestcase.h"
 
-#include <hostapi/cloudprocheck.h>
 #include <hostapi/cloudservercombox.h>
-#include <hostapi/fymodel.h>
-#include <hostapi/logindialog.h>
+#include <hostapi/ltdinfo.h>
 #include <hostapi/markcolorhelp.h>
-#include <hostapi/textpathdlg.h>
-#include <hostapi/xmgktime.h>
 #include <hostapi/zbaselabel.h>
-#include <hostapi/ztabcontent.h>
+#include <hostapi/zfiltersearchbox.h>
+#include <hostapi/zgroupheaderview.h>
 #include <hostapi/ztablemodel.h>
 #include <hostapi/ztableview.h>
+#include <hostapi/ztitlemodal.h>
+#include <hostapi/ztreemodel.h>
+#include <hostapi/ztreeview.h>
 #include <resources/veloraresources.h>
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QImageReader>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMovie>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QTabBar>
 #include <QtTest>
 
-#include <memory>
+Q_DECLARE_METATYPE(Qt::CheckState)
 
 namespace {
-std::unique_ptr<zTitleModal> hostDialog(const QString &which)
+// The result list of the unit-price check, as the dialogs declare it (again:
+// the model refuses a second declaration), with `rows` bills.
+void declareResultList(zTableModel &model, int rows = 0)
 {
-    if (which == QLatin1String("month"))
-        return std::make_unique<XmgkTime>();
-    if (which == QLatin1String("path"))
-        return std::make_unique<TextPathDlg>(QStringLiteral("工程地点选择"));
-    if (which == QLatin1String("filter"))
-        return std::make_unique<CloudProCheck>(QStringList(), nullptr, QString(), TQDNodeInfo());
-    if (which == QLatin1String("login"))
-        return std::make_unique<LoginDialog>(QStringLiteral("登录"), QStringLiteral("Korvane云"), nullptr);
-    auto fee = std::make_unique<FyModel>(QList<cloudFymb>{});
-    fee->CreateUI();
-    return fee;
+    model.addColumn(QStringLiteral("序号"), QStringLiteral("xh"), 50, 5003);
+    model.addColumn(QStringLiteral("项目名称"), QStringLiteral("xmmc"), 291, 5003);
+    model.addColumn(QStringLiteral("单位"), QStringLiteral("dw"), 60, 5003);
+    model.addColumn(QStringLiteral("综合|单价"), QStringLiteral("zhdj"), 90, 5003);
+    model.addColumn(QStringLiteral("选用"), QStringLiteral("xy"), 40, 5003);
+    model.addColumn(QStringLiteral("操作"), QStringLiteral("cz"), 59, 5003);
+    for (int xh = 1; xh <= rows; ++xh) {
+        model.addRow();
+        model.appendCell(QStringLiteral("xh"), xh, 5004);
+        model.appendCell(QStringLiteral("xmmc"), QStringLiteral("土方开挖%1").arg(xh), 5004);
+        model.appendCell(QStringLiteral("dw"), QStringLiteral("m3"), 5004);
+        model.appendCell(QStringLiteral("zhdj"), QStringLiteral("%1.50").arg(xh * 10), 5005);
+        model.appendCell(QStringLiteral("xy"), QString(), 5006);
+        model.appendCell(QStringLiteral("cz"), QStringLiteral("选用"), 5007);
+    }
 }
 
-// The buttons on the row of `last`, left to right; "*" marks the default.
-QStringList rowOf(QWidget *dialog, QPushButton *last)
+void click(QAbstractItemView &view, const QModelIndex &index, QPoint offset = QPoint())
 {
-    QMap<int, QString> row;
-    for (QPushButton *b : dialog->findChildren<QPushButton *>()) {
-        const QPoint at = b->mapTo(dialog, QPoint());
-        if (b->isVisible() && at.y() == last->mapTo(dialog, QPoint()).y())
-            row.insert(at.x(), b->text() + (b->isDefault() ? QStringLiteral("*") : QString()));
-    }
-    return row.values();
+    const QRect cell = view.visualRect(index);
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, offset.isNull() ? cell.center() : cell.topLeft() + offset);
+}
+
+void show(QAbstractItemView &view, QAbstractItemModel *model)
+{
+    view.setModel(model);
+    view.resize(700, 300);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
 }
 }
 
@@ -63,56 +72,11 @@ private:
     LtdInfo enterprise{QStringLiteral("某某造价公司"), QStringLiteral("ent_7"), 2, 7, false};
 
 private slots:
-    void initTestCase() { veloraInitResources(); }
-    void hostDialogsAsTheUserSeesThem_data()
+    void initTestCase()
     {
-        QTest::addColumn<QString>("which");
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QStringList>("buttons");
-        QTest::addColumn<int>("rightMargin");
-        QTest::addColumn<int>("firstButtonResult");
-        QTest::newRow("month picker") << "month" << "时间选择" << QSize(300, 270) << QStringList{"确定", "取消"} << 16
-                                      << int(XmgkTime::Chosen);
-        QTest::newRow("place picker") << "path" << "工程地点选择" << QSize(520, 340) << QStringList{"确定*", "取消"}
-                                      << 12 << 1;
-        QTest::newRow("fee template") << "fee" << "费用模板" << QSize(790, 450) << QStringList{"确定*", "取消"} << 20
-                                      << 1;
-        QTest::newRow("project filter") << "filter" << "工程筛选" << QSize(640, 460) << QStringList{"确定", "取消"}
-                                        << 16 << 1;
-        // An empty user name keeps the form open, without a result.
-        QTest::newRow("login") << "login" << "登录" << QSize() << QStringList{"登录*", "取消"} << 24 << -1;
+        veloraInitResources();
+        qRegisterMetaType<Qt::CheckState>();
     }
-
-    void hostDialogsAsTheUserSeesThem()
-    {
-        QFETCH(QString, which);
-        QFETCH(QString, caption);
-        QFETCH(QSize, size);
-        QFETCH(QStringList, buttons);
-        QFETCH(int, rightMargin);
-        QFETCH(int, firstButtonResult);
-        std::unique_ptr<zTitleModal> dialog = hostDialog(which);
-        QCOMPARE(dialog->caption(), caption);
-        QCOMPARE(dialog->windowTitle(), caption);
-        if (size.isValid())
-            QCOMPARE(dialog->maximumSize(), size);
-        dialog->show();
-        auto *cancel = dialog->findChild<QPushButton *>(QStringLiteral("btnCancel"));
-        QCOMPARE(rowOf(dialog.get(), cancel), buttons);
-        QCOMPARE(dialog->width() - 1 - (cancel->mapTo(dialog.get(), QPoint()).x() + cancel->width()), rightMargin);
-        fx->answerNextModal([&](QDialog *d) {
-            QPushButton *first = d->findChild<QPushButton *>(QStringLiteral("btnOk"));
-            (first ? first : d->findChild<QPushButton *>(QStringLiteral("btnLogin")))->click();
-            return d->result();
-        });
-        dialog->setResult(-1);
-        QCOMPARE(dialog->ShowModal(), firstButtonResult);
-        QCOMPARE(fx->modalRuns().size(), 1);
-        if (which == QLatin1String("login"))
-            QCOMPARE(qobject_cast<LoginDialog *>(dialog.get())->errorText(), QStringLiteral("请输入用户名"));
-    }
-
     void titleBarClosesUnlessDisabled()
     {
         zTitleModal dlg;
@@ -129,48 +93,6 @@ private slots:
             QCOMPARE(dlg.isVisible(), !enabled);
         }
         QCOMPARE(dlg.result(), int(QDialog::Rejected));
-    }
-
-    void feeDialogShowsSixColumnsInOrder()
-    {
-        FyModel dlg({cloudFymb("A", "人工费", "RGF", "100", "35.20", "rgf"),
-                     cloudFymb("B", "管理费", "A*FL", "12.5", "4.40", "glf")});
-        dlg.CreateUI();
-        dlg.CreateUI();
-        zTableModel *model = dlg.tableModel();
-        QAbstractItemModelTester tester(model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        QStringList seen;
-        for (int c = 0; c < model->columnCount(); ++c) {
-            const QString key = model->headerData(c, Qt::Horizontal, zTableCell::KeyRole).toString();
-            seen << model->headerData(c, Qt::Horizontal).toString() + "/" + key + "=" + model->cellValue(1, key).toString();
-        }
-        QCOMPARE(seen, (QStringList{"费用编号/fybh=B", "费用名称/fymc=管理费", "计算公式/jjgs=A*FL", "费率/fl=12.5",
-                                    "金额/jl=4.40", "计价表字段/jjbzd=glf"}));
-        QCOMPARE(model->rowCount(), 2);
-        QCOMPARE(dlg.tableView()->columnWidth(5), 120);
-        for (const char *name : {"btnOk", "btnCancel"})
-            QCOMPARE(dlg.findChild<QPushButton *>(name)->size(), QSize(60, 24));
-    }
-
-    void tabContentHasExactlyOneCurrentPage()
-    {
-        zTabContent tabs;
-        QCOMPARE(tabs.currentIndex(), -1);
-        QSignalSpy changed(&tabs, &zTabContent::currentChanged);
-        QPointer<QWidget> a = new QLabel(QStringLiteral("a"));
-        auto *b = new QLabel(QStringLiteral("b"));
-        QCOMPARE(tabs.addPage(a, QStringLiteral("项目特征")), 0);
-        QCOMPARE(tabs.addPage(b, QStringLiteral("组价内容")), 1);
-        QCOMPARE(tabs.currentPage(), a);
-        tabs.setCurrentPage(b);
-        QCOMPARE(tabs.tabBar()->currentIndex(), 1);
-        tabs.setCurrentIndex(7);
-        tabs.tabBar()->setCurrentIndex(0); // a click on the tab bar
-        QCOMPARE(tabs.currentPage(), a);
-        QCOMPARE(changed.count(), 3);
-        tabs.removePage(0);
-        QVERIFY(a.isNull());
-        QCOMPARE(tabs.currentPage(), b);
     }
 
     void labelElidesAndKeepsFullText()
@@ -288,6 +210,152 @@ private slots:
         QVERIFY(drawn);
         if (path.endsWith(QLatin1String(".gif")))
             QCOMPARE(QMovie(path).frameCount(), 12);
+    }
+
+    void modelChecksDeclarationsAndPassesTheTester()
+    {
+        zTableModel model;
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        declareResultList(model);
+        QVERIFY(!model.addColumn(QStringLiteral("序号"), QStringLiteral("xh"), 50, 5003));
+        QVERIFY(!model.addColumn(QStringLiteral("金额"), QStringLiteral("je"), 50, 5004));
+        QVERIFY(!model.appendCell(QStringLiteral("nosuchkey"), 1, 5004));
+        QVERIFY(!model.appendCell(QStringLiteral("xh"), 1, 4711));
+        QCOMPARE(model.rowCount(), 0);
+        QVERIFY(model.appendCell(QStringLiteral("xh"), 1, 5004));
+        QCOMPARE(model.cellValue(0, QStringLiteral("xmmc")), QVariant());
+        QVERIFY(!model.setCheckState(0, QStringLiteral("xh"), Qt::Checked));
+        QVERIFY(!model.setSpan(0, QStringLiteral("dw"), 1, 5));
+        QVERIFY(!model.setSpan(0, QStringLiteral("xh"), 2, 1));
+        model.clearRows();
+        declareResultList(model, 4);
+        model.setRowForeground(3, Qt::red);
+        QVERIFY(model.setSpan(3, QStringLiteral("xmmc"), 1, 2));
+        model.setCheckState(1, QStringLiteral("xy"), Qt::Checked);
+        model.removeRowAt(0);
+        QCOMPARE(model.cellValue(0, QStringLiteral("xh")).toInt(), 2);
+        QCOMPARE(model.spans(), QList<QRect>{QRect(1, 2, 2, 1)});
+        model.clearRows();
+        QCOMPARE(model.columnCount(), 6);
+        QVERIFY(model.spans().isEmpty());
+        model.clearAll();
+        QCOMPARE(model.columnCount(), 0);
+    }
+
+    void rolesFollowCellKinds()
+    {
+        zTableModel model;
+        declareResultList(model, 1);
+        const QModelIndex name = model.index(0, 1);
+        const QModelIndex price = model.index(0, 3);
+        const QModelIndex check = model.index(0, 4);
+        QCOMPARE(name.data(Qt::TextAlignmentRole).toInt(), int(Qt::AlignLeft | Qt::AlignVCenter));
+        QCOMPARE(price.data(Qt::TextAlignmentRole).toInt(), int(Qt::AlignRight | Qt::AlignVCenter));
+        QCOMPARE(price.data(zTableCell::KindRole).toInt(), 5005);
+        QCOMPARE(check.data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
+        QVERIFY(model.flags(check) & Qt::ItemIsUserCheckable);
+        QVERIFY(!(model.flags(name) & Qt::ItemIsUserCheckable));
+        QVERIFY(!name.data(Qt::CheckStateRole).isValid());
+        model.setRowData(0, QStringLiteral("bill-7"));
+        QCOMPARE(price.data(zTableCell::RowDataRole).toString(), QStringLiteral("bill-7"));
+        QCOMPARE(model.headerData(3, Qt::Horizontal).toString(), QStringLiteral("综合\n单价"));
+        QCOMPARE(model.headerData(3, Qt::Horizontal, zTableCell::TitleRole).toString(), QStringLiteral("综合|单价"));
+    }
+
+    void cellClicksToggleAndSignal()
+    {
+        zTableModel model;
+        declareResultList(model, 2);
+        zTableView view;
+        show(view, &model);
+        QSignalSpy checks(&view, &zTableView::signalCheckBoxClicked);
+        QSignalSpy clicks(&view, &zTableView::cellClicked);
+        QSignalSpy buttons(&view, &zTableView::signalButtonClicked);
+        const QModelIndex check = model.index(1, 4);
+        click(view, check);
+        QCOMPARE(checks.at(0).at(0).value<QModelIndex>(), check);
+        QCOMPARE(checks.at(0).at(1).value<Qt::CheckState>(), Qt::Checked);
+        QCOMPARE(model.checkedRows(QStringLiteral("xy")), QList<int>{1});
+        click(view, check);
+        QCOMPARE(checks.at(1).at(1).value<Qt::CheckState>(), Qt::Unchecked);
+        QVERIFY(model.checkedRows(QStringLiteral("xy")).isEmpty());
+        // A click on a text cell toggles nothing but reports the cell.
+        click(view, model.index(0, 1));
+        QCOMPARE(checks.count(), 2);
+        QCOMPARE(clicks.last().at(0).toInt(), 0);
+        QCOMPARE(clicks.last().at(1).toString(), QStringLiteral("土方开挖1"));
+        QCOMPARE(view.selectionModel()->selectedRows(), QModelIndexList{model.index(0, 0)});
+        // The drawn button of a button cell presses; its corner does not.
+        click(view, model.index(1, 5));
+        click(view, model.index(1, 5), QPoint(1, 1));
+        QCOMPARE(buttons.count(), 1);
+        QCOMPARE(buttons.at(0).at(0).value<QModelIndex>(), model.index(1, 5));
+        // Widths and spans follow the model.
+        QCOMPARE(view.columnWidth(1), 291);
+        QVERIFY(model.setSpan(0, QStringLiteral("xmmc"), 1, 2));
+        QCOMPARE(view.columnSpan(0, 1), 2);
+        model.clearRows();
+        declareResultList(model, 1);
+        QCOMPARE(view.columnSpan(0, 1), 1);
+        view.selectRowAt(0);
+        QCOMPARE(view.currentIndex().row(), 0);
+    }
+
+    void treeModelAndView()
+    {
+        zTreeModel model;
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        model.addColumn(QStringLiteral("定额编号"), QStringLiteral("debh"), 170);
+        model.addColumn(QStringLiteral("单价计算程序"), QStringLiteral("djjscx"), 76);
+        model.addColumn(QStringLiteral("综合|单价"), QStringLiteral("zhdj"), 60);
+        model.addColumn(QStringLiteral("综合|合价"), QStringLiteral("zhhj"), 60);
+        zStandardTreeNodeData root;
+        for (int i = 1; i <= 3; ++i) {
+            zStandardTreeNodeData *line = root.addChild();
+            line->setId(i);
+            line->setCell(QStringLiteral("debh"), QStringLiteral("A1-%1").arg(i), 5004);
+            line->setCell(QStringLiteral("djjscx"), QStringLiteral("查看"), 5007);
+            zStandardTreeNodeData *material = line->addChild();
+            material->setId(10 + i);
+            material->setCell(QStringLiteral("debh"), QStringLiteral("C%1").arg(i), 5004);
+        }
+        model.setRootData(root);
+        root.clearChildren(); // the model holds its own copy
+        const QModelIndex second = model.index(1, 0);
+        const QModelIndex child = model.index(0, 0, second);
+        QCOMPARE(child.data().toString(), QStringLiteral("C2"));
+        QCOMPARE(model.parent(child), second);
+        QCOMPARE(model.nodeAt(child)->id(), 12);
+        zStandardTreeNodeData *added = model.appendChild(second);
+        model.setCell(model.indexOf(added, 0), QStringLiteral("C9"), 5004);
+        QCOMPARE(model.index(1, 0, second).data().toString(), QStringLiteral("C9"));
+        QVERIFY(!model.setCell(model.indexOf(added, 1), QStringLiteral("x"), 99));
+        // The view: declared widths, a pressable button cell, grouped headers.
+        zTreeView view;
+        show(view, &model);
+        QCOMPARE(view.columnWidth(0), 170);
+        QSignalSpy buttons(&view, &zTreeView::signalButtonClicked);
+        click(view, model.index(2, 1));
+        QCOMPARE(model.nodeAt(buttons.value(0).value(0).value<QModelIndex>())->id(), 3);
+        auto *header = qobject_cast<zGroupHeaderView *>(view.header());
+        QCOMPARE(header->groupOf(0), QString());
+        QCOMPARE(header->groupOf(3), QStringLiteral("综合"));
+        QCOMPARE(header->groupRun(2), qMakePair(2, 3));
+        QCOMPARE(header->groupRun(1), qMakePair(1, 1));
+        QVERIFY(qobject_cast<zGroupHeaderView *>(zTableView().horizontalHeader()));
+        model.clearRows();
+        QCOMPARE(model.rowCount(), 0);
+    }
+
+    void searchBoxEmitsTypedText()
+    {
+        zFilterSearchBox box;
+        box.show();
+        QSignalSpy search(&box, &zFilterSearchBox::signalSearch);
+        box.lineEdit()->insert(QStringLiteral("混凝土"));
+        QTest::keyClick(box.lineEdit(), Qt::Key_Return);
+        QTest::mouseClick(box.searchButton(), Qt::LeftButton);
+        QCOMPARE(QList<QVariantList>(search), (QList<QVariantList>{{"混凝土"}, {"混凝土"}}));
     }
 };
 

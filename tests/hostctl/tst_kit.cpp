@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTabBar>
 #include <QtTest>
 
 namespace {
@@ -175,8 +176,12 @@ private slots:
         QCOMPARE(pages->currentPage(), steps.page(0));
         QCOMPARE(made, (QList<int>{0, 1}));
         QCOMPARE(changed.size(), 3);
+        pages->setCurrentIndex(7); // ignored
+        pages->tabBar()->setCurrentIndex(1); // a click on the (hidden) tab bar
+        QCOMPARE(pages->currentPage(), steps.page(1));
         // A page that died is made again.
-        delete steps.page(1);
+        pages->removePage(1);
+        QCOMPARE(pages->currentPage(), steps.page(0));
         steps.next();
         QCOMPARE(made, (QList<int>{0, 1, 1}));
         QCOMPARE(pages->count(), 2);

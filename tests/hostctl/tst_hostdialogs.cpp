@@ -3,6 +3,8 @@
 #include <hostapi/accumulatedprojectquery.h>
 #include <hostapi/apptype.h>
 #include <hostapi/cloudprocheck.h>
+#include <hostapi/fymodel.h>
+#include <hostapi/logindialog.h>
 #include <hostapi/modalrun.h>
 #include <hostapi/textpathdlg.h>
 #include <hostapi/textpathwidget.h>
@@ -11,6 +13,7 @@
 #include <hostapi/ztablemodel.h>
 #include <hostapi/ztableview.h>
 
+#include <QAbstractItemModelTester>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLabel>
@@ -18,6 +21,8 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QtTest>
+
+#include <memory>
 
 namespace {
 // A two-level place dictionary as an owner would answer doRequestNextTab.
@@ -56,9 +61,36 @@ void clickCheckBox(CloudProCheck &dlg, int row)
     const QPoint centre = view->visualRect(dlg.tableModel()->index(row, 0)).center();
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, centre);
 }
+
+std::unique_ptr<zTitleModal> hostDialog(const QString &which)
+{
+    if (which == QLatin1String("month"))
+        return std::make_unique<XmgkTime>();
+    if (which == QLatin1String("path"))
+        return std::make_unique<TextPathDlg>(QStringLiteral("工程地点选择"));
+    if (which == QLatin1String("filter"))
+        return std::make_unique<CloudProCheck>(QStringList(), nullptr, QString(), TQDNodeInfo());
+    if (which == QLatin1String("login"))
+        return std::make_unique<LoginDialog>(QStringLiteral("登录"), QStringLiteral("Korvane云"), nullptr);
+    auto fee = std::make_unique<FyModel>(QList<cloudFymb>{});
+    fee->CreateUI();
+    return fee;
 }
 
-class TestPickers : public HostTestCase
+// The buttons on the row of `last`, left to right; "*" marks the default.
+QStringList rowOf(QWidget *dialog, QPushButton *last)
+{
+    QMap<int, QString> row;
+    for (QPushButton *b : dialog->findChildren<QPushButton *>()) {
+        const QPoint at = b->mapTo(dialog, QPoint());
+        if (b->isVisible() && at.y() == last->mapTo(dialog, QPoint()).y())
+            row.insert(at.x(), b->text() + (b->isDefault() ? QStringLiteral("*") : QString()));
+    }
+    return row.values();
+}
+}
+
+class TestHostDialogs : public HostTestCase
 {
     Q_OBJECT
 private:
@@ -67,6 +99,71 @@ private:
     LtdInfo enterprise{QStringLiteral("某某造价公司"), QStringLiteral("ent_session_7"), 2, 7, true};
 
 private slots:
+    void hostDialogsAsTheUserSeesThem_data()
+    {
+        QTest::addColumn<QString>("which");
+        QTest::addColumn<QString>("look"); // caption and least size
+        QTest::addColumn<QStringList>("buttons");
+        QTest::addColumn<int>("rightMargin");
+        QTest::addColumn<int>("firstButtonResult");
+        const QStringList plain{"确定", "取消"};
+        const QStringList okDefault{"确定*", "取消"};
+        QTest::newRow("month picker") << "month" << "时间选择 300x270" << plain << 16 << int(XmgkTime::Chosen);
+        QTest::newRow("place picker") << "path" << "工程地点选择 520x340" << okDefault << 12 << 1;
+        QTest::newRow("fee template") << "fee" << "费用模板 790x450" << okDefault << 20 << 1;
+        QTest::newRow("project filter") << "filter" << "工程筛选 640x460" << plain << 16 << 1;
+        // An empty user name keeps the form open, without a result.
+        QTest::newRow("login") << "login" << "登录 360x0" << QStringList{"登录*", "取消"} << 24 << -1;
+    }
+
+    void hostDialogsAsTheUserSeesThem()
+    {
+        QFETCH(QString, which);
+        QFETCH(QString, look);
+        QFETCH(QStringList, buttons);
+        QFETCH(int, rightMargin);
+        QFETCH(int, firstButtonResult);
+        std::unique_ptr<zTitleModal> dialog = hostDialog(which);
+        const QSize least = dialog->minimumSize();
+        QCOMPARE(QStringLiteral("%1 %2x%3").arg(dialog->caption()).arg(least.width()).arg(least.height()), look);
+        QCOMPARE(dialog->windowTitle(), dialog->caption());
+        dialog->show();
+        auto *cancel = dialog->findChild<QPushButton *>(QStringLiteral("btnCancel"));
+        QCOMPARE(rowOf(dialog.get(), cancel), buttons);
+        QCOMPARE(dialog->width() - 1 - (cancel->mapTo(dialog.get(), QPoint()).x() + cancel->width()), rightMargin);
+        fx->answerNextModal([&](QDialog *d) {
+            QPushButton *first = d->findChild<QPushButton *>(QStringLiteral("btnOk"));
+            (first ? first : d->findChild<QPushButton *>(QStringLiteral("btnLogin")))->click();
+            return d->result();
+        });
+        dialog->setResult(-1);
+        QCOMPARE(dialog->ShowModal(), firstButtonResult);
+        QCOMPARE(fx->modalRuns().size(), 1);
+        if (which == QLatin1String("login"))
+            QCOMPARE(qobject_cast<LoginDialog *>(dialog.get())->errorText(), QStringLiteral("请输入用户名"));
+    }
+
+    void feeDialogShowsSixColumnsInOrder()
+    {
+        FyModel dlg({cloudFymb("A", "人工费", "RGF", "100", "35.20", "rgf"),
+                     cloudFymb("B", "管理费", "A*FL", "12.5", "4.40", "glf")});
+        dlg.CreateUI();
+        dlg.CreateUI();
+        zTableModel *model = dlg.tableModel();
+        QAbstractItemModelTester tester(model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QStringList seen;
+        for (int c = 0; c < model->columnCount(); ++c) {
+            const QString key = model->headerData(c, Qt::Horizontal, zTableCell::KeyRole).toString();
+            seen << model->headerData(c, Qt::Horizontal).toString() + "/" + key + "=" + model->cellValue(1, key).toString();
+        }
+        QCOMPARE(seen, (QStringList{"费用编号/fybh=B", "费用名称/fymc=管理费", "计算公式/jjgs=A*FL", "费率/fl=12.5",
+                                    "金额/jl=4.40", "计价表字段/jjbzd=glf"}));
+        QCOMPARE(model->rowCount(), 2);
+        QCOMPARE(dlg.tableView()->columnWidth(5), 120);
+        for (const char *name : {"btnOk", "btnCancel"})
+            QCOMPARE(dlg.findChild<QPushButton *>(name)->size(), QSize(60, 24));
+    }
+
     void monthPicker_data()
     {
         QTest::addColumn<QString>("primed");
@@ -141,17 +238,6 @@ private slots:
         QCOMPARE(asked, (QList<int>{1, 2, 0, 0}));
     }
 
-    void clickOnItemChoosesIt()
-    {
-        TextPathDlg dlg;
-        primePath(dlg, {QStringLiteral("四川省"), QStringLiteral("重庆市")});
-        dlg.show();
-        auto *list = dlg.findChild<QListWidget *>();
-        QListWidgetItem *item = list->findItems(QStringLiteral("四川省"), Qt::MatchExactly).value(0);
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
-        QCOMPARE(dlg.pathWidget()->tabItems(1), childrenOf(QStringLiteral("四川省")));
-    }
-
     void leafChoiceAcceptsOnlyAShownPicker()
     {
         TextPathDlg dlg;
@@ -165,8 +251,12 @@ private slots:
         dlg.setResult(-1);
         QCOMPARE(ModalRun::exec(&dlg), -1);
         QCOMPARE(dlg.getSelectedPath(), (QStringList{"重庆市", "渝中区"}));
-        dlg.show();
-        dlg.pathWidget()->chooseItem(1, QStringLiteral("渝中区"));
+        dlg.show(); // a click on the leaf in the shown list accepts
+        QListWidget *list = nullptr;
+        for (QListWidget *l : dlg.findChildren<QListWidget *>())
+            list = l->isVisible() ? l : list;
+        QListWidgetItem *item = list->findItems(QStringLiteral("渝中区"), Qt::MatchExactly).value(0);
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
         QCOMPARE(dlg.result(), int(QDialog::Accepted));
         QVERIFY(!dlg.isVisible());
     }
@@ -264,5 +354,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestPickers)
-#include "tst_pickers.moc"
+QTEST_MAIN(TestHostDialogs)
+#include "tst_hostdialogs.moc"
