@@ -2,7 +2,6 @@
 
 #include <hostapi/buttonrow.h>
 #include <hostapi/childdialog.h>
-#include <hostapi/messagebox.h>
 #include <hostapi/widgetfactory.h>
 #include <hostapi/wizardsteps.h>
 #include <hostapi/ztabcontent.h>
@@ -21,18 +20,10 @@ class CountingModal : public zTitleModal
 public:
     int oks = 0;
     int closes = 0;
-    void actOk() override
-    {
-        ++oks;
-        zTitleModal::actOk();
-    }
+    void actOk() override { ++oks; zTitleModal::actOk(); }
 
 protected:
-    void closeEvent(QCloseEvent *event) override
-    {
-        ++closes;
-        zTitleModal::closeEvent(event);
-    }
+    void closeEvent(QCloseEvent *event) override { ++closes; zTitleModal::closeEvent(event); }
 };
 
 QString describe(QLayoutItem *item)
@@ -99,17 +90,6 @@ private slots:
         (ok ? row.okButton() : row.cancelButton())->click();
         QCOMPARE(dialog->result(), result);
         QCOMPARE(modal.oks, oks);
-    }
-
-    void shortMessageBoxIsTheModulesInformationCall()
-    {
-        QWidget parent;
-        showMessageBox(QStringLiteral("请选择服务器"), &parent);
-        showMessageBox(QStringLiteral("数据无效！"), &parent, 3);
-        QStringList seen;
-        for (const MessageBoxRequest &r : fx->messages())
-            seen << QStringLiteral("%1 %2 [%3] %4").arg(r.text).arg(r.kind).arg(r.title).arg(r.parent == &parent);
-        QCOMPARE(seen, (QStringList{"请选择服务器 0 [] 1", "数据无效！ 3 [] 1"}));
     }
 
     void childDialogSurvivesDeaths_data()
@@ -185,7 +165,6 @@ private slots:
         steps.next();
         QCOMPARE(made, (QList<int>{0, 1, 1}));
         QCOMPARE(pages->count(), 2);
-
         steps.closeOnEscape(&dialog);
         dialog.show();
         QTest::keyClick(&dialog, Qt::Key_Escape);
