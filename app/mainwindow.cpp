@@ -11,6 +11,7 @@
 #include <hostapi/rurecordcontrol.h>
 #include <hostapi/staticpriloginobj.h>
 #include <hostapi/users.h>
+#include <hostapi/widgetfactory.h>
 
 #ifdef VELORA_HAVE_USERLOGIN
 #include <hostapi/userlogin.h>
@@ -153,10 +154,8 @@ void MainWindow::buildModuleMenu()
 
 void MainWindow::buildStatusBar()
 {
-    m_loginLabel = new QLabel(this);
-    m_loginLabel->setObjectName(QStringLiteral("lblLoginState"));
-    m_channelLabel = new QLabel(this);
-    m_channelLabel->setObjectName(QStringLiteral("lblChannel"));
+    m_loginLabel = WidgetFactory::label(QString(), QStringLiteral("lblLoginState"), this);
+    m_channelLabel = WidgetFactory::label(QString(), QStringLiteral("lblChannel"), this);
     statusBar()->addWidget(m_loginLabel);
     statusBar()->addPermanentWidget(m_channelLabel);
     refreshLoginState();

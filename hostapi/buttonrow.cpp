@@ -37,21 +37,23 @@ QPushButton *ButtonRow::addButton(const QString &text, const QString &name)
 QPushButton *ButtonRow::addOk(QDialog *dialog, const QString &text, const QString &name)
 {
     m_ok = addButton(text, name);
-    if (auto *modal = qobject_cast<zTitleModal *>(dialog))
-        QObject::connect(m_ok, &QPushButton::clicked, modal, &zTitleModal::actOk);
-    else
-        QObject::connect(m_ok, &QPushButton::clicked, dialog, &QDialog::accept);
+    wire(m_ok, dialog, &zTitleModal::actOk, &QDialog::accept);
     return m_ok;
 }
 
 QPushButton *ButtonRow::addCancel(QDialog *dialog, const QString &text, const QString &name)
 {
     m_cancel = addButton(text, name);
-    if (auto *modal = qobject_cast<zTitleModal *>(dialog))
-        QObject::connect(m_cancel, &QPushButton::clicked, modal, &zTitleModal::actCancel);
-    else
-        QObject::connect(m_cancel, &QPushButton::clicked, dialog, &QDialog::reject);
+    wire(m_cancel, dialog, &zTitleModal::actCancel, &QDialog::reject);
     return m_cancel;
+}
+
+void ButtonRow::wire(QPushButton *button, QDialog *dialog, void (zTitleModal::*titled)(), void (QDialog::*plain)())
+{
+    if (auto *modal = qobject_cast<zTitleModal *>(dialog))
+        QObject::connect(button, &QPushButton::clicked, modal, titled);
+    else
+        QObject::connect(button, &QPushButton::clicked, dialog, plain);
 }
 
 void ButtonRow::addOkCancel(QDialog *dialog, int gap)

@@ -5,6 +5,7 @@
 class QDialog;
 class QPushButton;
 class QWidget;
+class zTitleModal;
 
 // A dialog's button row: leading widgets at the left (a count label, say),
 // then a stretch, then the buttons right-aligned in the order added.
@@ -39,6 +40,9 @@ public:
     QPushButton *cancelButton() const { return m_cancel; }
 
 private:
+    // A titled dialog's own action, else the plain dialog's slot.
+    static void wire(QPushButton *button, QDialog *dialog, void (zTitleModal::*titled)(), void (QDialog::*plain)());
+
     QWidget *m_owner;
     int m_leading = 0;
     int m_width = 0;
