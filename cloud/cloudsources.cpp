@@ -180,17 +180,23 @@ void CloudSources::readGcid()
 
 void CloudSources::setGcCheckedName()
 {
+    showNames();
+    m_selectionRow->setVisible(
+        CloudSourceRules::selectionRowVisible(m_chkJlqd->isChecked(), m_selection.names().size()));
+}
+
+void CloudSources::showNames()
+{
     const QStringList names = m_selection.names();
     m_lblGcmc->setText(CloudSourceRules::selectionText(names, m_lblGcmc->fontMetrics(),
                                                        m_lblGcmc->contentsRect().width()));
     m_lblGcmc->setToolTip(names.join(QStringLiteral("、")));
-    m_selectionRow->setVisible(CloudSourceRules::selectionRowVisible(m_chkJlqd->isChecked(), names.size()));
 }
 
 bool CloudSources::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_lblGcmc && event->type() == QEvent::Resize)
-        setGcCheckedName();
+        showNames();
     return QObject::eventFilter(watched, event);
 }
 

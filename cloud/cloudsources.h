@@ -82,6 +82,8 @@ private:
     void buildSourcesRow(QWidget *dialog);
     void buildSelectionRow(QWidget *dialog);
     void applyChecks();
+    // The names elided to the label's current width.
+    void showNames();
     void writeChecks() const;
     void setMode(int mode);
     LtdInfo *currentServer() const;
