@@ -72,8 +72,8 @@ void CloudSources::buildSelectionRow(QWidget *dialog)
 {
     m_selectionRow = new QWidget(dialog);
     QHBoxLayout *layout = rowLayout(m_selectionRow, QStringLiteral("widgetYxgc"));
-    m_lblYxgc = new QLabel(QStringLiteral("已选工程："), m_selectionRow);
-    m_lblYxgc->setObjectName(QStringLiteral("lblYxgc"));
+    auto *caption = new QLabel(QStringLiteral("已选工程："), m_selectionRow);
+    caption->setObjectName(QStringLiteral("lblYxgc"));
     m_lblGcmc = new QLabel(m_selectionRow);
     m_lblGcmc->setObjectName(QStringLiteral("lblGcmc"));
     m_lblGcmc->setTextFormat(Qt::PlainText);
@@ -81,7 +81,7 @@ void CloudSources::buildSelectionRow(QWidget *dialog)
     m_lblGcmc->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_lblGcmc->installEventFilter(this);
     m_btnClear = linkButton(QStringLiteral("清除选择"), QStringLiteral("btnClear"), m_selectionRow);
-    layout->addWidget(m_lblYxgc);
+    layout->addWidget(caption);
     layout->addWidget(m_lblGcmc, 1);
     layout->addWidget(m_btnClear);
     m_selectionRow->hide();

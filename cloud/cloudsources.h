@@ -101,7 +101,6 @@ private:
     QCheckBox *m_chkBzqd = nullptr;
     QCheckBox *m_chkJlqd = nullptr;
     QPushButton *m_btnGcsx = nullptr;
-    QLabel *m_lblYxgc = nullptr;
     QLabel *m_lblGcmc = nullptr;
     QPushButton *m_btnClear = nullptr;
 };
