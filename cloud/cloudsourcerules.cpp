@@ -1,5 +1,5 @@
 #include "cloudsourcerules.h"
-#include "cloudtier.h"
+#include <hostapi/cloudtier.h>
 
 #include <hostapi/globalsettingsinfo.h>
 #include <hostapi/ltdinfo.h>

@@ -2,6 +2,7 @@
 #include "cloudserverchoice.h"
 #include "cloudsourcerules.h"
 
+#include <hostapi/childdialog.h>
 #include <hostapi/cloudprocheck.h>
 #include <hostapi/exceptionguard.h>
 #include <hostapi/globalsettingsinfo.h>
@@ -108,7 +109,7 @@ bool CloudSources::checkSource() const
 {
     if (mode() != 0)
         return true;
-    showInformation(QStringLiteral("请勾选清单方案来源"), m_dialog);
+    showMessageBox(QStringLiteral("请勾选清单方案来源"), m_dialog);
     return false;
 }
 
@@ -122,7 +123,7 @@ void CloudSources::setMode(int mode)
 
 void CloudSources::readChecks()
 {
-    GUARDED(source(), "CloudSources::readChecks", [&] {
+    GUARDED(site(), [&] {
         if (m_options.checkStorage != CloudSourcesOptions::CheckStorage::None) {
             const GlobalSettingsInfo info = ProjectSettingHelper::GetGlobalSettingsInfo();
             setMode(CloudSourceRules::mode(info.bzqdChecked, info.jlqdChecked));
@@ -133,7 +134,7 @@ void CloudSources::readChecks()
 
 void CloudSources::gcTypeClicked()
 {
-    GUARDED(source(), "CloudSources::gcTypeClicked", [&] {
+    GUARDED(site(), [&] {
         applyChecks();
         if (m_options.checkStorage == CloudSourcesOptions::CheckStorage::ReadWrite)
             writeChecks();
@@ -163,7 +164,7 @@ LtdInfo *CloudSources::currentServer() const
 
 void CloudSources::serverChanged()
 {
-    GUARDED(source(), "CloudSources::serverChanged", [&] {
+    GUARDED(site(), [&] {
         m_chkJlqd->setText(CloudSourceRules::accumulatedCaption(currentServer()));
         m_selection.clear();
         readGcid();
@@ -173,7 +174,7 @@ void CloudSources::serverChanged()
 
 void CloudSources::readGcid()
 {
-    GUARDED(source(), "CloudSources::readGcid", [&] {
+    GUARDED(site(), [&] {
         m_selection = CloudProjectSelection::read(CloudSourceRules::selectionKey(currentServer()));
     });
 }
@@ -202,28 +203,29 @@ bool CloudSources::eventFilter(QObject *watched, QEvent *event)
 
 void CloudSources::slotGCSXClicked()
 {
-    GUARDED(source(), "CloudSources::slotGCSXClicked", [&] {
+    GUARDED(site(), [&] {
         LtdInfo *server = currentServer();
         if (!server) {
-            showInformation(QStringLiteral("请选择服务器"), m_dialog);
+            showMessageBox(QStringLiteral("请选择服务器"), m_dialog);
             return;
         }
         TQDNodeInfo info;
         JsMsBusiness::GetQDSaveAttr(m_unitWork, m_table, info);
-        // The dialog may die during either modal run: only the pointer is
-        // touched afterwards.
-        QPointer<CloudProCheck> filter = new CloudProCheck(m_selection.choiceTexts(), server, m_sjkm, info, m_dialog);
+        auto *filter = new CloudProCheck(m_selection.choiceTexts(), server, m_sjkm, info, m_dialog);
         filter->setIscondNull(false);
-        connect(filter.data(), &CloudProCheck::signalCheckGcMaps, this, &CloudSources::slotGCSXSured);
-        if (filter->InitGcInfo() && filter)
-            filter->ShowModal();
-        delete filter;
+        connect(filter, &CloudProCheck::signalCheckGcMaps, this, &CloudSources::slotGCSXSured);
+        // Its list request runs a local event loop, during which the dialog may die.
+        QPointer<CloudProCheck> alive(filter);
+        if (filter->InitGcInfo() && alive)
+            ChildDialog::run(m_dialog, filter);
+        else
+            delete alive.data();
     });
 }
 
 void CloudSources::slotGCSXSured(const QList<QMap<QString, QVariant>> &projects)
 {
-    GUARDED(source(), "CloudSources::slotGCSXSured", [&] {
+    GUARDED(site(), [&] {
         m_selection.setProjects(projects);
         m_selection.write(CloudSourceRules::selectionKey(currentServer()));
         setGcCheckedName();
@@ -232,9 +234,14 @@ void CloudSources::slotGCSXSured(const QList<QMap<QString, QVariant>> &projects)
 
 void CloudSources::slotClearClicked()
 {
-    GUARDED(source(), "CloudSources::slotClearClicked", [&] {
+    GUARDED(site(), [&] {
         m_selection.clear();
         m_selection.write(CloudSourceRules::selectionKey(currentServer()));
         setGcCheckedName();
     });
+}
+
+GuardSite CloudSources::site() const
+{
+    return GuardSite(m_options.source.constData(), m_dialog.data());
 }

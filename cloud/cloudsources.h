@@ -1,4 +1,5 @@
 #pragma once
+#include <hostapi/guardsite.h>
 #include "cloudprojectselection.h"
 #include "cloudsourcesoptions.h"
 
@@ -87,7 +88,7 @@ private:
     void writeChecks() const;
     void setMode(int mode);
     LtdInfo *currentServer() const;
-    const char *source() const { return m_options.source.constData(); }
+    GuardSite site() const;
 
     CloudSourcesOptions m_options;
     QPointer<QWidget> m_dialog;

@@ -78,7 +78,7 @@ private slots:
         HostTestCase::init();
         dialog = std::make_unique<QWidget>();
         combo = new CloudServerCombox(dialog.get());
-        servers = new CloudServerChoice(combo, dialog.get());
+        servers = new CloudServerChoice(combo, GuardSite("Znyzj", dialog.get()));
     }
     void cleanup()
     {
