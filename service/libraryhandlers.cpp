@@ -263,6 +263,9 @@ QJsonObject LibraryHandlers::uploadTaskBills(const RequestContext &request)
         }
         if (replace)
             removed = store.clearChapter(chapterId);
+        // Refuses the whole upload, with the reason, rather than failing
+        // bills silently; chapters already deeper (an older database) still
+        // take bills.
         const int levelsLeft = BillStore::MaxChapterDepth - store.chapterDepth(chapterId);
         for (const QJsonValue &v : bills) {
             const QJsonObject o = v.toObject();
