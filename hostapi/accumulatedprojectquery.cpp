@@ -1,4 +1,5 @@
 #include "accumulatedprojectquery.h"
+#include "jsonnesting.h"
 #include "cloudenvelope.h"
 #include "ltdinfo.h"
 
@@ -28,7 +29,7 @@ QJsonObject AccumulatedProjectQuery::buildRequest(const LtdInfo &server, int gcT
 bool AccumulatedProjectQuery::readReply(const QByteArray &bytes, QList<QJsonObject> *projects, QString *error)
 {
     projects->clear();
-    const QJsonDocument doc = QJsonDocument::fromJson(bytes);
+    const QJsonDocument doc = JsonNesting::parse(bytes);
     if (!doc.isObject() || doc.object().isEmpty()) {
         *error = noReplyText();
         return false;
@@ -54,7 +55,7 @@ QString AccumulatedProjectQuery::choiceText(const QJsonObject &project)
 
 QJsonObject AccumulatedProjectQuery::choiceObject(const QString &text)
 {
-    return QJsonDocument::fromJson(text.toUtf8()).object();
+    return JsonNesting::parse(text.toUtf8()).object();
 }
 
 QString AccumulatedProjectQuery::choiceId(const QString &text)

@@ -1,4 +1,5 @@
 #include "cloudenvelope.h"
+#include "jsonnesting.h"
 #include "apptype.h"
 #include "cloudtier.h"
 #include "ltdinfo.h"
@@ -35,5 +36,5 @@ QJsonObject CloudEnvelope::tiered(const QString &method, const LtdInfo &server, 
 
 QJsonObject CloudEnvelope::send(QJsonObject request)
 {
-    return QJsonDocument::fromJson(ServicesUtil::AsyncReplyLoop(request)).object();
+    return JsonNesting::parse(ServicesUtil::AsyncReplyLoop(request)).object();
 }
