@@ -1,6 +1,7 @@
 #include "billdetailpanel.h"
 
 #include <hostapi/basedataitem.h>
+#include <hostapi/widgetfactory.h>
 
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -10,8 +11,7 @@ BillDetailPanel::BillDetailPanel(QWidget *parent) : QWidget(parent)
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 4, 4, 4);
-    m_header = new QLabel(this);
-    m_header->setObjectName(QStringLiteral("lblCurrentBill"));
+    m_header = WidgetFactory::label(QString(), QStringLiteral("lblCurrentBill"), this);
     m_header->setWordWrap(true);
     layout->addWidget(m_header);
     layout->addWidget(new QLabel(QStringLiteral("项目特征："), this));

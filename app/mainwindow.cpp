@@ -13,6 +13,7 @@
 #include <hostapi/staticpriloginobj.h>
 #include <hostapi/userlogin.h>
 #include <hostapi/users.h>
+#include <hostapi/widgetfactory.h>
 
 #include <QAction>
 #include <QHeaderView>
@@ -144,10 +145,8 @@ void MainWindow::buildModuleMenu()
 
 void MainWindow::buildStatusBar()
 {
-    m_loginLabel = new QLabel(this);
-    m_loginLabel->setObjectName(QStringLiteral("lblLoginState"));
-    m_channelLabel = new QLabel(this);
-    m_channelLabel->setObjectName(QStringLiteral("lblChannel"));
+    m_loginLabel = WidgetFactory::label(QString(), QStringLiteral("lblLoginState"), this);
+    m_channelLabel = WidgetFactory::label(QString(), QStringLiteral("lblChannel"), this);
     statusBar()->addWidget(m_loginLabel);
     statusBar()->addPermanentWidget(m_channelLabel);
     refreshLoginState();
@@ -243,5 +242,5 @@ QWidget *MainWindow::openEntry(const QString &id)
     if (!entry || !entry->open)
         return nullptr;
     const std::function<QWidget *(HostContext &)> open = entry->open;
-    return GUARDED("VeloraHost", "MainWindow::openEntry", [&]() -> QWidget * { return open(m_context); });
+    return GUARDED("VeloraHost", [&]() -> QWidget * { return open(m_context); });
 }

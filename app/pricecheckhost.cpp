@@ -55,7 +55,7 @@ void PriceCheckHost::prepare(TQdtjyjc &dialog, HostContext &host)
 
 void PriceCheckHost::writeYxys(HostContext &host, const QString &sj, const QString &dd)
 {
-    GUARDED("velora-host", "PriceCheckHost::writeYxys", [&] {
+    GUARDED("velora-host", [&] {
         const ProjectSettingsInfo before = ProjectSettingHelper::GetProjectSettingsInfo();
         ProjectSettingsInfo after = before;
         after.time = sj;

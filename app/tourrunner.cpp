@@ -77,7 +77,7 @@ void TourRunner::runStep(int number, const QString &id, const std::function<QWid
     watchdog.start();
     HostContext &context = m_window->context();
     context.tour = true;
-    QPointer<QWidget> left = GUARDED("VeloraHost", "TourRunner::runEntry", [&]() -> QWidget * { return step(context); });
+    QPointer<QWidget> left = GUARDED("VeloraHost", [&]() -> QWidget * { return step(context); });
     context.tour = false;
     watchdog.stop();
     if (left) {

@@ -1,32 +1,44 @@
 #include "cloudexchange.h"
 
+#include <hostapi/cloudenvelope.h>
 #include <hostapi/exceptionguard.h>
 #include <hostapi/messagebox.h>
 #include <hostapi/servicesutil.h>
 
-std::optional<QJsonValue> CloudExchange::call(const CloudRequest &request, QWidget *dialog)
+#include <QWidget>
+
+CloudExchange::CloudExchange(const GuardSite &site)
+    : m_site(site)
 {
-    return GUARDED_OR(std::optional<QJsonValue>(), "CloudExchange", "CloudExchange::call", [&] {
+}
+
+QWidget *CloudExchange::dialog() const
+{
+    return qobject_cast<QWidget *>(m_site.owner());
+}
+
+std::optional<CloudReply> CloudExchange::call(const CloudRequest &request) const
+{
+    return GUARDED_OR(std::optional<CloudReply>(), m_site, [&] {
         const CloudReply reply = send(request);
         if (!reply.answered())
-            return std::optional<QJsonValue>();
+            return std::optional<CloudReply>();
         if (reply.code() != 0) {
-            showFailure(reply, dialog);
-            return std::optional<QJsonValue>();
+            showFailure(reply);
+            return std::optional<CloudReply>();
         }
-        return std::optional<QJsonValue>(reply.data());
+        return std::optional<CloudReply>(reply);
     });
+}
+
+void CloudExchange::showFailure(const CloudReply &reply) const
+{
+    showMessageBox(reply.msg(), dialog());
 }
 
 CloudReply CloudExchange::send(const CloudRequest &request)
 {
-    QJsonObject envelope = request.toJson();
-    return CloudReply::parse(ServicesUtil::AsyncReplyLoop(envelope));
-}
-
-void CloudExchange::showFailure(const CloudReply &reply, QWidget *dialog)
-{
-    showInformation(reply.msg(), dialog, QString(), QString(), QString(), QString(), 0, 0, 0);
+    return CloudReply(CloudEnvelope::send(request.toJson()));
 }
 
 QString CloudExchange::configValue(const QString &key)

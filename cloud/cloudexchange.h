@@ -2,30 +2,40 @@
 #include "cloudreply.h"
 #include "cloudrequest.h"
 
-#include <QJsonValue>
+#include <hostapi/guardsite.h>
+
 #include <QString>
 
 #include <optional>
 
 class QWidget;
 
-// Sends requests through the host's blocking reply loop and applies the
-// module's reply rules, so that no dialog repeats them.
+// Sends a dialog's requests through the host's blocking reply loop and
+// applies the module's reply rules, so that no dialog repeats them. Failure
+// messages are parented to the site's owner; exceptions are reported under
+// the site (the dialog that made the request).
+//
+//   CloudExchange cloud(GuardSite(kSource, this));
+//   if (const auto reply = cloud.call(request)) use(reply->dataArray(), reply->value("allCount"));
 class CloudExchange
 {
 public:
-    // The usual call: the reply's "data" on success (undefined when the reply
-    // has none); std::nullopt when unanswered (silently) or refused (its "msg"
-    // is shown unchanged in a message box parented to `dialog`).
-    static std::optional<QJsonValue> call(const CloudRequest &request, QWidget *dialog);
+    explicit CloudExchange(const GuardSite &site);
+
+    // The whole reply when it succeeded ("code" 0); std::nullopt when
+    // unanswered (silently), refused (its "msg" is shown unchanged) or when
+    // sending threw.
+    std::optional<CloudReply> call(const CloudRequest &request) const;
+    // Shows the reply's "msg" the way every failed request does.
+    void showFailure(const CloudReply &reply) const;
 
     // Sends and parses, nothing shown: for callers that read "code" themselves.
     static CloudReply send(const CloudRequest &request);
-
-    // Shows the reply's "msg" the way every failed request does.
-    static void showFailure(const CloudReply &reply, QWidget *dialog);
-
     // The host's local configuration value `key` ("cmd" "getConfigValue");
     // empty when there is none.
     static QString configValue(const QString &key);
+
+private:
+    QWidget *dialog() const;
+    GuardSite m_site;
 };

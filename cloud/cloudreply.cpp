@@ -1,10 +1,11 @@
 #include "cloudreply.h"
+#include <hostapi/jsonnesting.h>
 
 #include <QJsonDocument>
 
 CloudReply CloudReply::parse(const QByteArray &bytes)
 {
-    return CloudReply(QJsonDocument::fromJson(bytes).object());
+    return CloudReply(JsonNesting::parse(bytes).object());
 }
 
 int CloudReply::code() const

@@ -3,6 +3,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QMetaType>
 #include <QString>
 
 // The cloud's answer: {"code", "msg", "data"}. Bytes that are empty or not a
@@ -23,8 +24,12 @@ public:
     QJsonValue data() const;
     QJsonArray dataArray() const { return data().toArray(); }
     QJsonObject dataObject() const { return data().toObject(); }
+    // Any other key of the reply, e.g. "allCount" and "pageRowCount" of a page.
+    QJsonValue value(const QString &key) const { return m_object.value(key); }
     QJsonObject object() const { return m_object; }
 
 private:
     QJsonObject m_object;
 };
+
+Q_DECLARE_METATYPE(CloudReply)

@@ -1,6 +1,6 @@
 #include "cloudrequest.h"
 
-#include <hostapi/apptype.h>
+#include <hostapi/cloudenvelope.h>
 #include <hostapi/ltdinfo.h>
 
 namespace {
@@ -75,10 +75,7 @@ QString CloudRequest::method() const
 
 QJsonObject CloudRequest::toJson() const
 {
-    QJsonObject envelope{{QStringLiteral("cmd"), QStringLiteral("cloudSoft")},
-                         {QStringLiteral("app_type"), AppType()},
-                         {QStringLiteral("data"), m_data}};
-    if (m_withToken)
-        envelope.insert(QStringLiteral("orgin_token"), m_server ? m_server->getToken() : QString());
-    return envelope;
+    if (!m_withToken)
+        return CloudEnvelope::withoutToken(m_data);
+    return CloudEnvelope::build(m_data, m_server ? m_server->getToken() : QString());
 }

@@ -1,5 +1,5 @@
 #pragma once
-#include "cloudtier.h"
+#include <hostapi/cloudtier.h>
 
 #include <QJsonObject>
 #include <QJsonValue>

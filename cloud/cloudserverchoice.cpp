@@ -14,17 +14,18 @@
 #include <hostapi/users.h>
 #include <hostapi/usersyylogin.h>
 
+#include <QEvent>
+#include <QScopeGuard>
 #include <QWidget>
 
 namespace {
-const char kSource[] = "CloudServerChoice";
 const QString kSettingKey = QStringLiteral("CloudApp/CurrServer_all");
 const QString kPlaceholder = QStringLiteral("请选择服务器");
 const QString kBigData = QStringLiteral("Korvane大数据");
 }
 
-CloudServerChoice::CloudServerChoice(CloudServerCombox *combo, QWidget *dialog)
-    : QObject(dialog), m_combo(combo), m_dialog(dialog)
+CloudServerChoice::CloudServerChoice(CloudServerCombox *combo, const GuardSite &site)
+    : QObject(site.owner()), m_site(site), m_combo(combo)
 {
     if (m_combo)
         connect(m_combo, &CloudServerCombox::signalCurrentItemChanged, this, &CloudServerChoice::slotSaveCurrServer);
@@ -32,7 +33,8 @@ CloudServerChoice::CloudServerChoice(CloudServerCombox *combo, QWidget *dialog)
 
 void CloudServerChoice::start()
 {
-    GUARDED(kSource, "CloudServerChoice::start", [&] {
+    GUARDED(m_site, [&] {
+        connectBroker();
         m_keepBigData = m_honourSaveBzQd && CloudExchange::configValue(QStringLiteral("SaveBzQd")) == QLatin1String("true");
         requestServerList();
         readSetting();
@@ -42,7 +44,7 @@ void CloudServerChoice::start()
 
 void CloudServerChoice::requestServerList()
 {
-    GUARDED(kSource, "CloudServerChoice::requestServerList", [&] {
+    GUARDED(m_site, [&] {
         m_removedBigData = -1;
         CloudBusiness::requestServerList(m_servers, m_kind);
         if (m_keepBigData)
@@ -59,7 +61,7 @@ void CloudServerChoice::requestServerList()
 
 int CloudServerChoice::readSetting()
 {
-    return GUARDED_OR(-1, kSource, "CloudServerChoice::readSetting", [&] {
+    return GUARDED_OR(-1, m_site, [&] {
         const QString saved = HostConfig::openSysSet()->value(kSettingKey).toString();
         int index = -1;
         if (!saved.isEmpty() && saved != kPlaceholder) {
@@ -83,7 +85,7 @@ LtdInfo *CloudServerChoice::getCurrServer() const
 
 void CloudServerChoice::resetData()
 {
-    GUARDED(kSource, "CloudServerChoice::resetData", [&] {
+    GUARDED(m_site, [&] {
         emit signalClearData();
         requestServerList();
         readSetting();
@@ -94,11 +96,11 @@ bool CloudServerChoice::checkServer(QWidget *parent) const
 {
     const LtdInfo *server = getCurrServer();
     if (!server) {
-        showInformation(QStringLiteral("请选择服务器"), parent, QString(), QString(), QString(), QString(), 0, 0, 0);
+        showMessageBox(QStringLiteral("请选择服务器"), parent);
         return false;
     }
     if (!server->getServerLogin()) {
-        showInformation(QStringLiteral("请登录服务器"), parent, QString(), QString(), QString(), QString(), 0, 0, 0);
+        showMessageBox(QStringLiteral("请登录服务器"), parent);
         return false;
     }
     return true;
@@ -106,7 +108,7 @@ bool CloudServerChoice::checkServer(QWidget *parent) const
 
 void CloudServerChoice::slotSaveCurrServer(int index)
 {
-    GUARDED(kSource, "CloudServerChoice::slotSaveCurrServer", [&] {
+    GUARDED(m_site, [&] {
         const int previous = m_current;
         m_current = index;
         LtdInfo *entry = getCurrServer();
@@ -123,6 +125,11 @@ void CloudServerChoice::runLogin(int index, LtdInfo *entry, int previous)
 {
     QPointer<CloudServerChoice> self(this);
     m_ownLogin = true;
+    // Cleared however the login ends, a throwing one included.
+    const auto clearOwnLogin = qScopeGuard([self] {
+        if (self)
+            self->m_ownLogin = false;
+    });
     if (!entry->getToken().contains(KvToken)) {
         // The host counts "Korvane大数据" in its list while logged in to the
         // Korvane cloud; this list may have lost it.
@@ -137,8 +144,6 @@ void CloudServerChoice::runLogin(int index, LtdInfo *entry, int previous)
         login.SetKvyClose([self, previous] { if (self) self->closeLogin(previous); });
         login.KvyExec();
     }
-    if (self)
-        m_ownLogin = false;
 }
 
 void CloudServerChoice::closeLogin(int previous)
@@ -151,7 +156,7 @@ void CloudServerChoice::closeLogin(int previous)
 
 void CloudServerChoice::loginSuccessKv()
 {
-    GUARDED(kSource, "CloudServerChoice::loginSuccessKv", [&] {
+    GUARDED(m_site, [&] {
         requestServerList();
         showList();
         emit signalReloadData();
@@ -161,7 +166,7 @@ void CloudServerChoice::loginSuccessKv()
 
 void CloudServerChoice::loginSuccessPri()
 {
-    GUARDED(kSource, "CloudServerChoice::loginSuccessPri", [&] {
+    GUARDED(m_site, [&] {
         requestServerList();
         int noted = 0;
         for (int i = 0; i < m_servers.size(); ++i)
@@ -176,7 +181,7 @@ void CloudServerChoice::loginSuccessPri()
 
 void CloudServerChoice::resetPriData(const QString &)
 {
-    GUARDED(kSource, "CloudServerChoice::resetPriData", [&] {
+    GUARDED(m_site, [&] {
         resetData();
         emit signalServersReset();
     });
@@ -184,7 +189,7 @@ void CloudServerChoice::resetPriData(const QString &)
 
 void CloudServerChoice::resetKvData()
 {
-    GUARDED(kSource, "CloudServerChoice::resetKvData", [&] {
+    GUARDED(m_site, [&] {
         resetData();
         emit signalServersReset();
     });
@@ -204,6 +209,10 @@ void CloudServerChoice::connectBroker()
     m_broker << connect(broker, &staticPriLoginObj::priForceExit, this, &CloudServerChoice::resetPriData)
              << connect(broker, &staticPriLoginObj::kvyForceExit, this, &CloudServerChoice::resetKvData)
              << connect(broker, &staticPriLoginObj::priLogin, this, &CloudServerChoice::resetPriLogin);
+    auto *owner = qobject_cast<QWidget *>(m_site.owner());
+    m_window = owner ? owner->window() : nullptr;
+    if (m_window)
+        m_window->installEventFilter(this);
 }
 
 void CloudServerChoice::disconnectBroker()
@@ -211,6 +220,16 @@ void CloudServerChoice::disconnectBroker()
     for (const QMetaObject::Connection &c : qAsConst(m_broker))
         disconnect(c);
     m_broker.clear();
+    if (m_window)
+        m_window->removeEventFilter(this);
+}
+
+bool CloudServerChoice::eventFilter(QObject *watched, QEvent *event)
+{
+    // The dialog stops following logins elsewhere once it closes.
+    if (watched == m_window && event->type() == QEvent::Close)
+        disconnectBroker();
+    return QObject::eventFilter(watched, event);
 }
 
 void CloudServerChoice::saveChoice(const LtdInfo *entry) const

@@ -1,31 +1,28 @@
 #pragma once
+#include <hostapi/cloudservercombox.h>
+#include <hostapi/guardsite.h>
+
 #include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QString>
 
-#include <hostapi/cloudservercombox.h>
-
 class LtdInfo;
 class QWidget;
 
 // The server choice of a dialog with a server combo box: the server list, the
-// chosen entry (remembered in "SysSet_.ini"), and the login of an entry that
-// is not logged in. Dialogs embed one, connect its signals to their own data,
-// call start() once, and expose its operations under their own names:
-//
-//   m_servers = new CloudServerChoice(comServer, this);
-//   connect(m_servers, &CloudServerChoice::signalReloadData, this, &TFoo::initQdk);
-//   connect(m_servers, &CloudServerChoice::signalClearData, this, &TFoo::clearQdk);
-//   m_servers->start();
-//   LtdInfo *TFoo::getCurrServer() { return m_servers->getCurrServer(); }
+// chosen entry (remembered in "SysSet_.ini"), the login of an entry that is
+// not logged in, and the host's login broker from start() until the owner's
+// window closes. Failures are reported under the owning dialog (the site).
+// Dialogs embed one through CloudServerOwner, which also gives them the
+// operations under their usual names.
 class CloudServerChoice : public QObject
 {
     Q_OBJECT
 public:
-    // `combo` may be null (a dialog that shows no list); `dialog` parents the
-    // component and the message boxes.
-    CloudServerChoice(CloudServerCombox *combo, QWidget *dialog);
+    // `combo` may be null (a dialog that shows no list); the site's owner
+    // (the dialog or page holding the combo) parents the component.
+    CloudServerChoice(CloudServerCombox *combo, const GuardSite &site);
 
     // Server kind for the host's list (empty: the bill servers; "cj": the
     // material price servers). Set before start().
@@ -34,8 +31,9 @@ public:
     // false always removes it.
     void setHonourSaveBzQd(bool honour) { m_honourSaveBzQd = honour; }
 
-    // Start of the dialog: "SaveBzQd", requestServerList(), readSetting(),
-    // then signalReloadData.
+    // Start of the dialog, once the owner sits in its window: follows the
+    // login broker until that window closes, reads "SaveBzQd", then
+    // requestServerList(), readSetting() and signalReloadData.
     void start();
 
     void requestServerList();
@@ -49,14 +47,10 @@ public:
     // "请登录服务器" in a message box; false when the step must not be taken.
     bool checkServer(QWidget *parent) const;
 
-    // Follows the host's login broker until disconnectBroker() (closeEvent).
-    void connectBroker();
-    void disconnectBroker();
-
+    bool followsBroker() const { return !m_broker.isEmpty(); }
     QList<LtdInfo *> &serverList() { return m_servers; }
     int currentIndex() const { return m_current; }
     int removedBigDataIndex() const { return m_removedBigData; }
-    bool keepBigData() const { return m_keepBigData; }
     CloudServerCombox *combo() const { return m_combo; }
 
 public slots:
@@ -77,15 +71,21 @@ signals:
     // A login change elsewhere rebuilt the list (wizards go back to page one).
     void signalServersReset();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
+    void connectBroker();
+    void disconnectBroker();
     void closeLogin(int previous);
     void runLogin(int index, LtdInfo *entry, int previous);
     void saveChoice(const LtdInfo *entry) const;
     void showList();
     bool isValidIndex(int index) const { return index >= 0 && index < m_servers.size(); }
 
+    GuardSite m_site;
     QPointer<CloudServerCombox> m_combo;
-    QPointer<QWidget> m_dialog;
+    QPointer<QWidget> m_window;
     QList<LtdInfo *> m_servers;
     QString m_kind;
     int m_current = 0;

@@ -1,8 +1,8 @@
 #include "cloudworkerrequest.h"
 #include "cloudexchange.h"
 
+#include <hostapi/cloudenvelope.h>
 #include <hostapi/exceptionguard.h>
-#include <hostapi/servicesutil.h>
 
 #include <QAtomicInt>
 #include <QElapsedTimer>
@@ -22,14 +22,15 @@ namespace {
 QAtomicInt s_running;
 }
 
-CloudWorkerRequest::CloudWorkerRequest(QObject *receiver)
-    : QObject(receiver), m_shared(std::make_shared<Shared>())
+CloudWorkerRequest::CloudWorkerRequest(const GuardSite &site)
+    : QObject(site.owner()), m_site(site), m_shared(std::make_shared<Shared>())
 {
+    qRegisterMetaType<CloudReply>();
 }
 
 CloudWorkerRequest::~CloudWorkerRequest() = default;
 
-unsigned CloudWorkerRequest::start(Job job)
+unsigned CloudWorkerRequest::start(Job job, const char *caller, int line)
 {
     const unsigned sequence = ++m_sequence;
     QFutureInterface<bool> result;
@@ -45,11 +46,11 @@ unsigned CloudWorkerRequest::start(Job job)
     watcher->setFuture(result.future());
 
     std::shared_ptr<Shared> shared = m_shared;
+    const GuardSite site = m_site.detached();
     s_running.ref();
-    QThread *thread = QThread::create([shared, job = std::move(job), sequence, result]() mutable {
+    QThread *thread = QThread::create([shared, site, caller, line, job = std::move(job), sequence, result]() mutable {
         QJsonObject reply;
-        const bool ok = GUARDED_OR(false, "CloudWorkerRequest", "CloudWorkerRequest::start",
-                                   [&] { return job(reply); });
+        const bool ok = guardedCallOr(false, site, line, caller, [&] { return job(reply); });
         {
             QMutexLocker lock(&shared->mutex);
             if (sequence > shared->storedSequence) {
@@ -66,16 +67,15 @@ unsigned CloudWorkerRequest::start(Job job)
     return sequence;
 }
 
-unsigned CloudWorkerRequest::start(const CloudRequest &request)
+unsigned CloudWorkerRequest::start(const CloudRequest &request, const char *caller, int line)
 {
     // Built here: the worker must not read the server entry while the GUI
     // thread may update it.
     const QJsonObject envelope = request.toJson();
     return start([envelope](QJsonObject &reply) {
-        QJsonObject sent = envelope;
-        reply = CloudReply::parse(ServicesUtil::AsyncReplyLoop(sent)).object();
+        reply = CloudEnvelope::send(envelope);
         return true;
-    });
+    }, caller, line);
 }
 
 void CloudWorkerRequest::discardPending()
@@ -83,10 +83,10 @@ void CloudWorkerRequest::discardPending()
     ++m_sequence;
 }
 
-QJsonObject CloudWorkerRequest::lastReply() const
+CloudReply CloudWorkerRequest::lastReply() const
 {
     QMutexLocker lock(&m_shared->mutex);
-    return m_shared->reply;
+    return CloudReply(m_shared->reply);
 }
 
 void CloudWorkerRequest::deliver(unsigned sequence, bool hasReply)
@@ -100,7 +100,7 @@ void CloudWorkerRequest::deliver(unsigned sequence, bool hasReply)
             return;
         reply = m_shared->reply;
     }
-    emit signalReply(sequence, reply);
+    emit signalReply(sequence, CloudReply(reply));
 }
 
 int CloudWorkerRequest::runningWorkers()

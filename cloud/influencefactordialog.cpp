@@ -1,8 +1,10 @@
 #include "influencefactordialog.h"
 
+#include <hostapi/buttonrow.h>
+#include <hostapi/childdialog.h>
 #include <hostapi/exceptionguard.h>
 #include <hostapi/messagebox.h>
-#include <hostapi/modalrun.h>
+#include <hostapi/widgetfactory.h>
 #include <hostapi/textpathdlg.h>
 #include <hostapi/textpathwidget.h>
 #include <hostapi/xmgktime.h>
@@ -17,28 +19,16 @@
 #include <QVBoxLayout>
 
 InfluenceFactorDialog::InfluenceFactorDialog(const InfluenceFactorLayout &layout, QWidget *parent)
-    : zTitleModal(parent), m_layout(layout)
+    : zTitleModal(parent), m_layout(layout), m_site(layout.sourceName, this)
 {
     SetCaption(QStringLiteral("影响因素"));
     OnlyClose();
     setScaledFixedSize(420, 210);
 }
 
-QByteArray InfluenceFactorDialog::qualified(const char *member) const
-{
-    return QByteArray(m_layout.className) + "::" + member;
-}
-
-QPushButton *InfluenceFactorDialog::makeButton(const QString &text, const QString &name)
-{
-    auto *button = new QPushButton(text, clientWidget());
-    button->setObjectName(name);
-    return button;
-}
-
 void InfluenceFactorDialog::CreateUI()
 {
-    GUARDED(m_layout.sourceName, qualified("CreateUI").constData(), [&] {
+    GUARDED(m_site, [&] {
         if (m_comSj)
             return;
         m_comSj = new QLineEdit(clientWidget());
@@ -47,14 +37,16 @@ void InfluenceFactorDialog::CreateUI()
         m_comDd = new QLineEdit(clientWidget());
         m_comDd->setObjectName(QStringLiteral("comDd"));
         m_comDd->setReadOnly(true);
+        QWidget *client = clientWidget();
         if (m_layout.timeButton)
-            m_btnSj = makeButton(QStringLiteral("修改"), QStringLiteral("btnSjXg"));
+            m_btnSj = WidgetFactory::button(QStringLiteral("修改"), QStringLiteral("btnSjXg"), client);
         if (m_layout.placeButton)
-            m_btnDd = makeButton(QStringLiteral("修改"), QStringLiteral("btnDdXg"));
+            m_btnDd = WidgetFactory::button(QStringLiteral("修改"), QStringLiteral("btnDdXg"), client);
         if (!m_layout.clearText.isEmpty())
-            m_btnClear = makeButton(m_layout.clearText, QStringLiteral("btnXg"));
-        m_btnOk = makeButton(QStringLiteral("确定"), QStringLiteral("btnQd"));
-        m_btnClose = makeButton(m_layout.closeText, QStringLiteral("btnGb"));
+            m_btnClear = WidgetFactory::button(m_layout.clearText, QStringLiteral("btnXg"), client);
+        auto *buttons = new ButtonRow(client);
+        m_btnOk = buttons->addButton(QStringLiteral("确定"), QStringLiteral("btnQd"));
+        m_btnClose = buttons->addButton(m_layout.closeText, QStringLiteral("btnGb"));
         m_chkSync = new QCheckBox(QStringLiteral("同步修改工程设置表相应内容"), clientWidget());
         m_chkSync->setObjectName(QStringLiteral("chkTb"));
 
@@ -72,11 +64,6 @@ void InfluenceFactorDialog::CreateUI()
             grid->addWidget(m_btnClear, 1, 3);
         grid->addWidget(m_chkSync, 2, 1, 1, 3);
 
-        auto *buttons = new QHBoxLayout;
-        buttons->addStretch();
-        buttons->addWidget(m_btnOk);
-        buttons->addWidget(m_btnClose);
-
         auto *body = new QVBoxLayout;
         body->setContentsMargins(20, 16, 20, 12);
         body->addLayout(grid);
@@ -93,7 +80,7 @@ void InfluenceFactorDialog::CreateUI()
 
 void InfluenceFactorDialog::InitUI()
 {
-    GUARDED(m_layout.sourceName, qualified("InitUI").constData(), [&] {
+    GUARDED(m_site, [&] {
         if (!m_comSj)
             return;
         m_comSj->setText(m_timeText);
@@ -136,62 +123,49 @@ QStringList InfluenceFactorDialog::nextPageData(const QString &name, const QList
 
 void InfluenceFactorDialog::pickTime()
 {
-    GUARDED(m_layout.sourceName, qualified("slotComSjClicked").constData(), [&] { pickTimeUnguarded(); });
-}
-
-void InfluenceFactorDialog::pickTimeUnguarded()
-{
-    if (!m_comSj)
-        return;
-    QPointer<InfluenceFactorDialog> self(this);
-    QPointer<XmgkTime> picker = new XmgkTime(this);
-    picker->SetTimeData(m_comSj->text());
-    const int result = ModalRun::exec(picker);
-    if (!self || !picker)
-        return;
-    // The month picker returns 0 when a month was chosen.
-    if (result == 0)
-        m_comSj->setText(picker->GetTimeData());
-    delete picker;
+    GUARDED(m_site, [&] {
+        if (!m_comSj)
+            return;
+        auto *picker = new XmgkTime(this);
+        picker->SetTimeData(m_comSj->text());
+        ChildDialog::run(this, picker, [&](int result) {
+            // The month picker returns 0 when a month was chosen.
+            if (result == 0)
+                m_comSj->setText(picker->GetTimeData());
+        });
+    });
 }
 
 void InfluenceFactorDialog::pickPlace()
 {
-    GUARDED(m_layout.sourceName, qualified("slotComDdClicked").constData(), [&] { pickPlaceUnguarded(); });
-}
-
-void InfluenceFactorDialog::pickPlaceUnguarded()
-{
-    if (!m_comDd)
-        return;
-    const QList<Choosedata> list = PlaceDictionaryReader::read(m_layout.placeQuery);
-    const QStringList top = PlaceDictionaryReader::topLevelNames(list);
-    const QString first = top.value(0);
-    const QStringList second = nextPageData(first, list);
-    if (second.isEmpty()) {
-        showInformation(QStringLiteral("数据无效！"), this, QString(), QString(), QString(), QString(), 3, 0, 0);
-        return;
-    }
-    QPointer<InfluenceFactorDialog> self(this);
-    QPointer<TextPathDlg> picker = new TextPathDlg(QStringLiteral("工程地点选择"), this);
-    picker->addFirstTabData(first, top);
-    picker->addTabData(QStringLiteral("类别1"), second);
-    connect(picker.data(), &TextPathDlg::doRequestNextTab, picker.data(),
-            [list](int, const QString &item, TextPathWidget *, QStringList *nextItems) {
-                if (nextItems)
-                    *nextItems = PlaceDictionaryReader::nextPageData(item, list);
-            });
-    const int result = ModalRun::exec(picker);
-    if (!self || !picker)
-        return;
-    if (result == 1)
-        m_comDd->setText(PlaceDictionaryReader::joinPath(picker->getSelectedPath()));
-    delete picker;
+    GUARDED(m_site, [&] {
+        if (!m_comDd)
+            return;
+        const QList<Choosedata> list = PlaceDictionaryReader::read(m_layout.placeQuery);
+        const QStringList top = PlaceDictionaryReader::topLevelNames(list);
+        const QStringList second = nextPageData(top.value(0), list);
+        if (second.isEmpty()) {
+            showMessageBox(QStringLiteral("数据无效！"), this, 3);
+            return;
+        }
+        auto *picker = new TextPathDlg(QStringLiteral("工程地点选择"), this);
+        picker->addFirstTabData(top.value(0), top);
+        picker->addTabData(QStringLiteral("类别1"), second);
+        connect(picker, &TextPathDlg::doRequestNextTab, picker,
+                [list](int, const QString &item, TextPathWidget *, QStringList *nextItems) {
+                    if (nextItems)
+                        *nextItems = PlaceDictionaryReader::nextPageData(item, list);
+                });
+        ChildDialog::run(this, picker, [&](int result) {
+            if (result == 1)
+                m_comDd->setText(PlaceDictionaryReader::joinPath(picker->getSelectedPath()));
+        });
+    });
 }
 
 void InfluenceFactorDialog::clearPlace()
 {
-    GUARDED(m_layout.sourceName, qualified("slotBtnXgClicked").constData(), [&] {
+    GUARDED(m_site, [&] {
         m_placeId.clear();
         if (m_comDd && m_comDd->text() != QStringLiteral("无"))
             m_comDd->setText(QStringLiteral("无"));
@@ -200,7 +174,7 @@ void InfluenceFactorDialog::clearPlace()
 
 void InfluenceFactorDialog::confirm()
 {
-    GUARDED(m_layout.sourceName, qualified("okButton").constData(), [&] {
+    GUARDED(m_site, [&] {
         if (!m_comSj)
             return;
         m_confirmed = true;

@@ -2,6 +2,7 @@
 #include "influencefactorlayout.h"
 #include "placedictionaryreader.h"
 
+#include <hostapi/guardsite.h>
 #include <hostapi/ztitlemodal.h>
 
 #include <QList>
@@ -63,12 +64,9 @@ protected:
     virtual void wireButtons() {}
 
 private:
-    QPushButton *makeButton(const QString &text, const QString &name);
-    void pickTimeUnguarded();
-    void pickPlaceUnguarded();
-    QByteArray qualified(const char *member) const;
-
     InfluenceFactorLayout m_layout;
+    // Reports under the variant's class: "TQdtjyjc_Yxys::pickPlace".
+    GuardSite m_site;
     QString m_timeText;
     QString m_placeText = QStringLiteral("无");
     QString m_placeId;

@@ -6,7 +6,6 @@
 // field styles. One instance per variant.
 struct InfluenceFactorLayout
 {
-    const char *className = "";   // qualified names in exception reports
     const char *sourceName = "";  // source file name in exception reports
     QString timeCaption;
     QString placeCaption;

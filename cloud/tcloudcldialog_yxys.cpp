@@ -8,7 +8,6 @@ TCloudCLDialog_Yxys::TCloudCLDialog_Yxys(QWidget *parent)
 InfluenceFactorLayout TCloudCLDialog_Yxys::layout()
 {
     InfluenceFactorLayout l;
-    l.className = "TCloudCLDialog_Yxys";
     l.sourceName = "CloudCLDialog";
     l.timeCaption = QStringLiteral("时间:");
     l.placeCaption = QStringLiteral("地点:");

@@ -12,7 +12,6 @@ TQdtjyjc_Yxys::TQdtjyjc_Yxys(QWidget *parent)
 InfluenceFactorLayout TQdtjyjc_Yxys::layout()
 {
     InfluenceFactorLayout l;
-    l.className = "TQdtjyjc_Yxys";
     l.sourceName = "Qddjyjc";
     l.timeCaption = QStringLiteral("时间：");
     l.placeCaption = QStringLiteral("地点:");
@@ -55,5 +54,5 @@ void TQdtjyjc_Yxys::okButton()
 
 void TQdtjyjc_Yxys::GbButton()
 {
-    GUARDED("Qddjyjc", "TQdtjyjc_Yxys::GbButton", [&] { actCancel(); });
+    GUARDED("Qddjyjc", [&] { actCancel(); });
 }

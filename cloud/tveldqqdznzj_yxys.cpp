@@ -8,7 +8,6 @@ TVelDqqdznzj_Yxys::TVelDqqdznzj_Yxys(QWidget *parent)
 InfluenceFactorLayout TVelDqqdznzj_Yxys::layout()
 {
     InfluenceFactorLayout l;
-    l.className = "TVelDqqdznzj_Yxys";
     l.sourceName = "VelDqqdznzj";
     l.timeCaption = QStringLiteral("时间：");
     l.placeCaption = QStringLiteral("地点:");

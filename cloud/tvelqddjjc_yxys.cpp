@@ -10,7 +10,6 @@ TVelQddjjc_Yxys::TVelQddjjc_Yxys(QWidget *parent)
 InfluenceFactorLayout TVelQddjjc_Yxys::layout()
 {
     InfluenceFactorLayout l;
-    l.className = "TVelQddjjc_Yxys";
     l.sourceName = "VelQddjjc";
     l.timeCaption = QStringLiteral("时间：");
     l.placeCaption = QStringLiteral("地点:");

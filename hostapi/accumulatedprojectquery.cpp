@@ -1,5 +1,6 @@
 #include "accumulatedprojectquery.h"
-#include "hostenvelope.h"
+#include "jsonnesting.h"
+#include "cloudenvelope.h"
 #include "ltdinfo.h"
 
 #include <QJsonArray>
@@ -22,13 +23,13 @@ QJsonObject AccumulatedProjectQuery::buildRequest(const LtdInfo &server, int gcT
         fields.insert(QStringLiteral("gcType"), gcType);
     if (!conditionNull && !keyword.trimmed().isEmpty())
         fields.insert(QStringLiteral("keyword"), keyword.trimmed());
-    return HostEnvelope::tiered(QStringLiteral("getaccumulatedprojects"), server, fields);
+    return CloudEnvelope::tiered(QStringLiteral("getaccumulatedprojects"), server, fields);
 }
 
 bool AccumulatedProjectQuery::readReply(const QByteArray &bytes, QList<QJsonObject> *projects, QString *error)
 {
     projects->clear();
-    const QJsonDocument doc = QJsonDocument::fromJson(bytes);
+    const QJsonDocument doc = JsonNesting::parse(bytes);
     if (!doc.isObject() || doc.object().isEmpty()) {
         *error = noReplyText();
         return false;
@@ -54,7 +55,7 @@ QString AccumulatedProjectQuery::choiceText(const QJsonObject &project)
 
 QJsonObject AccumulatedProjectQuery::choiceObject(const QString &text)
 {
-    return QJsonDocument::fromJson(text.toUtf8()).object();
+    return JsonNesting::parse(text.toUtf8()).object();
 }
 
 QString AccumulatedProjectQuery::choiceId(const QString &text)

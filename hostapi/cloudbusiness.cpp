@@ -2,7 +2,7 @@
 #include "serverregistry.h"
 #include "basedataitem.h"
 #include "cloudparams.h"
-#include "hostenvelope.h"
+#include "cloudenvelope.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -68,7 +68,7 @@ bool CloudBusiness::MatchQdtz(BaseDataItem *item, CloudParams params, LtdInfo *s
     fields.insert(QStringLiteral("params"), params.toJson());
     fields.insert(QStringLiteral("sourceMask"), sourceMask);
     fields.insert(QStringLiteral("gcids"), QJsonArray::fromStringList(projectIds));
-    reply = HostEnvelope::send(HostEnvelope::tiered(QStringLiteral("matchqdtz"), *server, fields));
+    reply = CloudEnvelope::send(CloudEnvelope::tiered(QStringLiteral("matchqdtz"), *server, fields));
     return !reply.isEmpty();
 }
 
@@ -77,8 +77,8 @@ bool CloudBusiness::RequestGcslData(LtdInfo *server, QString &id, QJsonObject &r
     reply = QJsonObject();
     if (!server || id.isEmpty())
         return false;
-    reply = HostEnvelope::send(
-        HostEnvelope::tiered(QStringLiteral("getgcsldata"), *server, QJsonObject{{QStringLiteral("id"), id}}));
+    reply = CloudEnvelope::send(
+        CloudEnvelope::tiered(QStringLiteral("getgcsldata"), *server, QJsonObject{{QStringLiteral("id"), id}}));
     return succeeded(reply);
 }
 
@@ -93,7 +93,7 @@ bool CloudBusiness::RequestSimilarBillPrices(BaseDataItem *item, LtdInfo *server
     QJsonObject fields = billFields(*item);
     fields.insert(QStringLiteral("matchNum"), matchNum);
     const QJsonObject reply =
-        HostEnvelope::send(HostEnvelope::tiered(QStringLiteral("getsimilarbillprices"), *server, fields));
+        CloudEnvelope::send(CloudEnvelope::tiered(QStringLiteral("getsimilarbillprices"), *server, fields));
     if (!succeeded(reply)) {
         if (error)
             *error = reply.value(QStringLiteral("msg")).toString();

@@ -1,16 +1,16 @@
 #include "cloudprocheck.h"
 #include "accumulatedprojectquery.h"
+#include "buttonrow.h"
 #include "exceptionguard.h"
 #include "interfaceadaptation.h"
 #include "messagebox.h"
 #include "servicesutil.h"
+#include "widgetfactory.h"
 #include "zfiltersearchbox.h"
 #include "ztablemodel.h"
 #include "ztableview.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace {
@@ -50,17 +50,10 @@ void CloudProCheck::buildUi()
     m_view = new zTableView(this);
     m_view->setObjectName(QStringLiteral("gdTableGc"));
     m_view->setModel(m_model);
-    m_lblCount = new QLabel(this);
-    m_lblCount->setObjectName(QStringLiteral("lblCount"));
-    auto *btnOk = new QPushButton(QStringLiteral("确定"), this);
-    btnOk->setObjectName(QStringLiteral("btnOk"));
-    auto *btnCancel = new QPushButton(QStringLiteral("取消"), this);
-    btnCancel->setObjectName(QStringLiteral("btnCancel"));
-    auto *buttons = new QHBoxLayout;
-    buttons->addWidget(m_lblCount);
-    buttons->addStretch();
-    buttons->addWidget(btnOk);
-    buttons->addWidget(btnCancel);
+    m_lblCount = WidgetFactory::label(QString(), QStringLiteral("lblCount"), this);
+    auto *buttons = new ButtonRow(this);
+    buttons->addLeading(m_lblCount);
+    buttons->addOkCancel(this);
     auto *body = new QVBoxLayout;
     const int margin = InterfaceAdaptation::scaled(16);
     body->setContentsMargins(margin, margin, margin, margin);
@@ -74,16 +67,14 @@ void CloudProCheck::buildUi()
             showProjects();
     });
     connect(m_view, &zTableView::signalCheckBoxClicked, this, &CloudProCheck::slotCheckBoxClicked);
-    connect(btnOk, &QPushButton::clicked, this, &CloudProCheck::actOk);
-    connect(btnCancel, &QPushButton::clicked, this, &CloudProCheck::actCancel);
     updateCount();
 }
 
 bool CloudProCheck::InitGcInfo()
 {
-    return GUARDED_OR(false, "CloudProCheck", "CloudProCheck::InitGcInfo", [&] {
+    return GUARDED_OR(false, "CloudProCheck", [&] {
         if (!m_hasServer) {
-            showInformation(QStringLiteral("请选择服务器"), this);
+            showMessageBox(QStringLiteral("请选择服务器"), this);
             return false;
         }
         if (!loadProjects(QString()))
@@ -99,7 +90,7 @@ bool CloudProCheck::loadProjects(const QString &keyword)
     QList<QJsonObject> projects;
     QString error;
     if (!AccumulatedProjectQuery::readReply(ServicesUtil::AsyncReplyLoop(request), &projects, &error)) {
-        showInformation(error, this);
+        showMessageBox(error, this);
         return false;
     }
     m_projects = projects;

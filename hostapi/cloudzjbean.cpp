@@ -1,11 +1,13 @@
 #include "cloudzjbean.h"
+#include "jsonnesting.h"
 #include "recordjson.h"
 
 #include <QJsonDocument>
 
 CloudZjBean::CloudZjBean(const QString &text)
 {
-    const QJsonDocument doc = QJsonDocument::fromJson(text.toUtf8());
+    // Cloud text, stored there by whoever uploaded the bill.
+    const QJsonDocument doc = JsonNesting::parse(text.toUtf8());
     if (doc.isObject())
         *this = fromJson(doc.object());
 }

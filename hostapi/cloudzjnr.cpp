@@ -1,4 +1,5 @@
 #include "cloudzjnr.h"
+#include "jsonnesting.h"
 #include "recordjson.h"
 #include "round.h"
 
@@ -55,7 +56,8 @@ QJsonValue parsedIfText(const QJsonValue &v)
 {
     if (!v.isString())
         return v;
-    const QJsonDocument doc = QJsonDocument::fromJson(v.toString().toUtf8());
+    // Cloud text, stored there by whoever uploaded the bill.
+    const QJsonDocument doc = JsonNesting::parse(v.toString().toUtf8());
     if (doc.isObject())
         return doc.object();
     if (doc.isArray())

@@ -1,4 +1,6 @@
 #include "exceptionguard.h"
+#include "functionname.h"
+#include "guardsite.h"
 #include "hostlog.h"
 
 void ProcExceptionNew(const std::exception &e, const QString &file, int line, const QString &function)
@@ -8,13 +10,23 @@ void ProcExceptionNew(const std::exception &e, const QString &file, int line, co
 }
 
 namespace velora_detail {
-void reportException(const std::exception &e, const char *file, int line, const char *function)
+namespace {
+void report(const std::exception *e, const QString &source, int line, const QString &function)
 {
-    ProcExceptionNew(e, QString::fromUtf8(file), line, QString::fromUtf8(function));
+    if (e)
+        ProcExceptionNew(*e, source, line, function);
+    else
+        ProcExceptionNew(std::runtime_error("未知异常"), source, line, function);
+}
 }
 
-void reportUnknownException(const char *file, int line, const char *function)
+void reportException(const std::exception *e, const char *source, int line, const char *function)
 {
-    ProcExceptionNew(std::runtime_error("未知异常"), QString::fromUtf8(file), line, QString::fromUtf8(function));
+    report(e, QString::fromUtf8(source), line, FunctionName(function).qualified());
+}
+
+void reportException(const std::exception *e, const GuardSite &site, int line, const char *function)
+{
+    report(e, site.source(), line, site.function(function));
 }
 }

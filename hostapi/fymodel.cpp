@@ -1,10 +1,9 @@
 #include "fymodel.h"
+#include "buttonrow.h"
 #include "interfaceadaptation.h"
 #include "ztablemodel.h"
 #include "ztableview.h"
 
-#include <QHBoxLayout>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 FyModel::FyModel(const QList<cloudFymb> &fees, QWidget *parent) : zTitleModal(parent), m_fees(fees)
@@ -30,17 +29,9 @@ void FyModel::CreateUI()
     m_view->setModel(m_model);
     fillRows();
 
-    auto *btnOk = new QPushButton(QStringLiteral("确定"), this);
-    btnOk->setObjectName(QStringLiteral("btnOk"));
-    auto *btnCancel = new QPushButton(QStringLiteral("取消"), this);
-    btnCancel->setObjectName(QStringLiteral("btnCancel"));
-    for (QPushButton *b : {btnOk, btnCancel})
-        b->setFixedSize(InterfaceAdaptation::scaled(60), InterfaceAdaptation::scaled(24));
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(btnOk);
-    buttons->addSpacing(InterfaceAdaptation::scaled(5));
-    buttons->addWidget(btnCancel);
+    auto *buttons = new ButtonRow(this);
+    buttons->setButtonSize(60, 24);
+    buttons->addOkCancel(this, 5);
 
     auto *body = new QVBoxLayout;
     const int margin = InterfaceAdaptation::scaled(20);
@@ -49,8 +40,6 @@ void FyModel::CreateUI()
     body->addWidget(m_view, 1);
     body->addLayout(buttons);
     clientLayout()->addLayout(body);
-    connect(btnOk, &QPushButton::clicked, this, &FyModel::actOk);
-    connect(btnCancel, &QPushButton::clicked, this, &FyModel::actCancel);
 }
 
 void FyModel::fillRows()

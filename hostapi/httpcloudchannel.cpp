@@ -1,4 +1,5 @@
 #include "httpcloudchannel.h"
+#include "jsonnesting.h"
 
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
@@ -29,7 +30,10 @@ QByteArray replyBody(QNetworkReply *reply)
         return {};
     if (reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() != 200)
         return {};
-    return reply->readAll();
+    // Every caller parses the bytes; nesting no reply has would make the
+    // parser's recursion overflow the stack of the thread that waits.
+    const QByteArray body = reply->readAll();
+    return JsonNesting::within(body) ? body : QByteArray();
 }
 
 } // namespace

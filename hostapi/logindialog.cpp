@@ -1,8 +1,9 @@
 #include "logindialog.h"
+#include "buttonrow.h"
 #include "users.h"
+#include "widgetfactory.h"
 
 #include <QFormLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -26,10 +27,8 @@ void LoginDialog::buildUi(const QString &serverName)
     layout->setSpacing(10);
 
     QWidget *client = clientWidget();
-    auto *server = new QLabel(serverName, client);
-    server->setObjectName(QStringLiteral("lblServer"));
-    server->setStyleSheet(QStringLiteral("font-size: 15px; font-weight: bold; color: #1F2D3D;"));
-    layout->addWidget(server);
+    layout->addWidget(WidgetFactory::label(serverName, QStringLiteral("lblServer"), client,
+                                           QStringLiteral("font-size: 15px; font-weight: bold; color: #1F2D3D;")));
 
     auto *form = new QFormLayout;
     form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -45,25 +44,16 @@ void LoginDialog::buildUi(const QString &serverName)
     form->addRow(QStringLiteral("密码："), m_password);
     layout->addLayout(form);
 
-    m_error = new QLabel(client);
-    m_error->setObjectName(QStringLiteral("lblError"));
-    m_error->setStyleSheet(QStringLiteral("color: #E64340;"));
+    m_error = WidgetFactory::label(QString(), QStringLiteral("lblError"), client, QStringLiteral("color: #E64340;"));
     m_error->setWordWrap(true);
     layout->addWidget(m_error);
 
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    m_login = new QPushButton(QStringLiteral("登录"), client);
-    m_login->setObjectName(QStringLiteral("btnLogin"));
+    auto *buttons = new ButtonRow(client);
+    m_login = buttons->addButton(QStringLiteral("登录"), QStringLiteral("btnLogin"));
     m_login->setDefault(true);
-    auto *cancel = new QPushButton(QStringLiteral("取消"), client);
-    cancel->setObjectName(QStringLiteral("btnCancel"));
-    buttons->addWidget(m_login);
-    buttons->addWidget(cancel);
+    buttons->addCancel(this);
     layout->addLayout(buttons);
-
     connect(m_login, &QPushButton::clicked, this, &LoginDialog::slotLogin);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     setMinimumWidth(360);
 }
 

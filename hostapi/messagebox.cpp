@@ -47,20 +47,15 @@ int MessageBoxes::show(const MessageBoxRequest &request)
 int showInformation(const QString &text, QWidget *parent, QString s1, QString, QString, QString,
                     int kind, int, int)
 {
-    MessageBoxRequest request;
-    request.text = text;
-    request.parent = parent;
-    request.title = s1;
-    request.kind = kind;
-    return MessageBoxes::show(request);
+    return MessageBoxes::show({text, parent, s1, QStringList(), kind});
+}
+
+int showMessageBox(const QString &text, QWidget *parent, int kind)
+{
+    return showInformation(text, parent, QString(), QString(), QString(), QString(), kind, 0, 0);
 }
 
 int showMessage(const QString &title, const QString &text, const QStringList &buttons, QWidget *parent)
 {
-    MessageBoxRequest request;
-    request.text = text;
-    request.parent = parent;
-    request.title = title;
-    request.buttons = buttons;
-    return MessageBoxes::show(request);
+    return MessageBoxes::show({text, parent, title, buttons, 0});
 }

@@ -31,6 +31,10 @@ public:
 int showInformation(const QString &text, QWidget *parent, QString s1 = QString(), QString s2 = QString(),
                     QString s3 = QString(), QString s4 = QString(), int kind = 0, int i2 = 0, int i3 = 0);
 
+// The short form of the module's showInformation(text, parent, "", "", "", "",
+// kind, 0, 0): 0 information, 3 warning.
+int showMessageBox(const QString &text, QWidget *parent, int kind = 0);
+
 // A box with a title and captioned buttons; returns the index of the pressed
 // button (-1 when closed).
 int showMessage(const QString &title, const QString &text, const QStringList &buttons, QWidget *parent);

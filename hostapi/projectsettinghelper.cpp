@@ -69,8 +69,8 @@ ProjectSettingsInfo withPlaceCode(ProjectSettingsInfo info)
     const ProjectSettingsInfo stored = ProjectSettingHelper::GetProjectSettingsInfo();
     if (info.place == stored.place || info.placeCode != stored.placeCode)
         return info;
-    info.placeCode = GUARDED_OR(QString(), "ProjectSettingHelper", "ProjectSettingHelper::withPlaceCode",
-                                [&] { return PlaceCodeResolver::codeOfPath(info.place); });
+    info.placeCode =
+        GUARDED_OR(QString(), "ProjectSettingHelper", [&] { return PlaceCodeResolver::codeOfPath(info.place); });
     return info;
 }
 

@@ -1,5 +1,5 @@
 #include "serverregistry.h"
-#include "hostenvelope.h"
+#include "cloudenvelope.h"
 #include "apptype.h"
 #include "hostconstants.h"
 #include "servicesutil.h"
@@ -16,12 +16,12 @@ const QString kKindKv = QStringLiteral("kv");
 // beside it; the token names the Korvane account.
 QJsonObject hostRequest(const QString &method, const QString &token, QJsonObject fields = QJsonObject())
 {
-    return HostEnvelope::build(method, token, fields);
+    return CloudEnvelope::build(method, token, fields);
 }
 
 QJsonObject send(QJsonObject request)
 {
-    return HostEnvelope::send(request);
+    return CloudEnvelope::send(request);
 }
 
 // Empty when the reply is a success, else the text to show the user.

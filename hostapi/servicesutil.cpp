@@ -1,4 +1,5 @@
 #include "servicesutil.h"
+#include "jsonnesting.h"
 #include "cloudchannel.h"
 #include "hostconfig.h"
 #include "users.h"
@@ -93,7 +94,7 @@ void ServicesUtil::metaMsgSync(QJsonObject request)
     }
     call->setParent(this);
     auto deliver = [this, call](const QByteArray &bytes) {
-        emit doGotMsg(QJsonDocument::fromJson(bytes).object());
+        emit doGotMsg(JsonNesting::parse(bytes).object());
         call->deleteLater();
     };
     if (call->isFinished())

@@ -1,9 +1,8 @@
 #include "textpathdlg.h"
+#include "buttonrow.h"
 #include "interfaceadaptation.h"
 #include "textpathwidget.h"
 
-#include <QHBoxLayout>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 TextPathDlg::TextPathDlg(QWidget *parent) : zTitleModal(parent)
@@ -27,18 +26,10 @@ void TextPathDlg::build()
     body->setContentsMargins(margin, margin, margin, margin);
     m_widget = new TextPathWidget(this);
     body->addWidget(m_widget, 1);
-    auto *buttons = new QHBoxLayout;
-    auto *btnOk = new QPushButton(QStringLiteral("确定"), this);
-    btnOk->setObjectName(QStringLiteral("btnOk"));
-    auto *btnCancel = new QPushButton(QStringLiteral("取消"), this);
-    btnCancel->setObjectName(QStringLiteral("btnCancel"));
-    buttons->addStretch();
-    buttons->addWidget(btnOk);
-    buttons->addWidget(btnCancel);
+    auto *buttons = new ButtonRow(this);
+    buttons->addOkCancel(this);
     body->addLayout(buttons);
     clientLayout()->addLayout(body);
-    connect(btnOk, &QPushButton::clicked, this, &TextPathDlg::actOk);
-    connect(btnCancel, &QPushButton::clicked, this, &TextPathDlg::actCancel);
     connect(m_widget, &TextPathWidget::doRequestNextTab, this, &TextPathDlg::doRequestNextTab);
     connect(m_widget, &TextPathWidget::itemChosen, this, [this](int, const QString &, bool complete) {
         if (complete && isVisible())

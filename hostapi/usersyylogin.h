@@ -1,22 +1,15 @@
 #pragma once
-#include <QObject>
-
-#include <functional>
+#include "loginformrun.h"
 
 // The modal login dialog of one enterprise server, given the server's index in
 // the host's full server list.
-class userSyyLogin : public QObject
+class userSyyLogin : public LoginFormRun
 {
     Q_OBJECT
 public:
     userSyyLogin(int serverIndex, QObject *parent = nullptr);
-    ~userSyyLogin() override = default;
-    void SetKvyLoginSueecss(std::function<void()> onSuccess);
-    void SetKvyClose(std::function<void()> onClose);
     int SyyExec();
 
 private:
     int m_serverIndex;
-    std::function<void()> m_onSuccess;
-    std::function<void()> m_onClose;
 };

@@ -1,5 +1,7 @@
 #include "xmgktime.h"
+#include "buttonrow.h"
 #include "interfaceadaptation.h"
+#include "widgetfactory.h"
 
 #include <QButtonGroup>
 #include <QGridLayout>
@@ -20,12 +22,9 @@ XmgkTime::XmgkTime(QWidget *parent) : zTitleModal(parent)
     body->setContentsMargins(InterfaceAdaptation::scaled(16), InterfaceAdaptation::scaled(10),
                              InterfaceAdaptation::scaled(16), InterfaceAdaptation::scaled(12));
     auto *yearRow = new QHBoxLayout;
-    auto *btnPrev = new QPushButton(QStringLiteral("◀"), this);
-    btnPrev->setObjectName(QStringLiteral("btnPrevYear"));
-    auto *btnNext = new QPushButton(QStringLiteral("▶"), this);
-    btnNext->setObjectName(QStringLiteral("btnNextYear"));
-    m_lblYear = new QLabel(this);
-    m_lblYear->setObjectName(QStringLiteral("lblYear"));
+    QPushButton *btnPrev = WidgetFactory::button(QStringLiteral("◀"), QStringLiteral("btnPrevYear"), this);
+    QPushButton *btnNext = WidgetFactory::button(QStringLiteral("▶"), QStringLiteral("btnNextYear"), this);
+    m_lblYear = WidgetFactory::label(QString(), QStringLiteral("lblYear"), this);
     m_lblYear->setAlignment(Qt::AlignCenter);
     yearRow->addWidget(btnPrev);
     yearRow->addWidget(m_lblYear, 1);
@@ -36,22 +35,16 @@ XmgkTime::XmgkTime(QWidget *parent) : zTitleModal(parent)
     m_months = new QButtonGroup(this);
     m_months->setExclusive(true);
     for (int month = 1; month <= 12; ++month) {
-        auto *button = new QPushButton(QStringLiteral("%1月").arg(month), this);
-        button->setObjectName(QStringLiteral("btnMonth%1").arg(month));
+        QPushButton *button =
+            WidgetFactory::button(QStringLiteral("%1月").arg(month), QStringLiteral("btnMonth%1").arg(month), this);
         button->setCheckable(true);
         m_months->addButton(button, month);
         grid->addWidget(button, (month - 1) / 4, (month - 1) % 4);
     }
     body->addLayout(grid, 1);
 
-    auto *buttons = new QHBoxLayout;
-    auto *btnOk = new QPushButton(QStringLiteral("确定"), this);
-    btnOk->setObjectName(QStringLiteral("btnOk"));
-    auto *btnCancel = new QPushButton(QStringLiteral("取消"), this);
-    btnCancel->setObjectName(QStringLiteral("btnCancel"));
-    buttons->addStretch();
-    buttons->addWidget(btnOk);
-    buttons->addWidget(btnCancel);
+    auto *buttons = new ButtonRow(this);
+    buttons->addOkCancel(this);
     body->addLayout(buttons);
     clientLayout()->addLayout(body);
 
@@ -59,8 +52,6 @@ XmgkTime::XmgkTime(QWidget *parent) : zTitleModal(parent)
     connect(btnPrev, &QPushButton::clicked, this, [this] { showYear(m_year - 1); });
     connect(btnNext, &QPushButton::clicked, this, [this] { showYear(m_year + 1); });
     connect(m_months, &QButtonGroup::idClicked, this, &XmgkTime::selectMonth);
-    connect(btnOk, &QPushButton::clicked, this, &XmgkTime::actOk);
-    connect(btnCancel, &QPushButton::clicked, this, &XmgkTime::reject);
     SetTimeData(QString());
 }
 

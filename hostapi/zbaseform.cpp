@@ -1,5 +1,5 @@
 #include "zbaseform.h"
-#include "interfaceadaptation.h"
+#include "widgetfactory.h"
 
 zBaseForm::zBaseForm(QWidget *parent) : QWidget(parent)
 {
@@ -17,5 +17,5 @@ void zBaseForm::setBackgroundColor(const QColor &color)
 
 void zBaseForm::setScaledFixedSize(int width, int height)
 {
-    setFixedSize(InterfaceAdaptation::scaled(width), InterfaceAdaptation::scaled(height));
+    WidgetFactory::setScaledFixedSize(this, width, height);
 }

@@ -1,5 +1,6 @@
 #include "zfiltersearchbox.h"
 #include "interfaceadaptation.h"
+#include "widgetfactory.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -11,15 +12,13 @@ zFilterSearchBox::zFilterSearchBox(QWidget *parent) : QWidget(parent)
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(InterfaceAdaptation::scaled(6));
-    m_label = new QLabel(this);
-    m_label->setObjectName(QStringLiteral("lblSearch"));
+    m_label = WidgetFactory::label(QString(), QStringLiteral("lblSearch"), this);
     m_label->hide();
     m_edit = new QLineEdit(this);
     m_edit->setObjectName(QStringLiteral("editSearch"));
     m_edit->setClearButtonEnabled(true);
     m_edit->setMinimumHeight(InterfaceAdaptation::scaled(24));
-    m_button = new QPushButton(QStringLiteral("搜索"), this);
-    m_button->setObjectName(QStringLiteral("btnSearch"));
+    m_button = WidgetFactory::button(QStringLiteral("搜索"), QStringLiteral("btnSearch"), this);
     m_button->setMinimumHeight(InterfaceAdaptation::scaled(24));
     layout->addWidget(m_label);
     layout->addWidget(m_edit, 1);

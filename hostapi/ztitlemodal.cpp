@@ -1,6 +1,7 @@
 #include "ztitlemodal.h"
 #include "interfaceadaptation.h"
 #include "modalrun.h"
+#include "widgetfactory.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -17,12 +18,10 @@ const int kTitleHeight = 36;
 
 QPushButton *titleButton(const QString &name, const QString &text, const QString &tip, QWidget *parent)
 {
-    auto *button = new QPushButton(text, parent);
-    button->setObjectName(name);
+    QPushButton *button = WidgetFactory::button(text, name, parent, 28, 24);
     button->setToolTip(tip);
     button->setFlat(true);
     button->setFocusPolicy(Qt::NoFocus);
-    button->setFixedSize(InterfaceAdaptation::scaled(28), InterfaceAdaptation::scaled(24));
     return button;
 }
 }
@@ -55,11 +54,9 @@ void zTitleModal::buildTitleBar()
     auto *row = new QHBoxLayout(m_titleBar);
     row->setContentsMargins(InterfaceAdaptation::scaled(12), 0, InterfaceAdaptation::scaled(6), 0);
     row->setSpacing(InterfaceAdaptation::scaled(6));
-    m_icon = new QLabel(m_titleBar);
-    m_icon->setObjectName(QStringLiteral("lblTitleIcon"));
+    m_icon = WidgetFactory::label(QString(), QStringLiteral("lblTitleIcon"), m_titleBar);
     m_icon->hide();
-    m_caption = new QLabel(m_titleBar);
-    m_caption->setObjectName(QStringLiteral("lblCaption"));
+    m_caption = WidgetFactory::label(QString(), QStringLiteral("lblCaption"), m_titleBar);
     m_btnMin = titleButton(QStringLiteral("btnMin"), QStringLiteral("—"), QStringLiteral("最小化"), m_titleBar);
     m_btnMax = titleButton(QStringLiteral("btnMax"), QStringLiteral("□"), QStringLiteral("最大化"), m_titleBar);
     m_btnClose = titleButton(QStringLiteral("btnClose"), QStringLiteral("✕"), QStringLiteral("关闭"), m_titleBar);
@@ -119,7 +116,7 @@ void zTitleModal::setBackgroundColor(const QColor &color)
 
 void zTitleModal::setScaledFixedSize(int width, int height)
 {
-    setFixedSize(InterfaceAdaptation::scaled(width), InterfaceAdaptation::scaled(height));
+    WidgetFactory::setScaledFixedSize(this, width, height);
 }
 
 int zTitleModal::ShowModal()

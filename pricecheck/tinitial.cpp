@@ -1,12 +1,12 @@
 #include "tinitial.h"
 
-#include <cloud/cloudserverchoice.h>
 #include <cloud/tqdtjyjc_yxys.h>
 
+#include <hostapi/childdialog.h>
 #include <hostapi/cloudservercombox.h>
 #include <hostapi/exceptionguard.h>
 #include <hostapi/interfaceadaptation.h>
-#include <hostapi/modalrun.h>
+#include <hostapi/widgetfactory.h>
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -15,7 +15,6 @@
 
 namespace {
 const char kSource[] = "Qddjyjc";
-const int kPlaceLineLength = 11;
 }
 
 TInitial::TInitial(QWidget *parent)
@@ -23,34 +22,26 @@ TInitial::TInitial(QWidget *parent)
 {
 }
 
-QLabel *TInitial::label(const QString &text, const QString &name)
-{
-    auto *l = new QLabel(text, this);
-    l->setObjectName(name);
-    return l;
-}
-
 void TInitial::CreateUI()
 {
-    GUARDED(kSource, "TInitial::CreateUI", [&] {
+    GUARDED(kSource, [&] {
         if (m_lblYxys)
             return;
         QFont small = font();
         small.setPixelSize(12);
         setFont(small);
-        m_lblYxys = label(QStringLiteral("影响因素："), QStringLiteral("lblYxys"));
-        m_lblSj = label(QStringLiteral("时间："), QStringLiteral("lblSj"));
-        m_lblSjsz = label(QString(), QStringLiteral("lblSjsz"));
-        m_lblDd = label(QStringLiteral("地点:"), QStringLiteral("lblDd"));
-        m_lblDdsz = label(QString(), QStringLiteral("lblDdsz"));
-        m_lblHb = label(QStringLiteral("海拔:"), QStringLiteral("lblHb"));
-        m_lblHbsz = label(QStringLiteral("<2.0km"), QStringLiteral("lblHbsz"));
+        m_lblYxys = WidgetFactory::label(QStringLiteral("影响因素："), QStringLiteral("lblYxys"), this);
+        m_lblSj = WidgetFactory::label(QStringLiteral("时间："), QStringLiteral("lblSj"), this);
+        m_lblSjsz = WidgetFactory::label(QString(), QStringLiteral("lblSjsz"), this);
+        m_lblDd = WidgetFactory::label(QStringLiteral("地点:"), QStringLiteral("lblDd"), this);
+        m_lblDdsz = WidgetFactory::label(QString(), QStringLiteral("lblDdsz"), this);
+        m_lblHb = WidgetFactory::label(QStringLiteral("海拔:"), QStringLiteral("lblHb"), this);
+        m_lblHbsz = WidgetFactory::label(m_inputs.altitude(), QStringLiteral("lblHbsz"), this);
         m_lblHbsz->setTextFormat(Qt::PlainText);
-        m_lblYyfw = label(QStringLiteral("应用范围:"), QStringLiteral("lblYyfw"));
-        m_lblDqjjb = label(QString(), QStringLiteral("lblDqjjb"));
-        m_lblDjly = label(QStringLiteral("单价来源:"), QStringLiteral("lblDjly"));
-        m_btnXg = new QPushButton(QStringLiteral("修改"), this);
-        m_btnXg->setObjectName(QStringLiteral("btnXg"));
+        m_lblYyfw = WidgetFactory::label(QStringLiteral("应用范围:"), QStringLiteral("lblYyfw"), this);
+        m_lblDqjjb = WidgetFactory::label(QString(), QStringLiteral("lblDqjjb"), this);
+        m_lblDjly = WidgetFactory::label(QStringLiteral("单价来源:"), QStringLiteral("lblDjly"), this);
+        m_btnXg = WidgetFactory::button(QStringLiteral("修改"), QStringLiteral("btnXg"), this);
         m_btnXg->setFixedWidth(InterfaceAdaptation::scaled(33));
         m_btnXg->setCursor(Qt::PointingHandCursor);
         m_btnXg->setStyleSheet(QStringLiteral("#btnXg{color:#2F7CF6;border:none;background:transparent;padding:0;}"
@@ -61,8 +52,7 @@ void TInitial::CreateUI()
         buildLayout();
         connect(m_btnXg, &QPushButton::clicked, this, &TInitial::Modify);
 
-        m_servers = new CloudServerChoice(m_comServer, this);
-        m_servers->start();
+        startServerChoice(m_comServer, GuardSite(kSource, this));
     });
 }
 
@@ -93,54 +83,33 @@ void TInitial::buildLayout()
     page->addStretch();
 }
 
-LtdInfo *TInitial::getCurrServer() const
-{
-    return GUARDED_OR(static_cast<LtdInfo *>(nullptr), kSource, "TInitial::getCurrServer",
-                      [&] { return m_servers ? m_servers->getCurrServer() : nullptr; });
-}
-
-bool TInitial::getOwnerLogin() const
-{
-    return m_servers && m_servers->getOwnerLogin();
-}
-
 QString TInitial::getsj() const
 {
-    return GUARDED(kSource, "TInitial::getsj", [&] {
-        const QString text = m_lblSjsz ? m_lblSjsz->text() : QString();
-        return text.contains(QLatin1Char('-')) ? text.split(QLatin1Char('-')).value(1) : text;
-    });
+    return m_inputs.checkTime();
 }
 
 QString TInitial::getdd() const
 {
-    return m_lblDdsz ? m_lblDdsz->text() : QString();
-}
-
-QString TInitial::placeLabelText(const QString &place)
-{
-    if (place.isEmpty())
-        return QStringLiteral("无");
-    QString text = place;
-    if (text.size() > kPlaceLineLength)
-        text.insert(kPlaceLineLength, QLatin1Char('\n'));
-    return text;
+    return m_inputs.placeLabel();
 }
 
 void TInitial::setLblSjsz(const QString &text)
 {
+    m_inputs.setTime(text);
     if (m_lblSjsz)
         m_lblSjsz->setText(text);
 }
 
 void TInitial::setLblDdsz(const QString &text)
 {
+    m_inputs.setPlace(text);
     if (m_lblDdsz)
-        m_lblDdsz->setText(placeLabelText(text));
+        m_lblDdsz->setText(m_inputs.placeLabel());
 }
 
 void TInitial::setLblHbsz(const QString &text)
 {
+    m_inputs.setAltitude(text);
     if (m_lblHbsz)
         m_lblHbsz->setText(text);
 }
@@ -151,45 +120,9 @@ void TInitial::setLblDqjjb(const QString &text)
         m_lblDqjjb->setText(text);
 }
 
-void TInitial::readSetting()
-{
-    if (m_servers)
-        m_servers->readSetting();
-}
-
-void TInitial::requestServerList()
-{
-    if (m_servers)
-        m_servers->requestServerList();
-}
-
-void TInitial::resetData()
-{
-    if (m_servers)
-        m_servers->resetData();
-}
-
-void TInitial::slotSaveCurrServer(int index)
-{
-    if (m_servers)
-        m_servers->slotSaveCurrServer(index);
-}
-
-void TInitial::loginSuccessKv()
-{
-    if (m_servers)
-        m_servers->loginSuccessKv();
-}
-
-void TInitial::loginSuccessPri()
-{
-    if (m_servers)
-        m_servers->loginSuccessPri();
-}
-
 void TInitial::slotTimeAndPathChanged(const QString &sj, const QString &dd)
 {
-    GUARDED(kSource, "TInitial::slotTimeAndPathChanged", [&] {
+    GUARDED(kSource, [&] {
         setLblSjsz(sj);
         setLblDdsz(dd);
     });
@@ -197,25 +130,17 @@ void TInitial::slotTimeAndPathChanged(const QString &sj, const QString &dd)
 
 void TInitial::Modify()
 {
-    GUARDED(kSource, "TInitial::Modify", [&] {
+    GUARDED(kSource, [&] {
         if (!m_lblSjsz || m_yxys)
             return;
-        QPointer<TInitial> self(this);
         m_yxys = new TQdtjyjc_Yxys(this);
         m_yxys->CreateUI();
-        m_yxys->setComSjText(m_lblSjsz->text());
-        m_yxys->setComDdText(QString(m_lblDdsz->text()).remove(QLatin1Char('\n')));
+        m_yxys->setComSjText(m_inputs.time());
+        m_yxys->setComDdText(m_inputs.placeText());
         connect(m_yxys.data(), &InfluenceFactorDialog::signalTimeAndPath, this, &TInitial::slotTimeAndPathChanged);
-        ModalRun::exec(m_yxys);
-        if (!self)
-            return;
-        const bool sync = m_yxys && m_yxys->getChecked();
-        delete m_yxys;
-        if (!sync)
-            return;
-        QString place = QString(m_lblDdsz->text()).remove(QLatin1Char('\n'));
-        if (place == QStringLiteral("无"))
-            place.clear();
-        emit signalYxysChanged(m_lblSjsz->text(), place);
+        bool sync = false;
+        ChildDialog::run(this, m_yxys, [&](int) { sync = m_yxys->getChecked(); });
+        if (sync)
+            emit signalYxysChanged(m_inputs.time(), m_inputs.place());
     });
 }

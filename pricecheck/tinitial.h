@@ -1,20 +1,22 @@
 #pragma once
+#include "pricecheckinputs.h"
+
+#include <cloud/cloudserverowner.h>
+
 #include <hostapi/zbaseform.h>
 
 #include <QList>
 #include <QPointer>
 #include <QString>
 
-class CloudServerChoice;
 class CloudServerCombox;
-class LtdInfo;
 class QLabel;
 class QPushButton;
 class TQdtjyjc_Yxys;
 
 // First page of the unit-price check wizard: the influence factors (time,
 // place, altitude), the scope and the cloud server the check runs on.
-class TInitial : public zBaseForm
+class TInitial : public zBaseForm, public CloudServerOwner
 {
     Q_OBJECT
 public:
@@ -22,8 +24,6 @@ public:
     // Builds the page, then asks for the server list and the saved choice.
     void CreateUI();
 
-    LtdInfo *getCurrServer() const;
-    bool getOwnerLogin() const;
     QString getsj() const;
     QString getdd() const;
 
@@ -32,14 +32,9 @@ public:
     void setLblHbsz(const QString &text);
     void setLblDqjjb(const QString &text);
 
-    void readSetting();
-    void requestServerList();
-    void resetData();
+    // Time, place and altitude as the page shows them.
+    const PriceCheckInputs &inputs() const { return m_inputs; }
 
-    // "无" for an empty place; a line break after the 11th character.
-    static QString placeLabelText(const QString &place);
-
-    CloudServerChoice *serverChoice() const { return m_servers; }
     CloudServerCombox *serverCombo() const { return m_comServer; }
     QPushButton *modifyButton() const { return m_btnXg; }
     QLabel *timeLabel() const { return m_lblSjsz; }
@@ -48,9 +43,6 @@ public:
     QLabel *scopeLabel() const { return m_lblDqjjb; }
 
 public slots:
-    void slotSaveCurrServer(int index);
-    void loginSuccessKv();
-    void loginSuccessPri();
     void Modify();
     void slotTimeAndPathChanged(const QString &sj, const QString &dd);
 
@@ -58,7 +50,6 @@ signals:
     void signalYxysChanged(QString sj, QString dd);
 
 private:
-    QLabel *label(const QString &text, const QString &name);
     void buildLayout();
 
     QLabel *m_lblYxys = nullptr;
@@ -73,6 +64,6 @@ private:
     QLabel *m_lblDjly = nullptr;
     QPushButton *m_btnXg = nullptr;
     CloudServerCombox *m_comServer = nullptr;
-    CloudServerChoice *m_servers = nullptr;
+    PriceCheckInputs m_inputs;
     QPointer<TQdtjyjc_Yxys> m_yxys;
 };

@@ -17,7 +17,7 @@ TNextstep::TNextstep(QWidget *parent)
 
 void TNextstep::CreateUI()
 {
-    GUARDED("Qddjyjc", "TNextstep::CreateUI", [&] {
+    GUARDED("Qddjyjc", [&] {
         if (m_radQd)
             return;
         m_radQd = new QRadioButton(QStringLiteral("最相似清单"), this);

@@ -5,13 +5,13 @@
 #include <cloud/cloudserverchoice.h>
 #include <cloud/moduletitle.h>
 
+#include <hostapi/buttonrow.h>
 #include <hostapi/exceptionguard.h>
 #include <hostapi/interfaceadaptation.h>
-#include <hostapi/staticpriloginobj.h>
+#include <hostapi/widgetfactory.h>
+#include <hostapi/wizardsteps.h>
 #include <hostapi/ztabcontent.h>
 
-#include <QCloseEvent>
-#include <QDate>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -44,59 +44,36 @@ TNextstep *TQdtjyjc::nextPage() const
     return m_next;
 }
 
-QPushButton *TQdtjyjc::button(const QString &text, const QString &name)
-{
-    auto *b = new QPushButton(text, clientWidget());
-    b->setObjectName(name);
-    return b;
-}
-
-QLabel *TQdtjyjc::rule(const QString &name)
-{
-    auto *l = new QLabel(clientWidget());
-    l->setObjectName(name);
-    l->setFixedSize(px(564), px(1));
-    l->setStyleSheet(QStringLiteral("background:#DCDFE6;"));
-    return l;
-}
-
 void TQdtjyjc::CreateUI()
 {
-    GUARDED(kSource, "TQdtjyjc::CreateUI", [&] {
+    GUARDED(kSource, [&] {
         if (m_pages)
             return;
-        m_lblTitle = new QLabel(QStringLiteral("清单单价云检查"), clientWidget());
-        m_lblTitle->setObjectName(QStringLiteral("lblTitle"));
-        m_lblTitle->setFixedSize(px(150), px(24));
-        m_lblDescribe = new QLabel(
-            QStringLiteral("根据清单信息在积累数据库中进行匹配，对当前单位工程的清单单价进行对比检查。"), clientWidget());
-        m_lblDescribe->setObjectName(QStringLiteral("lblDescribe"));
-        m_lblDescribe->setFixedSize(px(500), px(24));
+        QWidget *client = clientWidget();
+        m_lblTitle = WidgetFactory::label(QStringLiteral("清单单价云检查"), QStringLiteral("lblTitle"), client, 150, 24);
+        m_lblDescribe = WidgetFactory::label(
+            QStringLiteral("根据清单信息在积累数据库中进行匹配，对当前单位工程的清单单价进行对比检查。"),
+            QStringLiteral("lblDescribe"), client, 500, 24);
         QFont small = m_lblDescribe->font();
         small.setPixelSize(12);
         m_lblDescribe->setFont(small);
-        m_lblLine1 = rule(QStringLiteral("lblLine1"));
-        m_lblLine2 = rule(QStringLiteral("lblLine2"));
-        m_pages = new zTabContent(clientWidget());
+        m_lblLine1 = WidgetFactory::rule(QStringLiteral("lblLine1"), client, 564, QStringLiteral("#DCDFE6"));
+        m_lblLine2 = WidgetFactory::rule(QStringLiteral("lblLine2"), client, 564, QStringLiteral("#DCDFE6"));
+        m_pages = new zTabContent(client);
         m_pages->setObjectName(QStringLiteral("tabContent"));
         m_pages->setTabBarVisible(false);
-        m_btnPrevious = button(QStringLiteral("上一步"), QStringLiteral("btnSyb"));
-        m_btnOk = button(QStringLiteral("确定"), QStringLiteral("btnQd"));
-        m_btnNext = button(QStringLiteral("下一步"), QStringLiteral("btnXyb"));
-        m_btnClose = button(QStringLiteral("关闭"), QStringLiteral("btnGb"));
+        auto *buttons = new ButtonRow(client);
+        m_btnPrevious = buttons->addButton(QStringLiteral("上一步"), QStringLiteral("btnSyb"));
+        buttons->addGap(5);
+        m_btnOk = buttons->addButton(QStringLiteral("确定"), QStringLiteral("btnQd"));
+        m_btnNext = buttons->addButton(QStringLiteral("下一步"), QStringLiteral("btnXyb"));
+        buttons->addGap(5);
+        m_btnClose = buttons->addButton(QStringLiteral("关闭"), QStringLiteral("btnGb"));
 
         auto *describe = new QHBoxLayout;
         describe->addSpacing(px(15));
         describe->addWidget(m_lblDescribe);
         describe->addStretch();
-        auto *buttons = new QHBoxLayout;
-        buttons->addStretch();
-        buttons->addWidget(m_btnPrevious);
-        buttons->addSpacing(px(5));
-        buttons->addWidget(m_btnOk);
-        buttons->addWidget(m_btnNext);
-        buttons->addSpacing(px(5));
-        buttons->addWidget(m_btnClose);
         auto *body = new QVBoxLayout;
         body->setContentsMargins(px(18), px(10), px(18), px(12));
         body->setSpacing(0);
@@ -115,99 +92,74 @@ void TQdtjyjc::CreateUI()
         connect(m_btnPrevious, &QPushButton::clicked, this, &TQdtjyjc::PreviousStep);
         connect(m_btnOk, &QPushButton::clicked, this, &TQdtjyjc::QdButton);
         connect(m_btnClose, &QPushButton::clicked, this, &TQdtjyjc::GbButton);
-        connectBroker();
+        m_steps = new WizardSteps(m_pages, this);
+        m_steps->addStep([this] { return firstPage(); }, {m_btnNext});
+        m_steps->addStep([this] { return secondPage(); }, {m_btnPrevious, m_btnOk});
+        m_steps->closeOnEscape(this);
         InitUI();
     });
 }
 
 void TQdtjyjc::InitUI()
 {
-    GUARDED(kSource, "TQdtjyjc::InitUI", [&] {
+    GUARDED(kSource, [&] {
         if (!m_pages)
             return;
         QFont font(QStringLiteral("Microsoft YaHei"));
         font.setPixelSize(13);
         font.setWeight(75);
         m_lblTitle->setFont(font);
-        showStepButtons(false);
         Switchover(curStep);
     });
 }
 
-void TQdtjyjc::connectBroker()
+TInitial *TQdtjyjc::firstPage()
 {
-    staticPriLoginObj *broker = staticPriLoginObj::GetInstance();
-    m_broker << connect(broker, &staticPriLoginObj::priForceExit, this, &TQdtjyjc::resetPriData)
-             << connect(broker, &staticPriLoginObj::kvyForceExit, this, &TQdtjyjc::resetKvData)
-             << connect(broker, &staticPriLoginObj::priLogin, this, &TQdtjyjc::resetPriLogin);
+    m_initial = new TInitial(m_pages);
+    m_initial->CreateUI();
+    m_forward = connect(m_initial.data(), &TInitial::signalYxysChanged, this, &TQdtjyjc::signalYxysChanged);
+    connect(m_initial->serverChoice(), &CloudServerChoice::signalServersReset, this, &TQdtjyjc::backToFirstPage);
+    return m_initial;
 }
 
-void TQdtjyjc::disconnectBroker()
+TNextstep *TQdtjyjc::secondPage()
 {
-    for (const QMetaObject::Connection &c : qAsConst(m_broker))
-        disconnect(c);
-    m_broker.clear();
-}
-
-void TQdtjyjc::showStepButtons(bool secondStep)
-{
-    m_btnPrevious->setVisible(secondStep);
-    m_btnOk->setVisible(secondStep);
-    m_btnNext->setVisible(!secondStep);
+    m_next = new TNextstep(m_pages);
+    m_next->CreateUI();
+    return m_next;
 }
 
 void TQdtjyjc::Switchover(short step)
 {
-    GUARDED(kSource, "TQdtjyjc::Switchover", [&] {
+    GUARDED(kSource, [&] {
         curStep = step;
-        if (step == 0) {
-            if (!m_initial) {
-                m_initial = new TInitial(m_pages);
-                m_initial->CreateUI();
-                m_forward = connect(m_initial.data(), &TInitial::signalYxysChanged, this, &TQdtjyjc::signalYxysChanged);
-                m_pages->addPage(m_initial);
-            }
-            m_pages->setCurrentPage(m_initial);
-        } else if (step == 1) {
-            // Time and place are fixed for this run from here on.
+        // Time and place are fixed for this run from the second step on.
+        if (step == 1)
             disconnect(m_forward);
-            if (!m_next) {
-                m_next = new TNextstep(m_pages);
-                m_next->CreateUI();
-                m_pages->addPage(m_next);
-            }
-            m_pages->setCurrentPage(m_next);
-        }
+        m_steps->showStep(step);
     });
 }
 
 void TQdtjyjc::NextStep()
 {
-    GUARDED(kSource, "TQdtjyjc::NextStep", [&] {
-        if (!m_initial || !m_initial->serverChoice()->checkServer(this))
-            return;
-        curStep = 1;
-        showStepButtons(true);
-        Switchover(1);
+    GUARDED(kSource, [&] {
+        if (m_initial && m_initial->serverChoice()->checkServer(this))
+            Switchover(1);
     });
 }
 
 void TQdtjyjc::PreviousStep()
 {
-    GUARDED(kSource, "TQdtjyjc::PreviousStep", [&] {
-        curStep = 0;
-        showStepButtons(false);
-        Switchover(0);
-    });
+    GUARDED(kSource, [&] { Switchover(0); });
 }
 
 void TQdtjyjc::QdButton()
 {
-    GUARDED(kSource, "TQdtjyjc::QdButton", [&] {
+    GUARDED(kSource, [&] {
         if (!m_initial || !m_next)
             return;
         LtdInfo *server = m_initial->getCurrServer();
-        const int matchNum = m_next->getcomPjzChecked().toInt();
+        const int matchNum = inputs().matchNum();
         QPointer<TQdtjyjc> self(this);
         close();
         if (self)
@@ -217,7 +169,7 @@ void TQdtjyjc::QdButton()
 
 void TQdtjyjc::GbButton()
 {
-    GUARDED(kSource, "TQdtjyjc::GbButton", [&] { close(); });
+    GUARDED(kSource, [&] { close(); });
 }
 
 void TQdtjyjc::actCancel()
@@ -227,45 +179,15 @@ void TQdtjyjc::actCancel()
 
 void TQdtjyjc::backToFirstPage()
 {
-    if (!m_initial)
-        return;
-    m_initial->resetData();
-    showStepButtons(false);
-    Switchover(0);
-}
-
-void TQdtjyjc::resetKvData()
-{
-    GUARDED(kSource, "TQdtjyjc::resetKvData", [&] { backToFirstPage(); });
-}
-
-void TQdtjyjc::resetPriData(QString)
-{
-    GUARDED(kSource, "TQdtjyjc::resetPriData", [&] { backToFirstPage(); });
-}
-
-void TQdtjyjc::resetPriLogin(QString)
-{
-    GUARDED(kSource, "TQdtjyjc::resetPriLogin", [&] {
-        // The page's own login callbacks handle a login it started.
-        if (m_initial && m_initial->getOwnerLogin())
-            return;
-        backToFirstPage();
-    });
-}
-
-void TQdtjyjc::closeEvent(QCloseEvent *event)
-{
-    GUARDED(kSource, "TQdtjyjc::closeEvent", [&] { disconnectBroker(); });
-    zTitleModal::closeEvent(event);
+    GUARDED(kSource, [&] { Switchover(0); });
 }
 
 void TQdtjyjc::setSjDdHb(QString &sj, QString &dd, QString &hb)
 {
-    GUARDED(kSource, "TQdtjyjc::setSjDdHb", [&] {
+    GUARDED(kSource, [&] {
         if (!m_initial)
             return;
-        m_initial->setLblSjsz(sj.isEmpty() ? QDate::currentDate().toString(QStringLiteral("yyyy年MM月")) : sj);
+        m_initial->setLblSjsz(PriceCheckInputs::timeOrThisMonth(sj));
         m_initial->setLblDdsz(dd);
         m_initial->setLblHbsz(hb);
     });
@@ -273,7 +195,7 @@ void TQdtjyjc::setSjDdHb(QString &sj, QString &dd, QString &hb)
 
 void TQdtjyjc::setYyfwText(const QString &text)
 {
-    GUARDED(kSource, "TQdtjyjc::setYyfwText", [&] {
+    GUARDED(kSource, [&] {
         if (m_initial)
             m_initial->setLblDqjjb(text);
     });
@@ -287,4 +209,12 @@ QString TQdtjyjc::getSJ() const
 QString TQdtjyjc::getDD() const
 {
     return m_initial ? m_initial->getdd() : QString();
+}
+
+PriceCheckInputs TQdtjyjc::inputs() const
+{
+    PriceCheckInputs in = m_initial ? m_initial->inputs() : PriceCheckInputs();
+    if (m_next)
+        in.setMatchNum(m_next->getcomPjzChecked().toInt());
+    return in;
 }

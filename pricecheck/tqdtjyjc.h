@@ -1,7 +1,8 @@
 #pragma once
+#include "pricecheckinputs.h"
+
 #include <hostapi/ztitlemodal.h>
 
-#include <QList>
 #include <QMetaObject>
 #include <QPointer>
 #include <QString>
@@ -11,6 +12,7 @@ class QLabel;
 class QPushButton;
 class TInitial;
 class TNextstep;
+class WizardSteps;
 class zTabContent;
 
 // The unit-price cloud check wizard: step one shows the influence factors,
@@ -29,6 +31,8 @@ public:
     void setYyfwText(const QString &text);
     QString getSJ() const;
     QString getDD() const;
+    // Time, place and altitude of the first page with the second page's count.
+    PriceCheckInputs inputs() const;
 
     short currentStep() const { return curStep; }
     TInitial *initialPage() const;
@@ -52,20 +56,12 @@ private slots:
     void Switchover(short step);
     void QdButton();
     void GbButton();
-    void resetKvData();
-    void resetPriData(QString serverName);
-    void resetPriLogin(QString serverName);
-
-protected:
-    void closeEvent(QCloseEvent *event) override;
+    // A login change elsewhere rebuilt the server list.
+    void backToFirstPage();
 
 private:
-    QPushButton *button(const QString &text, const QString &name);
-    QLabel *rule(const QString &name);
-    void connectBroker();
-    void disconnectBroker();
-    void backToFirstPage();
-    void showStepButtons(bool secondStep);
+    TInitial *firstPage();
+    TNextstep *secondPage();
 
     short curStep = 0;
     QPointer<TInitial> m_initial;
@@ -75,10 +71,10 @@ private:
     QLabel *m_lblLine1 = nullptr;
     QLabel *m_lblLine2 = nullptr;
     zTabContent *m_pages = nullptr;
+    WizardSteps *m_steps = nullptr;
     QPushButton *m_btnNext = nullptr;
     QPushButton *m_btnPrevious = nullptr;
     QPushButton *m_btnOk = nullptr;
     QPushButton *m_btnClose = nullptr;
     QMetaObject::Connection m_forward;
-    QList<QMetaObject::Connection> m_broker;
 };

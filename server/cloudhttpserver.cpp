@@ -1,5 +1,7 @@
 #include "cloudhttpserver.h"
 
+#include <hostapi/jsonnesting.h>
+
 #include <civetweb.h>
 
 #include <QByteArray>
@@ -252,7 +254,10 @@ int CloudHttpServer::serveCloud(mg_connection *conn)
     QByteArray body;
     switch (readBody(conn, m_limits.maxBodyBytes, &body)) {
     case BodyRead::Broken:
-        return 400; // the client is gone or lied about the length
+        // A malformed chunk or a short body; if the client is gone the
+        // answer is simply lost.
+        sendJson(conn, 400, failure(MalformedCode, QStringLiteral("请求内容不完整或格式错误")));
+        return 400;
     case BodyRead::TooLarge:
         sendJson(conn, 413, failure(TooLargeCode, QStringLiteral("请求内容超过%1字节的上限").arg(m_limits.maxBodyBytes)));
         return 413;
@@ -274,6 +279,8 @@ int CloudHttpServer::serveCloud(mg_connection *conn)
 
 QJsonObject CloudHttpServer::answer(const QByteArray &body, const QString &session)
 {
+    if (!JsonNesting::within(body))
+        return failure(BadRequestCode, QStringLiteral("请求内容嵌套超过%1层的上限").arg(JsonNesting::MaxDepth));
     QJsonParseError parseError{};
     const QJsonDocument doc = QJsonDocument::fromJson(body, &parseError);
     if (parseError.error != QJsonParseError::NoError || !doc.isObject())

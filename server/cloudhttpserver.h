@@ -16,11 +16,19 @@ struct mg_context;
 //                 service's reply. A body that is not a JSON object is answered
 //                 200 with {"code": 1, "msg": "请求内容不是有效的JSON对象"}, the same
 //                 bad-request reply the service gives for malformed fields.
-//                 Bodies over the limit get 413, other methods 405, both with a
-//                 JSON body {"code", "msg"}; clients treat them as no reply.
+//                 So is a body nested deeper than JsonNesting::MaxDepth, with
+//                 {"code": 1, "msg": "请求内容嵌套超过128层的上限"}, refused
+//                 before it is parsed: the parser recurses on a worker's
+//                 stack. Bodies over the limit get 413, a malformed chunked or
+//                 short body 400, other methods 405, all with a JSON body
+//                 {"code", "msg"}; clients treat them as no reply.
 //                 "Expect: 100-continue" is answered before the body is read.
 //   GET /health   200 {"status": "ok"}.
-// The handler is called from several worker threads at once.
+// The handler is called from several worker threads at once. Their stack is
+// civetweb's, fixed when it was built (100 KiB in Debian's package; 1.15 has
+// no run-time option for it), so nothing on them recurses with the input:
+// request nesting is capped as above, and handlers must bound their replies'
+// nesting within JsonNesting::MaxDepth too.
 class CloudHttpServer
 {
 public:
@@ -33,6 +41,7 @@ public:
     };
 
     static constexpr int BadRequestCode = 1;
+    static constexpr int MalformedCode = 400;
     static constexpr int TooLargeCode = 413;
     static constexpr int MethodNotAllowedCode = 405;
     static constexpr int NotFoundCode = 404;

@@ -139,6 +139,16 @@ BillStore::Chapter BillStore::chapter(const QString &id)
     return c;
 }
 
+int BillStore::chapterDepth(const QString &id)
+{
+    // Bounded, so that an older database's deeper tree (or a broken parent
+    // cycle) costs little.
+    int depth = 0;
+    for (QString current = id; !current.isEmpty() && depth <= MaxChapterDepth; ++depth)
+        current = m_db.scalar(QStringLiteral("SELECT parent_id FROM chapters WHERE id = ?"), {current}).toString();
+    return depth;
+}
+
 QList<BillStore::Chapter> BillStore::chapters(int libraryId, const QString &parentId)
 {
     QList<Chapter> list;

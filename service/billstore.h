@@ -12,6 +12,9 @@ class BillStore
 {
 public:
     enum Source { StandardSource = 1, AccumulatedSource = 2 };
+    // Chapter levels a library may have; a project's structure made into
+    // chapters below a chosen one needs far fewer.
+    static constexpr int MaxChapterDepth = 32;
 
     struct Library {
         int id = 0;
@@ -60,6 +63,9 @@ public:
 
     QString createChapter(int libraryId, const QString &parentId, const QString &name, const QString &id = QString());
     Chapter chapter(const QString &id);
+    // The level of chapter `id` (1 at the top, 0 for an empty id), counted to
+    // MaxChapterDepth + 1 at most.
+    int chapterDepth(const QString &id);
     QList<Chapter> chapters(int libraryId, const QString &parentId);
     // The chapter `names` below `parentId`, made where missing; returns the
     // id of the deepest one.

@@ -1,5 +1,6 @@
 #include "libraryhandlers.h"
 #include "billcatalog.h"
+#include "chaptertree.h"
 #include "requestcontext.h"
 #include "servicedb.h"
 #include "serviceerror.h"
@@ -7,6 +8,20 @@
 #include <QDateTime>
 #include <QJsonArray>
 #include <QSqlQuery>
+
+namespace {
+
+// The sub-chapter names of a bill's "zjlj", blanks left out.
+QStringList chapterPath(const QJsonArray &names)
+{
+    QStringList path;
+    for (const QJsonValue &name : names)
+        if (!name.toString().trimmed().isEmpty())
+            path.append(name.toString().trimmed().left(100));
+    return path;
+}
+
+}
 
 void LibraryHandlers::registerOn(QHash<QString, MethodHandler> &table)
 {
@@ -71,7 +86,8 @@ QJsonObject LibraryHandlers::editLibrary(const RequestContext &request)
     switch (czlx) {
     case 0: {
         scope.requireWrite();
-        const QString name = checkedName(RequestContext::textIn(para, QStringLiteral("qdkmc"), false, 200), QStringLiteral("清单库"));
+        const QString name =
+            checkedName(RequestContext::textIn(para, QStringLiteral("qdkmc"), false, 200), QStringLiteral("清单库"));
         m_context.db->write([&] {
             if (store.libraryNameTaken(scope.tier(), scope.owner(), name))
                 throw ServiceError(ServiceError::Conflict, QStringLiteral("清单库名称已存在"));
@@ -81,7 +97,8 @@ QJsonObject LibraryHandlers::editLibrary(const RequestContext &request)
     }
     case 1: {
         scope.requireWrite();
-        const QString name = checkedName(RequestContext::textIn(para, QStringLiteral("qdkmc"), false, 200), QStringLiteral("清单库"));
+        const QString name =
+            checkedName(RequestContext::textIn(para, QStringLiteral("qdkmc"), false, 200), QStringLiteral("清单库"));
         const BillStore::Library library = ownLibrary(scope, qdkid);
         m_context.db->write([&] {
             if (store.libraryNameTaken(scope.tier(), scope.owner(), name, library.id))
@@ -118,21 +135,6 @@ QJsonObject LibraryHandlers::editPermission(const RequestContext &request, TierS
     return ok();
 }
 
-QJsonArray LibraryHandlers::chapterRecords(BillStore &store, int libraryId, const QString &parentId, bool subtree)
-{
-    QJsonArray records;
-    for (const BillStore::Chapter &c : store.chapters(libraryId, parentId)) {
-        QJsonObject r{{QStringLiteral("_id"), c.id},
-                      {QStringLiteral("zjmc"), c.name},
-                      {QStringLiteral("pid"), c.parentId},
-                      {QStringLiteral("state"), c.hasChildren && !subtree ? QStringLiteral("closed") : QStringLiteral("open")}};
-        if (subtree && c.hasChildren)
-            r.insert(QStringLiteral("children"), chapterRecords(store, libraryId, c.id, true));
-        records.append(r);
-    }
-    return records;
-}
-
 QJsonObject LibraryHandlers::chapterTree(const RequestContext &request, TierScope::Admits admits)
 {
     const TierScope scope = TierScope::resolve(request, *m_context.accounts, admits);
@@ -143,7 +145,7 @@ QJsonObject LibraryHandlers::chapterTree(const RequestContext &request, TierScop
     if (!parent.isEmpty() && store.chapter(parent).libraryId != library.id)
         throw ServiceError(ServiceError::NotFound, QStringLiteral("章节不存在"));
     const bool subtree = sfjzzsm == QLatin1String("1") || sfjzzsm == QLatin1String("true");
-    return ok(chapterRecords(store, library.id, parent, subtree));
+    return ok(ChapterTree::records(store, library.id, parent, subtree));
 }
 
 QJsonObject LibraryHandlers::beginSavingTask(const RequestContext &request, TierScope::Admits admits)
@@ -234,8 +236,16 @@ QJsonObject LibraryHandlers::uploadTaskBills(const RequestContext &request)
         }
         if (replace)
             removed = store.clearChapter(chapterId);
+        // Refuses the whole upload, with the reason, rather than failing
+        // bills silently; chapters already deeper (an older database) still
+        // take bills.
+        const int levelsLeft = BillStore::MaxChapterDepth - store.chapterDepth(chapterId);
         for (const QJsonValue &v : bills) {
             const QJsonObject o = v.toObject();
+            const int newLevels = chapterPath(o.value(QStringLiteral("zjlj")).toArray()).size();
+            if (newLevels > 0 && newLevels > levelsLeft)
+                throw ServiceError(ServiceError::BadRequest,
+                                   QStringLiteral("章节层级不能超过%1级").arg(BillStore::MaxChapterDepth));
             const QString guid = RequestContext::textIn(o, QStringLiteral("guidb"), false, 64);
             try {
                 if (added.size() >= room)
@@ -253,10 +263,7 @@ QJsonObject LibraryHandlers::uploadTaskBills(const RequestContext &request)
                 b.gznr = RequestContext::textIn(o, QStringLiteral("gznr"), false);
                 b.zhdj = RequestContext::numberIn(o, QStringLiteral("zhdj"), false);
                 b.zjnr = RequestContext::textIn(o, QStringLiteral("zjnr"), false, 200000);
-                QStringList path;
-                for (const QJsonValue &name : RequestContext::arrayIn(o, QStringLiteral("zjlj"), false, 8))
-                    if (!name.toString().trimmed().isEmpty())
-                        path.append(name.toString().trimmed().left(100));
+                const QStringList path = chapterPath(RequestContext::arrayIn(o, QStringLiteral("zjlj"), false, 8));
                 b.chapterId = path.isEmpty() ? chapterId : store.ensureChapterPath(libraryId, chapterId, path);
                 added.append(store.insertBill(b));
             } catch (const ServiceError &e) {

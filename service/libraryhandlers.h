@@ -25,5 +25,4 @@ private:
 
     // The library `id` (text) of the scope's tier; throws NotFound otherwise.
     BillStore::Library ownLibrary(const TierScope &scope, const QString &id);
-    QJsonArray chapterRecords(BillStore &store, int libraryId, const QString &parentId, bool subtree);
 };

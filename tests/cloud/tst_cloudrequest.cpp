@@ -1,203 +1,198 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
 #include <cloud/cloudasyncrequest.h>
 #include <cloud/cloudexchange.h>
 #include <cloud/cloudrequest.h>
-#include <cloud/cloudtier.h>
+#include <cloud/cloudworkerrequest.h>
 
+#include <hostapi/cloudchannel.h>
+#include <hostapi/cloudenvelope.h>
+#include <hostapi/cloudtier.h>
 #include <hostapi/datalibrary.h>
-#include <hostapi/hostconfig.h>
 #include <hostapi/ltdinfo.h>
+#include <hostapi/servicesutil.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QWidget>
 #include <QtTest>
 
-#include <memory>
+#include <functional>
+#include <stdexcept>
 
-class TestCloudRequest : public QObject
+namespace {
+using Build = std::function<QJsonObject()>;
+
+const QString kPermPerson = QStringLiteral("listeditpermissionjudgmentforperson");
+const QString kPermEnterprise = QStringLiteral("listeditpermissionjudgmentforenterprise");
+
+QJsonObject envelope(const QString &token, const QJsonObject &data)
+{
+    return QJsonObject{{"cmd", "cloudSoft"}, {"app_type", 16}, {"orgin_token", token}, {"data", data}};
+}
+
+// A worker job that blocks until the test lets it go, then answers `text`.
+struct Gate
+{
+    std::shared_ptr<QSemaphore> open = std::make_shared<QSemaphore>(0);
+    CloudWorkerRequest::Job job(const QString &text, bool deliver = true)
+    {
+        auto sem = open;
+        return [sem, text, deliver](QJsonObject &reply) {
+            sem->acquire();
+            reply = QJsonObject{{"code", 0}, {"data", text}};
+            return deliver;
+        };
+    }
+};
+
+struct ThrowingChannel : CloudChannel
+{
+    CloudCall *start(const QJsonObject &, const QString &) override { throw std::runtime_error("down"); }
+    QString name() const override { return QStringLiteral("throwing"); }
+};
+}
+
+Q_DECLARE_METATYPE(Build)
+
+class TestCloudRequest : public HostTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-
-    static const QString &permPerson()
-    {
-        static const QString m = QStringLiteral("listeditpermissionjudgmentforperson");
-        return m;
-    }
-    static const QString &permEnterprise()
-    {
-        static const QString m = QStringLiteral("listeditpermissionjudgmentforenterprise");
-        return m;
-    }
-
 public slots:
     void onAsyncReply(const QJsonObject &reply) { asyncReplies << reply; }
 
 public:
     QList<QJsonObject> asyncReplies;
 
+private:
+    QWidget dialog;
+    CloudWorkerRequest *worker = nullptr;
+    std::unique_ptr<QSignalSpy> spy;
+
+    static void settle()
+    {
+        QVERIFY(CloudWorkerRequest::waitForWorkers(5000));
+        QTest::qWait(30);
+    }
+
 private slots:
     void init()
     {
-        fx = std::make_unique<HostFixture>();
-        DataLibrary::Instance()->clearAppType();
-        asyncReplies.clear();
+        HostTestCase::init();
+        worker = new CloudWorkerRequest(GuardSite("VelDqqdznzj", &dialog));
+        spy = std::make_unique<QSignalSpy>(worker, &CloudWorkerRequest::signalReply);
     }
     void cleanup()
     {
+        QVERIFY(CloudWorkerRequest::waitForWorkers(5000));
+        QCoreApplication::processEvents();
+        spy.reset();
+        delete worker;
         DataLibrary::Instance()->clearAppType();
-        fx.reset();
+        asyncReplies.clear();
+        HostTestCase::cleanup();
     }
 
-    void appTypeFollowsTheHost()
+    void exactJson_data()
     {
-        DataLibrary::Instance()->setAppType(23);
-        LtdInfo server(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, true);
-        QCOMPARE(CloudRequest(&server, QStringLiteral("m")).toJson().value("app_type").toInt(), 23);
-        QCOMPARE(CloudRequest::withoutToken(QStringLiteral("m")).toJson().value("app_type").toInt(), 23);
+        QTest::addColumn<Build>("build");
+        QTest::addColumn<QJsonObject>("expected");
+        QTest::newRow("korvane permission: enterprise method, qiyeID 0, usetype 3") << Build([] {
+            LtdInfo kv("Korvane云", "kv_token", 1, 42, true);
+            return CloudRequest::tiered(&kv, kPermPerson, kPermEnterprise, kPermEnterprise).withTierFields().toJson();
+        }) << envelope("kv_token", {{"method", kPermEnterprise}, {"qiyeID", 0}, {"usetype", 3}});
+        QTest::newRow("chapter tree, enterprise") << Build([] {
+            LtdInfo ent("华东企业", "ent_tok", 2, 9, true);
+            return CloudRequest::tiered(&ent, "getchaptertreeforperson", "getchaptertreeforkv",
+                                        "getchaptertreeforenterprise")
+                .withEnterpriseQiyeId().set("zjid", "").set("bzqdkid", "lib1").set("sfjzzsm", 1).toJson();
+        }) << envelope("ent_tok", {{"method", "getchaptertreeforenterprise"}, {"qiyeID", 9}, {"zjid", ""},
+                                   {"bzqdkid", "lib1"}, {"sfjzzsm", 1}});
+        QTest::newRow("chapter tree, personal: no qiyeID") << Build([] {
+            LtdInfo person("个人云", "kv_token_user", 0, 9, true);
+            return CloudRequest::tiered(&person, "a", "b", "c").withEnterpriseQiyeId().toJson();
+        }) << envelope("kv_token_user", {{"method", "a"}});
+        QTest::newRow("library style") << Build([] {
+            LtdInfo server("企业A", "ent_a", -1, 31, true);
+            return CloudRequest::library(&server, "editNZQDK")
+                .withOperation(0, QJsonObject{{"qdkid", ""}, {"qdkmc", "新库"}})
+                .toJson();
+        }) << envelope("ent_a", {{"method", "editNZQDK"}, {"reqeuestype", -1}, {"qyid", 31}, {"czlx", 0},
+                                 {"para", QJsonObject{{"qdkid", ""}, {"qdkmc", "新库"}}}});
+        QTest::newRow("asynchronous: no token; the host's app type") << Build([] {
+            DataLibrary::Instance()->setAppType(23);
+            return CloudRequest::withoutToken("personchapterinfoforuploadqd").toJson();
+        }) << QJsonObject{{"cmd", "cloudSoft"}, {"app_type", 23},
+                          {"data", QJsonObject{{"method", "personchapterinfoforuploadqd"}}}};
+    }
+    void exactJson()
+    {
+        QFETCH(Build, build);
+        QFETCH(QJsonObject, expected);
+        QCOMPARE(build(), expected);
     }
 
-    void tierTable_data()
+    // The module's requests and the host's own calls follow one tier rule.
+    void tierRule_data()
     {
         QTest::addColumn<QString>("token");
-        QTest::addColumn<int>("qyid");
         QTest::addColumn<QString>("method");
         QTest::addColumn<int>("qiyeID");
         QTest::addColumn<int>("usetype");
-        QTest::newRow("personal") << "kv_token_user" << 77 << "getchaptertreeforperson" << -1 << 1;
-        QTest::newRow("korvane") << "kv_token" << 77 << "getchaptertreeforkv" << 0 << 3;
-        QTest::newRow("enterprise") << "ent_session_9" << 77 << "getchaptertreeforenterprise" << 77 << 2;
-        QTest::newRow("unknown token") << "something else" << 5 << "getchaptertreeforenterprise" << 5 << 2;
-        QTest::newRow("case differs") << "KV_TOKEN" << 6 << "getchaptertreeforenterprise" << 6 << 2;
-        QTest::newRow("korvane big data") << "kv_token_bigdata" << 0 << "getchaptertreeforenterprise" << 0 << 2;
+        QTest::newRow("personal") << "kv_token_user" << "xforperson" << -1 << 1;
+        QTest::newRow("korvane") << "kv_token" << "xforkv" << 0 << 3;
+        QTest::newRow("enterprise") << "ent_session_9" << "xforenterprise" << 77 << 2;
+        QTest::newRow("case differs") << "KV_TOKEN" << "xforenterprise" << 77 << 2;
+        QTest::newRow("korvane big data") << "kv_token_bigdata" << "xforenterprise" << 77 << 2;
     }
-
-    void tierTable()
+    void tierRule()
     {
         QFETCH(QString, token);
-        QFETCH(int, qyid);
         QFETCH(QString, method);
         QFETCH(int, qiyeID);
         QFETCH(int, usetype);
-        LtdInfo server(QStringLiteral("srv"), token, 0, qyid, true);
-        const CloudRequest r = CloudRequest::tiered(&server, QStringLiteral("getchaptertreeforperson"),
-                                                    QStringLiteral("getchaptertreeforkv"),
-                                                    QStringLiteral("getchaptertreeforenterprise"))
-                                   .withTierFields();
+        LtdInfo server(QStringLiteral("srv"), token, 0, 77, true);
+        const CloudRequest r = CloudRequest::tiered(&server, "xforperson", "xforkv", "xforenterprise").withTierFields();
         QCOMPARE(r.method(), method);
-        QCOMPARE(r.data().value(QStringLiteral("qiyeID")).toInt(-99), qiyeID);
-        QCOMPARE(r.data().value(QStringLiteral("usetype")).toInt(-99), usetype);
-        QCOMPARE(r.toJson().value(QStringLiteral("orgin_token")).toString(), token);
-    }
-
-    void korvanePermissionUsesEnterpriseMethod()
-    {
-        LtdInfo kv(QStringLiteral("Korvane云"), QStringLiteral("kv_token"), 1, 42, true);
-        fx->channel().replyOk();
-        const auto data = CloudExchange::call(
-            CloudRequest::tiered(&kv, permPerson(), permEnterprise(), permEnterprise()).withTierFields(), nullptr);
-        QVERIFY(data.has_value());
-        const QJsonObject expected{
-            {"cmd", "cloudSoft"},
-            {"app_type", 16},
-            {"orgin_token", "kv_token"},
-            {"data", QJsonObject{{"method", permEnterprise()}, {"qiyeID", 0}, {"usetype", 3}}}};
-        QCOMPARE(fx->channel().lastRequest(), expected);
-    }
-
-    void methodStyleExactJson()
-    {
-        LtdInfo ent(QStringLiteral("华东企业"), QStringLiteral("ent_tok"), 2, 9, true);
-        QJsonObject req = CloudRequest::tiered(&ent, QStringLiteral("getchaptertreeforperson"),
-                                               QStringLiteral("getchaptertreeforkv"),
-                                               QStringLiteral("getchaptertreeforenterprise"))
-                              .withEnterpriseQiyeId()
-                              .set(QStringLiteral("zjid"), QString())
-                              .set(QStringLiteral("bzqdkid"), QStringLiteral("lib1"))
-                              .set(QStringLiteral("sfjzzsm"), 1)
-                              .toJson();
-        QCOMPARE(req.keys(), (QStringList{"app_type", "cmd", "data", "orgin_token"}));
-        QCOMPARE(req.value("data").toObject(),
-                 (QJsonObject{{"method", "getchaptertreeforenterprise"},
-                              {"qiyeID", 9},
-                              {"zjid", ""},
-                              {"bzqdkid", "lib1"},
-                              {"sfjzzsm", 1}}));
-
-        LtdInfo person(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 9, true);
-        const QJsonObject personData = CloudRequest::tiered(&person, QStringLiteral("a"), QStringLiteral("b"),
-                                                            QStringLiteral("c"))
-                                           .withEnterpriseQiyeId()
-                                           .data();
-        QCOMPARE(personData, (QJsonObject{{"method", "a"}}));
-    }
-
-    void libraryStyleExactJson()
-    {
-        LtdInfo server(QStringLiteral("企业A"), QStringLiteral("ent_a"), -1, 31, true);
-        fx->channel().replyOk();
-        QVERIFY(CloudExchange::call(CloudRequest::library(&server, QStringLiteral("editNZQDK"))
-                                        .withOperation(0, QJsonObject{{"qdkid", ""}, {"qdkmc", "新库"}}),
-                                    nullptr));
-        const QJsonObject expected{
-            {"cmd", "cloudSoft"},
-            {"app_type", 16},
-            {"orgin_token", "ent_a"},
-            {"data", QJsonObject{{"method", "editNZQDK"},
-                                 {"reqeuestype", -1},
-                                 {"qyid", 31},
-                                 {"czlx", 0},
-                                 {"para", QJsonObject{{"qdkid", ""}, {"qdkmc", "新库"}}}}}};
-        QCOMPARE(fx->channel().lastRequest(), expected);
-    }
-
-    void asynchronousFormHasNoToken()
-    {
-        const QJsonObject req = CloudRequest::withoutToken(QStringLiteral("personchapterinfoforuploadqd")).toJson();
-        QCOMPARE(req, (QJsonObject{{"cmd", "cloudSoft"},
-                                   {"app_type", 16},
-                                   {"data", QJsonObject{{"method", "personchapterinfoforuploadqd"}}}}));
+        const QJsonObject host = CloudEnvelope::tiered(method, server).value("data").toObject();
+        for (const QJsonObject &data : {r.data(), host}) {
+            QCOMPARE(data.value("qiyeID").toInt(-99), qiyeID);
+            QCOMPARE(data.value("usetype").toInt(-99), usetype);
+        }
     }
 
     void replyReading_data()
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<bool>("done");
-        QTest::addColumn<QJsonValue>("data");
         QTest::addColumn<QStringList>("shown");
         QTest::newRow("ok with array") << QByteArray(R"({"code":0,"msg":"","data":[{"mc":"库1","id":"1"}]})") << true
-                                       << QJsonValue(QJsonArray{QJsonObject{{"mc", "库1"}, {"id", "1"}}})
                                        << QStringList();
-        QTest::newRow("ok without data") << QByteArray(R"({"code":0})") << true << QJsonValue(QJsonValue::Undefined)
-                                         << QStringList();
-        QTest::newRow("no code is success") << QByteArray(R"({"msg":"x","data":7})") << true << QJsonValue(7)
-                                            << QStringList();
-        QTest::newRow("refused") << QByteArray(R"({"code":500,"msg":"没有权限 ， 请联系管理员","data":[1]})") << false
-                                 << QJsonValue() << QStringList{QStringLiteral("没有权限 ， 请联系管理员")};
-        QTest::newRow("refused negative") << QByteArray(R"({"code":-1,"msg":" 失败 "})") << false << QJsonValue()
-                                          << QStringList{QStringLiteral(" 失败 ")};
-        QTest::newRow("empty bytes") << QByteArray() << false << QJsonValue() << QStringList();
-        QTest::newRow("garbage") << QByteArray("<html>502</html>") << false << QJsonValue() << QStringList();
-        QTest::newRow("json array") << QByteArray("[0]") << false << QJsonValue() << QStringList();
+        QTest::newRow("a page beside its data") << QByteArray(R"({"code":0,"allCount":41,"pageRowCount":20,"data":[]})")
+                                                << true << QStringList();
+        QTest::newRow("ok without data") << QByteArray(R"({"code":0})") << true << QStringList();
+        QTest::newRow("no code is success") << QByteArray(R"({"msg":"x","data":7})") << true << QStringList();
+        QTest::newRow("refused") << QByteArray(R"({"code":-1,"msg":"没有权限 ， 请联系管理员","data":[1]})") << false
+                                 << QStringList{QStringLiteral("没有权限 ， 请联系管理员")};
+        QTest::newRow("empty bytes") << QByteArray() << false << QStringList();
+        QTest::newRow("garbage") << QByteArray("<html>502</html>") << false << QStringList();
+        QTest::newRow("json array") << QByteArray("[0]") << false << QStringList();
     }
-
     void replyReading()
     {
         QFETCH(QByteArray, bytes);
         QFETCH(bool, done);
-        QFETCH(QJsonValue, data);
         QFETCH(QStringList, shown);
-        QWidget dialog;
         LtdInfo server(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, true);
         fx->channel().replyBytes(bytes);
-        const auto result = CloudExchange::call(CloudRequest(&server, QStringLiteral("m")), &dialog);
-        QCOMPARE(result.has_value(), done);
+        const auto reply = CloudExchange(GuardSite("Xmytz", &dialog)).call(CloudRequest(&server, "m"));
+        QCOMPARE(reply.has_value(), done);
         if (done)
-            QCOMPARE(*result, data);
+            QCOMPARE(reply->object(), QJsonDocument::fromJson(bytes).object());
         QCOMPARE(fx->messageTexts(), shown);
         for (const MessageBoxRequest &m : fx->messages()) {
             QCOMPARE(m.parent.data(), &dialog);
@@ -207,22 +202,15 @@ private slots:
         QCOMPARE(fx->channel().requests().size(), 1);
     }
 
-    void replyCodeAndMsgReadable()
+    void failureIsReportedUnderTheCallingDialog()
     {
-        const CloudReply r = CloudReply::parse(R"({"code":3,"msg":"无权限"})");
-        QVERIFY(r.answered());
-        QVERIFY(!r.succeeded());
-        QCOMPARE(r.code(), 3);
-        QCOMPARE(r.msg(), QStringLiteral("无权限"));
-        QVERIFY(!CloudReply::parse(QByteArray()).answered());
-    }
-
-    void configValueIsLocal()
-    {
-        HostConfig::setValue(QStringLiteral("SaveBzQd"), QStringLiteral("true"));
-        QCOMPARE(CloudExchange::configValue(QStringLiteral("SaveBzQd")), QStringLiteral("true"));
-        QCOMPARE(CloudExchange::configValue(QStringLiteral("AreaVer")), QString());
-        QVERIFY(fx->channel().requests().isEmpty());
+        ServicesUtil::setChannel(std::make_shared<ThrowingChannel>());
+        LtdInfo server(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, true);
+        QVERIFY(!CloudExchange(GuardSite("Xmytz", &dialog)).call(CloudRequest(&server, "m")));
+        QCOMPARE(fx->exceptionReports().size(), 1);
+        QVERIFY2(fx->exceptionReports().first().contains(QRegularExpression(R"(down \(Xmytz:\d+ QWidget::call\)$)")),
+                 qPrintable(fx->exceptionReports().first()));
+        QVERIFY(fx->messages().isEmpty());
     }
 
     void asynchronousChannel()
@@ -239,14 +227,93 @@ private slots:
         QTest::qWait(20);
         QCOMPARE(asyncReplies.size(), 1);
         QObject::disconnect(CloudAsyncRequest::service(), nullptr, this, nullptr);
-    }
 
-    void asynchronousWithoutServiceFails()
-    {
         qApp->setProperty("ServicesUtil", QVariant());
         QCOMPARE(CloudAsyncRequest::service(), nullptr);
         QVERIFY(!CloudAsyncRequest::send(CloudRequest::withoutToken(QStringLiteral("m"))));
-        QVERIFY(fx->channel().requests().isEmpty());
+        QCOMPARE(fx->channel().requests().size(), 1);
+    }
+
+    // Worker requests: the newest reply wins.
+    void newestReplyWins_data()
+    {
+        QTest::addColumn<bool>("olderArrivesLast");
+        QTest::newRow("older arrives last") << true;
+        QTest::newRow("older arrives first") << false;
+    }
+    void newestReplyWins()
+    {
+        QFETCH(bool, olderArrivesLast);
+        Gate first, second;
+        const unsigned a = worker->start(first.job(QStringLiteral("old")));
+        const unsigned b = worker->start(second.job(QStringLiteral("new")));
+        QVERIFY(b > a);
+        (olderArrivesLast ? second : first).open->release();
+        QTRY_COMPARE(CloudWorkerRequest::runningWorkers(), 1);
+        QTest::qWait(30);
+        QCOMPARE(spy->size(), olderArrivesLast ? 1 : 0);
+        (olderArrivesLast ? first : second).open->release();
+        settle();
+        QCOMPARE(spy->size(), 1);
+        QCOMPARE(spy->first().at(0).toUInt(), b);
+        QCOMPARE(spy->first().at(1).value<CloudReply>().data().toString(), QStringLiteral("new"));
+        QCOMPARE(worker->lastReply().data().toString(), QStringLiteral("new"));
+    }
+
+    void ownerDeletedBeforeReply()
+    {
+        auto *owner = new QWidget;
+        QPointer<CloudWorkerRequest> mine = new CloudWorkerRequest(GuardSite("VelDqqdznzj", owner));
+        int delivered = 0;
+        connect(mine, &CloudWorkerRequest::signalReply, [&delivered] { ++delivered; });
+        Gate g;
+        mine->start(g.job(QStringLiteral("late")));
+        delete owner;
+        QVERIFY(mine.isNull());
+        g.open->release();
+        settle();
+        QCOMPARE(delivered, 0);
+    }
+
+    void requestRunsThroughTheHostChannel_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("answered");
+        QTest::newRow("answered") << QByteArray(R"({"code":0,"allCount":2,"data":[1,2]})") << true;
+        QTest::newRow("not json") << QByteArray("not json") << false;
+    }
+    void requestRunsThroughTheHostChannel()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, answered);
+        LtdInfo server(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, true);
+        fx->channel().replyBytes(bytes);
+        worker->start(CloudRequest(&server, QStringLiteral("getppqd")).set(QStringLiteral("qdbm"), "010101"));
+        QTRY_COMPARE(spy->size(), 1);
+        const CloudReply reply = spy->first().at(1).value<CloudReply>();
+        QCOMPARE(reply.answered(), answered);
+        QCOMPARE(reply.value("allCount").toInt(), answered ? 2 : 0);
+        QCOMPARE(fx->channel().lastRequest().value("data").toObject(),
+                 (QJsonObject{{"method", "getppqd"}, {"qdbm", "010101"}}));
+    }
+
+    void droppedReplies()
+    {
+        Gate discarded, nothing;
+        worker->start(discarded.job(QStringLiteral("x")));
+        worker->discardPending();
+        discarded.open->release();
+        worker->start(nothing.job(QStringLiteral("y"), false));
+        nothing.open->release();
+        const int line = __LINE__ + 1;
+        worker->start([](QJsonObject &) -> bool { throw std::runtime_error("boom"); });
+        settle();
+        QCOMPARE(spy->size(), 0);
+        // A job that throws is reported as the function that started it.
+        QCOMPARE(fx->exceptionReports().size(), 1);
+        QVERIFY2(fx->exceptionReports().first().endsWith(
+                     QStringLiteral("boom (VelDqqdznzj:%1 QWidget::droppedReplies)").arg(line)),
+                 qPrintable(fx->exceptionReports().first()));
     }
 };
 

@@ -1,39 +1,44 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 #include "loginanswers.h"
 
 #include <hostapi/cloudbusiness.h>
 #include <hostapi/serverregistry.h>
 #include <hostapi/staticpriloginobj.h>
+#include <hostapi/userlogin.h>
 #include <hostapi/users.h>
+#include <hostapi/usersyylogin.h>
 
+#include <QJsonDocument>
 #include <QSignalSpy>
 #include <QtTest>
 
-#include <memory>
-
 using namespace loginanswers;
 
-class TestServerRegistry : public QObject
+namespace {
+ServerRegistry *reg()
+{
+    return ServerRegistry::instance();
+}
+
+// Names of the entries, "*" after those logged in.
+QStringList entries(const QList<LtdInfo *> &list = reg()->servers())
+{
+    QStringList out;
+    for (const LtdInfo *e : list)
+        out << e->getServerName() + (e->getServerLogin() ? QStringLiteral("*") : QString());
+    return out;
+}
+
+QJsonObject sentData(HostFixture &fx)
+{
+    return fx.channel().lastRequest().value("data").toObject();
+}
+}
+
+class TestServerRegistry : public HostTestCase
 {
     Q_OBJECT
 private:
-    std::unique_ptr<HostFixture> fx;
-    ServerRegistry *reg() { return ServerRegistry::instance(); }
-
-    static QStringList names(const QList<LtdInfo *> &list)
-    {
-        QStringList out;
-        for (const LtdInfo *e : list)
-            out << e->getServerName();
-        return out;
-    }
-    static QList<bool> logins(const QList<LtdInfo *> &list)
-    {
-        QList<bool> out;
-        for (const LtdInfo *e : list)
-            out << e->getServerLogin();
-        return out;
-    }
     void loadList()
     {
         fx->channel().replyOk(serverList());
@@ -41,159 +46,99 @@ private:
     }
 
 private slots:
-    void init()
-    {
-        fx = std::make_unique<HostFixture>();
-        ServerRegistry::instance()->reset();
-    }
-    void cleanup()
-    {
-        ServerRegistry::instance()->reset();
-        fx.reset();
-    }
+    void init() { HostTestCase::init(); reg()->reset(); }
+    void cleanup() { reg()->reset(); HostTestCase::cleanup(); }
 
     void refreshAsksTheCloudAndKeepsItsOrder()
     {
         loadList();
-        const QJsonObject sent = fx->channel().lastRequest();
-        QCOMPARE(sent.value("cmd").toString(), QStringLiteral("cloudSoft"));
-        QVERIFY(sent.contains("app_type"));
-        QCOMPARE(sent.value("data").toObject(), (QJsonObject{{"method", "getserverlist"}}));
-        QCOMPARE(names(reg()->servers()),
-                 (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业", "华东企业材价库"}));
-        const LtdInfo *ent = reg()->servers().at(3);
-        QCOMPARE(ent->getToken(), QStringLiteral("ent_11"));
-        QCOMPARE(ent->getType(), 1);
-        QCOMPARE(ent->getQyid(), 11);
-        QCOMPARE(ent->kind(), QStringLiteral("pri"));
+        QCOMPARE(sentData(*fx), (QJsonObject{{"method", "getserverlist"}}));
         // The price server is open as the cloud says; enterprises need a login.
-        QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false, true}));
-    }
-
-    void refreshKeepsPointersAndDropsVanishedEntries()
-    {
-        loadList();
-        LtdInfo *ent = reg()->servers().at(3);
+        QCOMPARE(entries(), (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业", "华东企业材价库*"}));
+        const LtdInfo *ent = reg()->servers().at(3);
+        const QString fields = QStringLiteral("%1 %2 %3 ").arg(ent->getToken()).arg(ent->getType()).arg(ent->getQyid());
+        QCOMPARE(fields + ent->kind(), QStringLiteral("ent_11 1 11 pri"));
+        // A shorter list keeps the pointers of the entries that stay.
         QJsonArray shorter = serverList();
         shorter.removeAt(4);
         fx->channel().replyOk(shorter);
         QVERIFY(reg()->refresh());
         QCOMPARE(reg()->servers().at(3), ent);
-        QVERIFY(!names(reg()->servers()).contains(QStringLiteral("华南企业")));
+        QVERIFY(!entries().contains(QStringLiteral("华南企业")));
     }
 
-    void failedRefresh_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("no reply") << QByteArray();
-        QTest::newRow("garbage") << QByteArray("oops");
-        QTest::newRow("refused") << QByteArray(R"({"code":1,"msg":"会话已过期"})");
-    }
-
-    void failedRefresh()
-    {
-        QFETCH(QByteArray, bytes);
-        loadList();
-        fx->channel().replyBytes(bytes);
-        QList<LtdInfo *> list{nullptr};
-        QVERIFY(!CloudBusiness::requestServerList(list, QString()));
-        QVERIFY(list.isEmpty());
-        QCOMPARE(reg()->servers().size(), 6); // the last good list stays
-    }
-
-    void requestServerListFilters_data()
+    void serverListRequests_data()
     {
         QTest::addColumn<QString>("filter");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("bill servers") << QString()
-                                      << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业"};
-        QTest::newRow("material servers") << QStringLiteral("cj")
-                                          << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业材价库"};
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<QStringList>("expected"); // empty: the request fails
+        const QByteArray list = QJsonDocument(QJsonObject{{"code", 0}, {"msg", ""}, {"data", serverList()}}).toJson();
+        QTest::newRow("bill servers") << "" << list << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业"};
+        QTest::newRow("material servers") << "cj" << list << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业材价库*"};
+        QJsonArray remembered = serverList();
+        remembered.replace(4, entry("华南企业", "ent-session-12", 2, 12, "pri", true));
+        QTest::newRow("a login the cloud remembers")
+            << "" << QJsonDocument(QJsonObject{{"code", 0}, {"data", remembered}}).toJson()
+            << QStringList{"个人云", "Korvane云", "Korvane大数据", "华东企业", "华南企业*"};
+        QTest::newRow("no reply") << "" << QByteArray() << QStringList();
+        QTest::newRow("garbage") << "" << QByteArray("oops") << QStringList();
+        QTest::newRow("refused") << "" << QByteArray(R"({"code":1,"msg":"会话已过期"})") << QStringList();
     }
 
-    void requestServerListFilters()
+    void serverListRequests()
     {
         QFETCH(QString, filter);
+        QFETCH(QByteArray, reply);
         QFETCH(QStringList, expected);
-        fx->channel().replyOk(serverList());
-        QList<LtdInfo *> list;
-        QVERIFY(CloudBusiness::requestServerList(list, filter));
-        QCOMPARE(fx->channel().lastRequest().value("data").toObject(), (QJsonObject{{"method", "getserverlist"}}));
-        QCOMPARE(names(list), expected);
-        QCOMPARE(CloudBusiness::hasPriServer(list), filter.isEmpty());
+        loadList();
+        fx->channel().replyBytes(reply);
+        QList<LtdInfo *> list{nullptr};
+        QCOMPARE(CloudBusiness::requestServerList(list, filter), !expected.isEmpty());
+        QCOMPARE(sentData(*fx), (QJsonObject{{"method", "getserverlist"}}));
+        QCOMPARE(entries(list), expected);
+        QCOMPARE(reg()->servers().size(), 6); // a failure keeps the last good list
+        QCOMPARE(CloudBusiness::hasPriServer(list), filter.isEmpty() && !expected.isEmpty());
         // Enterprise entries keep their host index in the bill list.
         for (int i = 0; i < list.size(); ++i)
             if (list.at(i)->kind() == QLatin1String("pri"))
                 QCOMPARE(reg()->servers().indexOf(list.at(i)), i);
     }
 
-    void enterpriseLoginTheCloudRemembers()
-    {
-        QJsonArray list = serverList();
-        list.replace(4, entry("华南企业", "ent-session-12", 2, 12, "pri", true));
-        fx->channel().replyOk(list);
-        QVERIFY(reg()->refresh());
-        QVERIFY(reg()->servers().at(4)->getServerLogin());
-        QCOMPARE(reg()->servers().at(4)->getToken(), QStringLiteral("ent-session-12"));
-        QVERIFY(!reg()->servers().at(3)->getServerLogin());
-    }
-
-    void korvaneLoginLogsInTheKorvaneEntries()
+    void korvaneLogin()
     {
         loadList();
         QSignalSpy kvLogin(staticPriLoginObj::GetInstance(), &staticPriLoginObj::kvyLogin);
+        fx->channel().replyError(401, QStringLiteral("用户名或密码错误"));
+        QCOMPARE(reg()->loginKorvane(QStringLiteral("zhang"), QStringLiteral("bad")), QStringLiteral("用户名或密码错误"));
+        QVERIFY(!reg()->loginKorvane(QStringLiteral("zhang"), QStringLiteral("pw")).isEmpty()); // no reply
+        QCOMPARE(kvLogin.size(), 0);
         fx->channel().reply(loginReply());
         QCOMPARE(reg()->loginKorvane(QStringLiteral("zhang"), QStringLiteral("pw")), QString());
-        QCOMPARE(fx->channel().lastRequest().value("data").toObject(),
-                 (QJsonObject{{"method", "login"}, {"username", "zhang"}, {"password", "pw"}}));
-        QVERIFY(Users::Instance()->Kvy()->IsLogin());
+        QCOMPARE(sentData(*fx), (QJsonObject{{"method", "login"}, {"username", "zhang"}, {"password", "pw"}}));
         QCOMPARE(Users::Instance()->Kvy()->UserID(), QStringLiteral("u1"));
         QCOMPARE(kvLogin.size(), 1);
-        QCOMPARE(logins(reg()->servers()), (QList<bool>{true, true, true, false, false, true}));
+        QCOMPARE(entries(), (QStringList{"个人云*", "Korvane云*", "Korvane大数据*", "华东企业", "华南企业", "华东企业材价库*"}));
         // The session now travels beside every request.
         loadList();
         QCOMPARE(fx->channel().sessions().last(), QStringLiteral("sess-1"));
     }
 
-    void korvaneLoginRefused()
-    {
-        loadList();
-        QSignalSpy kvLogin(staticPriLoginObj::GetInstance(), &staticPriLoginObj::kvyLogin);
-        fx->channel().replyError(401, QStringLiteral("用户名或密码错误"));
-        QCOMPARE(reg()->loginKorvane(QStringLiteral("zhang"), QStringLiteral("bad")),
-                 QStringLiteral("用户名或密码错误"));
-        QVERIFY(!Users::Instance()->Kvy()->IsLogin());
-        QCOMPARE(kvLogin.size(), 0);
-        QVERIFY(!reg()->loginKorvane(QStringLiteral("zhang"), QStringLiteral("pw")).isEmpty()); // no reply
-    }
-
     void enterpriseLoginSetsTheEntryToken()
-    {
-        loadList();
-        QSignalSpy priLogin(staticPriLoginObj::GetInstance(), &staticPriLoginObj::priLogin);
-        fx->channel().reply(enterpriseLoginReply(QStringLiteral("ent-session-11")));
-        QCOMPARE(reg()->loginEnterprise(3, QStringLiteral("li"), QStringLiteral("pw")), QString());
-        const QJsonObject sent = fx->channel().lastRequest();
-        QCOMPARE(sent.value("orgin_token").toString(), QStringLiteral("ent_11"));
-        QCOMPARE(sent.value("data").toObject(),
-                 (QJsonObject{{"method", "enterpriselogin"}, {"qyid", 11}, {"username", "li"}, {"password", "pw"}}));
-        LtdInfo *ent = reg()->servers().at(3);
-        QVERIFY(ent->getServerLogin());
-        QCOMPARE(ent->getToken(), QStringLiteral("ent-session-11"));
-        QCOMPARE(priLogin.size(), 1);
-        QCOMPARE(priLogin.first().first().toString(), QStringLiteral("华东企业"));
-        // A later list from the cloud does not lose the login.
-        loadList();
-        QVERIFY(ent->getServerLogin());
-        QCOMPARE(ent->getToken(), QStringLiteral("ent-session-11"));
-        QVERIFY(!reg()->servers().at(4)->getServerLogin());
-    }
-
-    void enterpriseLoginBadIndex()
     {
         loadList();
         QVERIFY(!reg()->loginEnterprise(9, QStringLiteral("li"), QStringLiteral("pw")).isEmpty());
         QCOMPARE(fx->channel().requests().size(), 1);
+        QSignalSpy priLogin(staticPriLoginObj::GetInstance(), &staticPriLoginObj::priLogin);
+        fx->channel().reply(enterpriseLoginReply(QStringLiteral("ent-session-11")));
+        QCOMPARE(reg()->loginEnterprise(3, QStringLiteral("li"), QStringLiteral("pw")), QString());
+        QCOMPARE(fx->channel().lastRequest().value("orgin_token").toString(), QStringLiteral("ent_11"));
+        QCOMPARE(sentData(*fx),
+                 (QJsonObject{{"method", "enterpriselogin"}, {"qyid", 11}, {"username", "li"}, {"password", "pw"}}));
+        QCOMPARE(priLogin.value(0).value(0).toString(), QStringLiteral("华东企业"));
+        // A later list from the cloud does not lose the login.
+        loadList();
+        QCOMPARE(entries().mid(3, 2), (QStringList{"华东企业*", "华南企业"}));
+        QCOMPARE(reg()->servers().at(3)->getToken(), QStringLiteral("ent-session-11"));
     }
 
     void logoutsAnnounceOnTheBroker()
@@ -203,27 +148,78 @@ private slots:
         reg()->loginKorvane(QStringLiteral("zhang"), QStringLiteral("pw"));
         fx->channel().reply(enterpriseLoginReply(QStringLiteral("s11")));
         reg()->loginEnterprise(3, QStringLiteral("li"), QStringLiteral("pw"));
-
         staticPriLoginObj *broker = staticPriLoginObj::GetInstance();
         QSignalSpy priForce(broker, &staticPriLoginObj::priForceExit);
         QSignalSpy priExit(broker, &staticPriLoginObj::priExit);
         QSignalSpy kvForce(broker, &staticPriLoginObj::kvyForceExit);
         QSignalSpy kvExit(broker, &staticPriLoginObj::kvyExit);
-
         reg()->logoutEnterprise(QStringLiteral("华东企业"), true);
-        QCOMPARE(priForce.size(), 1);
-        QCOMPARE(priForce.first().first().toString(), QStringLiteral("华东企业"));
-        QVERIFY(!reg()->servers().at(3)->getServerLogin());
+        QCOMPARE(priForce.value(0).value(0).toString(), QStringLiteral("华东企业"));
         reg()->logoutEnterprise(QStringLiteral("华东企业"), false); // not logged in: nothing
         QCOMPARE(priExit.size(), 0);
-
         fx->channel().replyOk();
         reg()->logoutKorvane(false);
-        QCOMPARE(fx->channel().lastRequest().value("data").toObject(), (QJsonObject{{"method", "logout"}}));
+        QCOMPARE(sentData(*fx), (QJsonObject{{"method", "logout"}}));
         QCOMPARE(kvExit.size(), 1);
         QCOMPARE(kvForce.size(), 0);
         QVERIFY(!Users::Instance()->Kvy()->IsLogin());
-        QCOMPARE(logins(reg()->servers()), (QList<bool>{false, false, false, false, false, false}));
+        QCOMPARE(entries().join(QString()).count(QLatin1Char('*')), 0);
+    }
+
+    void loginForms_data()
+    {
+        QTest::addColumn<int>("server"); // -1: the Korvane form, else the host index of an enterprise
+        QTest::addColumn<QString>("user"); // typed into the form; "cancel" and "fake" answer otherwise
+        QTest::addColumn<QString>("password");
+        QTest::addColumn<QJsonObject>("reply");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<QString>("shown"); // server name, then the form's error line
+        const QJsonObject none;
+        const QJsonObject refused{{"code", 401}, {"msg", "用户名或密码错误 ！"}};
+        QTest::newRow("korvane") << -1 << "zhang" << "pw" << loginReply() << 1 << "Korvane云|";
+        QTest::newRow("refused: the cloud's message") << -1 << "zhang" << "pw" << refused << 0
+                                                      << "Korvane云|用户名或密码错误 ！";
+        QTest::newRow("no user") << -1 << "  " << "pw" << none << 0 << "Korvane云|请输入用户名";
+        QTest::newRow("no password") << -1 << "zhang" << "" << none << 0 << "Korvane云|请输入密码";
+        QTest::newRow("enterprise by host index") << 4 << "zhang" << "pw" << enterpriseLoginReply("s12") << 1
+                                                  << "华南企业|";
+        QTest::newRow("cancelled") << 3 << "cancel" << "" << none << 0 << "|";
+        QTest::newRow("an answerer cannot fake a success") << -1 << "fake" << "" << none << 0 << "|";
+    }
+
+    void loginForms()
+    {
+        QFETCH(int, server);
+        QFETCH(QString, user);
+        QFETCH(QString, password);
+        QFETCH(QJsonObject, reply);
+        QFETCH(int, result);
+        QFETCH(QString, shown);
+        loadList();
+        auto seen = std::make_shared<FormSeen>();
+        if (user == QLatin1String("cancel"))
+            fx->answerNextModal(cancelLogin());
+        else if (user == QLatin1String("fake"))
+            fx->answerNextModal([](QDialog *) { return int(QDialog::Accepted); });
+        else
+            fx->answerNextModal(fillLogin(user, password, seen));
+        if (!reply.isEmpty())
+            fx->channel().reply(reply);
+        QString callbacks;
+        userLogin korvane;
+        userSyyLogin enterprise(server);
+        LoginFormRun &login = server < 0 ? static_cast<LoginFormRun &>(korvane) : enterprise;
+        login.SetKvyLoginSueecss([&] { callbacks += "success"; });
+        login.SetKvyClose([&] { callbacks += "close"; });
+        QCOMPARE(server < 0 ? korvane.KvyExec() : enterprise.SyyExec(), result);
+        QCOMPARE(callbacks, QString(result ? "success" : "close"));
+        QCOMPARE(seen->server + QLatin1Char('|') + seen->error, shown);
+        QCOMPARE(fx->channel().requests().size(), reply.isEmpty() ? 1 : 2); // the list, then the login
+        LtdInfo *picked = server < 0 ? nullptr : reg()->servers().at(server);
+        const bool in = picked ? picked->getServerLogin() : Users::Instance()->Kvy()->IsLogin();
+        QCOMPARE(in, bool(result));
+        QCOMPARE(fx->modalRuns(), QStringList{QStringLiteral("LoginDialog")});
+        QVERIFY(fx->messages().isEmpty());
     }
 };
 

@@ -1,14 +1,23 @@
+#include "hosttestcase.h"
 #include "loginanswers.h"
-#include "hostfixture.h"
+
+#include <dialogregistry.h>
+#include <hostcontext.h>
+#include <pricecheckhost.h>
 
 #include <cloud/tqdtjyjc_yxys.h>
+#include <pricecheck/pricecheckinputs.h>
 #include <pricecheck/tinitial.h>
 #include <pricecheck/tnextstep.h>
 #include <pricecheck/tqdtjyjc.h>
 
+#include <hostapi/cloudchannel.h>
 #include <hostapi/cloudservercombox.h>
 #include <hostapi/ltdinfo.h>
+#include <hostapi/projectsettinghelper.h>
+#include <hostapi/rurecordcontrol.h>
 #include <hostapi/serverregistry.h>
+#include <hostapi/servicesutil.h>
 #include <hostapi/staticpriloginobj.h>
 #include <hostapi/users.h>
 #include <hostapi/zbasecombox.h>
@@ -21,33 +30,51 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
+#include <QUndoStack>
 #include <QtTest>
 
-#include <memory>
+#include <stdexcept>
 
 using namespace loginanswers;
 
-class TestQdtjyjc : public QObject
+class TestQdtjyjc : public HostTestCase
 {
     Q_OBJECT
 private:
-    std::unique_ptr<HostFixture> fx;
     std::unique_ptr<TQdtjyjc> dlg;
+    HostContext host;
 
-    // The wizard as the host opens it; with `korvane` the user is logged in
-    // to the Korvane cloud, so the personal cloud is chosen at start.
-    void open(bool korvane = true)
+    // The wizard as the host opens it on the project's settings (time, place,
+    // altitude); with `korvane` the user is logged in to the Korvane cloud, so
+    // the personal cloud is chosen at start.
+    void open(bool korvane = true, const QStringList &settings = {"2023年05月", "新疆维吾尔自治区石河子市", "50m"})
     {
         if (korvane)
             Users::Instance()->Kvy()->setLogin(QStringLiteral("u1"), QStringLiteral("张三"), QStringLiteral("sess-1"));
+        ProjectSettingsInfo info;
+        info.time = settings.at(0);
+        info.place = settings.at(1);
+        info.placeCode = QStringLiteral("659001");
+        info.altitude = settings.at(2);
+        ProjectSettingHelper::SetProjectSettingsInfo(info);
         fx->channel().replyOk(serverList());
         dlg = std::make_unique<TQdtjyjc>();
-        dlg->CreateUI();
+        PriceCheckHost::prepare(*dlg, host);
+    }
+    static QStringList settings()
+    {
+        const ProjectSettingsInfo now = ProjectSettingHelper::GetProjectSettingsInfo();
+        return {now.time, now.place, now.placeCode};
     }
     void toSecondStep()
     {
         dlg->nextButton()->click();
         QCOMPARE(dlg->currentStep(), short(1));
+    }
+    bool onFirstPage() const
+    {
+        return dlg->currentStep() == 0 && dlg->pages()->currentPage() == dlg->initialPage()
+               && dlg->previousButton()->isHidden() && dlg->okButton()->isHidden() && !dlg->nextButton()->isHidden();
     }
     int listRequests() const
     {
@@ -63,123 +90,101 @@ private slots:
     void initTestCase() { qRegisterMetaType<LtdInfo *>("LtdInfo*"); }
     void init()
     {
-        fx = std::make_unique<HostFixture>();
+        HostTestCase::init();
         ServerRegistry::instance()->reset();
+        RURecordControl::undoStack()->clear();
     }
     void cleanup()
     {
         dlg.reset();
+        RURecordControl::undoStack()->clear();
         ServerRegistry::instance()->reset();
-        fx.reset();
+        HostTestCase::cleanup();
     }
 
+    void opensOnTheFirstPage_data()
+    {
+        QTest::addColumn<QStringList>("settings"); // time, place, altitude
+        QTest::addColumn<QStringList>("shown");    // time, place, altitude labels, then getSJ() and getDD()
+        const QString month = QDate::currentDate().toString(QStringLiteral("yyyy年MM月"));
+        QTest::newRow("project settings") << QStringList{"2020-2023年05月", "新疆维吾尔自治区石河子市", "500m"}
+                                          << QStringList{"2020-2023年05月", "新疆维吾尔自治区石河子\n市", "500m",
+                                                         "2023年05月", "新疆维吾尔自治区石河子\n市"};
+        QTest::newRow("nothing set") << QStringList{"", "", ""} << QStringList{month, "无", "<2.0km", month, "无"};
+    }
     void opensOnTheFirstPage()
     {
-        open();
+        QFETCH(QStringList, settings);
+        QFETCH(QStringList, shown);
+        QCOMPARE(DialogRegistry::find(QStringLiteral("pricecheck"))->title, QStringLiteral("清单单价云检查"));
+        open(true, settings);
         QCOMPARE(dlg->size(), QSize(600, 430));
         QCOMPARE(dlg->caption(), QStringLiteral("Velora"));
-        QCOMPARE(label(QStringLiteral("lblTitle"))->text(), QStringLiteral("清单单价云检查"));
-        QCOMPARE(label(QStringLiteral("lblTitle"))->font().pixelSize(), 13);
-        QCOMPARE(label(QStringLiteral("lblDescribe"))->text(),
-                 QStringLiteral("根据清单信息在积累数据库中进行匹配，对当前单位工程的清单单价进行对比检查。"));
-        QCOMPARE(dlg->nextButton()->text(), QStringLiteral("下一步"));
-        QCOMPARE(dlg->previousButton()->text(), QStringLiteral("上一步"));
-        QCOMPARE(dlg->okButton()->text(), QStringLiteral("确定"));
-        QCOMPARE(dlg->closeButton()->text(), QStringLiteral("关闭"));
-        QVERIFY(dlg->previousButton()->isHidden());
-        QVERIFY(dlg->okButton()->isHidden());
-        QVERIFY(!dlg->nextButton()->isHidden());
-        QCOMPARE(dlg->currentStep(), short(0));
-        QVERIFY(dlg->initialPage());
-        QVERIFY(!dlg->nextPage());
-        QCOMPARE(dlg->pages()->currentPage(), static_cast<QWidget *>(dlg->initialPage()));
-
+        QStringList texts;
+        for (const char *name : {"lblTitle", "lblDescribe", "lblYxys", "lblSj", "lblDd", "lblHb", "lblYyfw", "lblDjly"})
+            texts << label(QString::fromLatin1(name))->text();
+        for (QPushButton *b : {dlg->nextButton(), dlg->previousButton(), dlg->okButton(), dlg->closeButton()})
+            texts << b->text();
+        QCOMPARE(texts, (QStringList{"清单单价云检查",
+                                     "根据清单信息在积累数据库中进行匹配，对当前单位工程的清单单价进行对比检查。",
+                                     "影响因素：", "时间：", "地点:", "海拔:", "应用范围:", "单价来源:", "下一步", "上一步",
+                                     "确定", "关闭"}));
         TInitial *page = dlg->initialPage();
-        QStringList captions;
-        for (const char *name : {"lblYxys", "lblSj", "lblDd", "lblHb", "lblYyfw", "lblDjly"})
-            captions << page->findChild<QLabel *>(QString::fromLatin1(name))->text();
-        QCOMPARE(captions, (QStringList{QStringLiteral("影响因素："), QStringLiteral("时间："), QStringLiteral("地点:"),
-                                        QStringLiteral("海拔:"), QStringLiteral("应用范围:"), QStringLiteral("单价来源:")}));
-        QCOMPARE(page->altitudeLabel()->text(), QStringLiteral("<2.0km"));
-        QCOMPARE(page->modifyButton()->width(), 33);
-        QCOMPARE(page->serverCombo()->size(), QSize(220, 38));
+        QCOMPARE((QStringList{page->timeLabel()->text(), page->placeLabel()->text(), page->altitudeLabel()->text(),
+                              dlg->getSJ(), dlg->getDD()}),
+                 shown);
+        QVERIFY(onFirstPage());
+        QVERIFY(!dlg->nextPage());
         // The page asked for the server list and chose the first logged-in entry.
         QCOMPARE(page->getCurrServer()->getServerName(), QStringLiteral("个人云"));
     }
 
-    void noServerChosen()
+    // "下一步" needs a logged-in server; "确定" closes, then reports the server
+    // and the count. Going back keeps the second page and its choices.
+    void steps_data()
     {
-        open(false);
-        QVERIFY(!dlg->initialPage()->getCurrServer());
-        QCOMPARE(dlg->initialPage()->serverCombo()->currentText(), QStringLiteral("请选择服务器"));
-        dlg->nextButton()->click();
-        QCOMPARE(fx->messageTexts(), QStringList{QStringLiteral("请选择服务器")});
-        QCOMPARE(fx->messages().first().parent.data(), static_cast<QWidget *>(dlg.get()));
-        QCOMPARE(dlg->currentStep(), short(0));
-        QVERIFY(!dlg->nextPage());
-        QVERIFY(!dlg->nextButton()->isHidden());
-    }
-
-    void serverNotLoggedIn()
-    {
-        open();
-        dlg->initialPage()->getCurrServer()->setServerLogin(false);
-        dlg->nextButton()->click();
-        QCOMPARE(fx->messageTexts(), QStringList{QStringLiteral("请登录服务器")});
-        QCOMPARE(dlg->currentStep(), short(0));
-        QVERIFY(!dlg->nextPage());
-    }
-
-    void goingBackKeepsTheSecondPage()
-    {
-        open();
-        toSecondStep();
-        QVERIFY(dlg->nextButton()->isHidden());
-        QVERIFY(!dlg->previousButton()->isHidden());
-        QVERIFY(!dlg->okButton()->isHidden());
-        TNextstep *second = dlg->nextPage();
-        QCOMPARE(dlg->pages()->currentPage(), static_cast<QWidget *>(second));
-        QVERIFY(second->getradQdChecked());
-        QCOMPARE(second->comPjz()->currentText(), QStringLiteral("3"));
-        QCOMPARE(second->comPjz()->count(), 2);
-        QCOMPARE(second->comPjz()->itemText(1), QStringLiteral("5"));
-        second->radXs()->setChecked(true);
-        second->comPjz()->setCurrentIndex(1);
-
-        dlg->previousButton()->click();
-        QCOMPARE(dlg->currentStep(), short(0));
-        QVERIFY(dlg->previousButton()->isHidden() && dlg->okButton()->isHidden());
-        QVERIFY(!dlg->nextButton()->isHidden());
-        QCOMPARE(dlg->pages()->currentPage(), static_cast<QWidget *>(dlg->initialPage()));
-
-        toSecondStep();
-        QCOMPARE(dlg->nextPage(), second);
-        QCOMPARE(dlg->pages()->count(), 2);
-        QVERIFY(second->getradChecked());
-        QVERIFY(!second->getradQdChecked());
-        QCOMPARE(second->getcomPjzChecked(), QStringLiteral("5"));
-    }
-
-    void confirmClosesThenReportsServerAndCount_data()
-    {
+        QTest::addColumn<int>("login"); // 0 none chosen, 1 chosen but logged out, 2 logged in
         QTest::addColumn<bool>("mostSimilar");
         QTest::addColumn<int>("comboIndex");
         QTest::addColumn<int>("matchNum");
-        QTest::newRow("most similar whatever the combo shows") << true << 1 << 1;
-        QTest::newRow("average of 3") << false << 0 << 3;
-        QTest::newRow("average of 5") << false << 1 << 5;
+        QTest::addColumn<QStringList>("messages");
+        QTest::newRow("no server chosen") << 0 << true << 0 << 0 << QStringList{"请选择服务器"};
+        QTest::newRow("server logged out") << 1 << true << 0 << 0 << QStringList{"请登录服务器"};
+        QTest::newRow("most similar whatever the combo shows") << 2 << true << 1 << 1 << QStringList();
+        QTest::newRow("average of 3") << 2 << false << 0 << 3 << QStringList();
+        QTest::newRow("average of 5") << 2 << false << 1 << 5 << QStringList();
     }
-    void confirmClosesThenReportsServerAndCount()
+    void steps()
     {
+        QFETCH(int, login);
         QFETCH(bool, mostSimilar);
         QFETCH(int, comboIndex);
         QFETCH(int, matchNum);
-        open();
+        QFETCH(QStringList, messages);
+        open(login > 0);
         dlg->show();
-        toSecondStep();
+        if (login == 1)
+            dlg->initialPage()->getCurrServer()->setServerLogin(false);
+        dlg->nextButton()->click();
+        QCOMPARE(fx->messageTexts(), messages);
+        if (!messages.isEmpty()) {
+            QCOMPARE(fx->messages().first().parent.data(), static_cast<QWidget *>(dlg.get()));
+            QVERIFY(onFirstPage());
+            QVERIFY(!dlg->nextPage());
+            return;
+        }
+        QVERIFY(dlg->nextButton()->isHidden() && !dlg->previousButton()->isHidden() && !dlg->okButton()->isHidden());
         TNextstep *second = dlg->nextPage();
+        QCOMPARE(dlg->pages()->currentPage(), static_cast<QWidget *>(second));
+        QCOMPARE((QStringList{second->getcomPjzChecked(), second->comPjz()->itemText(0), second->comPjz()->itemText(1)}),
+                 (QStringList{"1", "3", "5"}));
         (mostSimilar ? second->radQd() : second->radXs())->setChecked(true);
         second->comPjz()->setCurrentIndex(comboIndex);
+        dlg->previousButton()->click();
+        QVERIFY(onFirstPage());
+        toSecondStep();
+        QCOMPARE(dlg->nextPage(), second);
+        QCOMPARE(dlg->pages()->count(), 2);
         LtdInfo *server = dlg->initialPage()->getCurrServer();
         bool visibleAtSignal = true;
         QList<QPair<LtdInfo *, int>> got;
@@ -188,210 +193,173 @@ private slots:
             got << qMakePair(s, n);
         });
         dlg->okButton()->click();
-        QCOMPARE(got.size(), 1);
-        QCOMPARE(got.first().first, server);
-        QCOMPARE(got.first().second, matchNum);
+        QCOMPARE(got, (QList<QPair<LtdInfo *, int>>{qMakePair(server, matchNum)}));
         QVERIFY(!visibleAtSignal);
     }
 
-    void closingSendsNothing()
+    // The input rules alone, no window: time as shown, the check's time, the
+    // place label, the place handed on.
+    void inputs_data()
     {
-        open();
-        dlg->show();
-        toSecondStep();
-        QSignalSpy spy(dlg.get(), &TQdtjyjc::signalQdButtonClicked);
-        dlg->closeButton()->click();
-        QVERIFY(!dlg->isVisible());
-        dlg->show();
-        dlg->titleBar()->findChild<QPushButton *>(QStringLiteral("btnClose"))->click();
-        QVERIFY(!dlg->isVisible());
-        QCOMPARE(spy.count(), 0);
-    }
-
-    void settersBeforeTheFirstPageDoNothing()
-    {
-        TQdtjyjc bare;
-        QString sj = QStringLiteral("2024年03月"), dd = QStringLiteral("四川省"), hb = QStringLiteral("<2.0km");
-        bare.setSjDdHb(sj, dd, hb);
-        bare.setYyfwText(QStringLiteral("当前单位工程"));
-        QCOMPARE(bare.getSJ(), QString());
-        QCOMPARE(bare.getDD(), QString());
-        QVERIFY(fx->exceptionReports().isEmpty());
-    }
-
-    void timePlaceAltitudeAndScope_data()
-    {
-        QTest::addColumn<QString>("sj");
-        QTest::addColumn<QString>("dd");
-        QTest::addColumn<QString>("shownSj");
-        QTest::addColumn<QString>("shownDd");
-        QTest::addColumn<QString>("getSj");
+        QTest::addColumn<QString>("time");
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<QStringList>("expected");
         const QString month = QDate::currentDate().toString(QStringLiteral("yyyy年MM月"));
-        QTest::newRow("empty time is this month, empty place 无") << QString() << QString() << month
-                                                               << QStringLiteral("无") << month;
+        const QString may = QStringLiteral("2023年05月");
+        QTest::newRow("nothing: this month, 无") << "" << "" << QStringList{month, month, "无", ""};
         QTest::newRow("11 characters stay on one line")
-            << QStringLiteral("2023年05月") << QStringLiteral("新疆维吾尔自治区石河子") << QStringLiteral("2023年05月")
-            << QStringLiteral("新疆维吾尔自治区石河子") << QStringLiteral("2023年05月");
+            << may << "新疆维吾尔自治区石河子" << QStringList{may, may, "新疆维吾尔自治区石河子", "新疆维吾尔自治区石河子"};
         QTest::newRow("12 characters break after the 11th")
-            << QStringLiteral("2023年05月") << QStringLiteral("新疆维吾尔自治区石河子市") << QStringLiteral("2023年05月")
-            << QStringLiteral("新疆维吾尔自治区石河子\n市") << QStringLiteral("2023年05月");
-        QTest::newRow("time with a dash gives its second piece")
-            << QStringLiteral("2020-2023年05月") << QStringLiteral("四川省") << QStringLiteral("2020-2023年05月")
-            << QStringLiteral("四川省") << QStringLiteral("2023年05月");
+            << may << "新疆维吾尔自治区石河子市" << QStringList{may, may, "新疆维吾尔自治区石河子\n市", "新疆维吾尔自治区石河子市"};
+        QTest::newRow("a label's text reads back")
+            << may << "新疆维吾尔自治区石河子\n市" << QStringList{may, may, "新疆维吾尔自治区石河子\n市", "新疆维吾尔自治区石河子市"};
+        QTest::newRow("无 is none") << may << "无" << QStringList{may, may, "无", ""};
+        QTest::newRow("a time with a dash gives its second piece")
+            << "2020-2023年05月" << "四川省" << QStringList{"2020-2023年05月", may, "四川省", "四川省"};
     }
-    void timePlaceAltitudeAndScope()
+    void inputs()
     {
-        QFETCH(QString, sj);
-        QFETCH(QString, dd);
-        QFETCH(QString, shownSj);
-        QFETCH(QString, shownDd);
-        QFETCH(QString, getSj);
-        open();
-        QString hb = QStringLiteral("2.0km-3.0km");
-        dlg->setSjDdHb(sj, dd, hb);
-        dlg->setYyfwText(QStringLiteral("当前单位工程"));
-        TInitial *page = dlg->initialPage();
-        QCOMPARE(page->timeLabel()->text(), shownSj);
-        QCOMPARE(page->placeLabel()->text(), shownDd);
-        QCOMPARE(page->altitudeLabel()->text(), hb);
-        QCOMPARE(page->scopeLabel()->text(), QStringLiteral("当前单位工程"));
-        QCOMPARE(dlg->getSJ(), getSj);
-        QCOMPARE(dlg->getDD(), shownDd);
+        QFETCH(QString, time);
+        QFETCH(QString, place);
+        QFETCH(QStringList, expected);
+        PriceCheckInputs in;
+        in.setTime(PriceCheckInputs::timeOrThisMonth(time));
+        in.setPlace(place);
+        QCOMPARE((QStringList{in.time(), in.checkTime(), in.placeLabel(), in.place()}), expected);
+        QCOMPARE(in.placeText(), QString(in.placeLabel()).remove(QLatin1Char('\n')));
+        for (const auto &count : {qMakePair(1, 0), qMakePair(3, 1), qMakePair(5, 2), qMakePair(4, 0)}) {
+            in.setMatchNum(count.first);
+            QCOMPARE(in.matchIndex(), count.second);
+        }
     }
 
-    void modifyFollowsTheDialogAndReportsWithoutBreaks()
+    // The influence factors: the labels follow the dialog at once; a synced
+    // choice goes back to the project as one undo step.
+    void modify_data()
     {
+        QTest::addColumn<QString>("time");
+        QTest::addColumn<QString>("place"); // "" clears it
+        QTest::addColumn<bool>("sync");
+        QTest::addColumn<bool>("afterStepTwo");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QStringList>("settings"); // time, place, place code afterwards
+        const QStringList before{"2023年05月", "新疆维吾尔自治区石河子市", "659001"};
+        QTest::newRow("synced") << "2024年01月" << "四川省成都市金牛区" << true << false << "四川省成都市金牛区"
+                                << QStringList{"2024年01月", "四川省成都市金牛区", "510106"};
+        QTest::newRow("cleared, synced") << "2023年05月" << "" << true << false << "无"
+                                         << QStringList{"2023年05月", "", ""};
+        QTest::newRow("long place, not synced") << "2024年01月" << "四川省成都市金牛区西华街道办事处" << false << false
+                                                << "四川省成都市金牛区西华\n街道办事处" << before;
+        QTest::newRow("unchanged, synced") << "2023年05月" << "新疆维吾尔自治区石河子市" << true << false
+                                           << "新疆维吾尔自治区石河子\n市" << before;
+        // Time and place are fixed once the second step was shown.
+        QTest::newRow("synced after step two") << "2024年01月" << "四川省成都市金牛区" << true << true
+                                               << "四川省成都市金牛区" << before;
+    }
+    void modify()
+    {
+        QFETCH(QString, time);
+        QFETCH(QString, place);
+        QFETCH(bool, sync);
+        QFETCH(bool, afterStepTwo);
+        QFETCH(QString, label);
+        QFETCH(QStringList, settings);
         open();
-        QString sj = QStringLiteral("2023年05月"), dd = QStringLiteral("新疆维吾尔自治区石河子市"), hb;
-        dlg->setSjDdHb(sj, dd, hb);
-        QSignalSpy forwarded(dlg.get(), &TQdtjyjc::signalYxysChanged);
-        QString seenTime, seenPlace, labelDuringRun;
+        const QStringList before = this->settings();
+        if (afterStepTwo) {
+            toSecondStep();
+            dlg->previousButton()->click();
+        }
+        QSignalSpy fromPage(dlg->initialPage(), &TInitial::signalYxysChanged);
+        QStringList seen;
         fx->answerNextModal([&](QDialog *d) {
             auto *yxys = qobject_cast<TQdtjyjc_Yxys *>(d);
-            if (!yxys)
-                return 0;
-            seenTime = yxys->timeField()->text();
-            seenPlace = yxys->placeField()->text();
-            yxys->placeField()->setText(QStringLiteral("四川省成都市金牛区西华街道办事处"));
+            seen << yxys->timeField()->text() << yxys->placeField()->text();
+            yxys->syncBox()->setChecked(sync);
+            yxys->timeField()->setText(time);
+            if (place.isEmpty())
+                yxys->clearButton()->click();
+            else
+                yxys->placeField()->setText(place);
             yxys->confirmButton()->click();
-            labelDuringRun = dlg->initialPage()->placeLabel()->text();
+            seen << dlg->initialPage()->placeLabel()->text();
             return d->result();
         });
         dlg->initialPage()->modifyButton()->click();
-        QCOMPARE(seenTime, QStringLiteral("2023年05月"));
-        QCOMPARE(seenPlace, QStringLiteral("新疆维吾尔自治区石河子市"));
-        QCOMPARE(labelDuringRun, QStringLiteral("四川省成都市金牛区西华\n街道办事处"));
-        QCOMPARE(forwarded.count(), 1);
-        QCOMPARE(forwarded.at(0).at(0).toString(), QStringLiteral("2023年05月"));
-        QCOMPARE(forwarded.at(0).at(1).toString(), QStringLiteral("四川省成都市金牛区西华街道办事处"));
+        QCOMPARE(seen, (QStringList{"2023年05月", "新疆维吾尔自治区石河子市", label}));
+        QCOMPARE(fromPage.count(), sync ? 1 : 0);
+        if (sync)
+            QCOMPARE((QStringList{fromPage.at(0).at(0).toString(), fromPage.at(0).at(1).toString()}),
+                     (QStringList{time, place}));
+        QCOMPARE(this->settings(), settings);
+        QUndoStack *stack = RURecordControl::undoStack();
+        QCOMPARE(stack->count(), settings == before ? 0 : 1);
+        if (stack->count()) {
+            QCOMPARE(stack->undoText(), QStringLiteral("修改工程设置"));
+            stack->undo();
+            QCOMPARE(this->settings(), before);
+            stack->redo();
+            QCOMPARE(this->settings(), settings);
+        }
         QCOMPARE(dlg->initialPage()->findChildren<TQdtjyjc_Yxys *>().size(), 0);
     }
 
-    void modifyReportsAnEmptyPlaceForNone()
+    // Logins elsewhere bring the wizard back to page one with a fresh list,
+    // until it closes; closing sends no result.
+    void brokerSignals_data()
     {
-        open();
-        QString sj = QStringLiteral("2023年05月"), dd = QStringLiteral("四川省"), hb;
-        dlg->setSjDdHb(sj, dd, hb);
-        QSignalSpy forwarded(dlg.get(), &TQdtjyjc::signalYxysChanged);
-        fx->answerNextModal([](QDialog *d) {
-            auto *yxys = qobject_cast<TQdtjyjc_Yxys *>(d);
-            yxys->clearButton()->click();
-            yxys->confirmButton()->click();
-            return d->result();
-        });
-        dlg->initialPage()->modifyButton()->click();
-        QCOMPARE(dlg->initialPage()->placeLabel()->text(), QStringLiteral("无"));
-        QCOMPARE(forwarded.count(), 1);
-        QCOMPARE(forwarded.at(0).at(1).toString(), QString());
+        QTest::addColumn<int>("closeBy"); // -1 open, 0 "关闭", 1 caption button, 2 Esc
+        QTest::addColumn<int>("signal");  // kvyForceExit, priForceExit, priLogin
+        QTest::newRow("kvyForceExit") << -1 << 0;
+        QTest::newRow("priForceExit") << -1 << 1;
+        QTest::newRow("priLogin elsewhere") << -1 << 2;
+        QTest::newRow("closed by 关闭") << 0 << 0;
+        QTest::newRow("closed by the caption button") << 1 << 1;
+        QTest::newRow("closed by Esc") << 2 << 2;
     }
-
-    void modifyWithoutSyncReportsNothing()
+    void brokerSignals()
     {
-        open();
-        QSignalSpy forwarded(dlg.get(), &TQdtjyjc::signalYxysChanged);
-        fx->answerNextModal([](QDialog *d) {
-            auto *yxys = qobject_cast<TQdtjyjc_Yxys *>(d);
-            yxys->syncBox()->setChecked(false);
-            yxys->placeField()->setText(QStringLiteral("四川省"));
-            yxys->confirmButton()->click();
-            return d->result();
-        });
-        dlg->initialPage()->modifyButton()->click();
-        QCOMPARE(dlg->initialPage()->placeLabel()->text(), QStringLiteral("四川省"));
-        QCOMPARE(forwarded.count(), 0);
-    }
-
-    void forwardingEndsWithTheSecondStep()
-    {
-        open();
-        QSignalSpy forwarded(dlg.get(), &TQdtjyjc::signalYxysChanged);
-        QSignalSpy fromPage(dlg->initialPage(), &TInitial::signalYxysChanged);
-        toSecondStep();
-        dlg->previousButton()->click();
-        fx->answerNextModal([](QDialog *d) {
-            qobject_cast<TQdtjyjc_Yxys *>(d)->confirmButton()->click();
-            return d->result();
-        });
-        dlg->initialPage()->modifyButton()->click();
-        QCOMPARE(fromPage.count(), 1);
-        QCOMPARE(forwarded.count(), 0);
-    }
-
-    void forcedLogoutReturnsToTheFirstPage_data()
-    {
-        QTest::addColumn<int>("kind");
-        QTest::newRow("kvyForceExit") << 0;
-        QTest::newRow("priForceExit") << 1;
-        QTest::newRow("priLogin elsewhere") << 2;
-    }
-    void forcedLogoutReturnsToTheFirstPage()
-    {
-        QFETCH(int, kind);
-        open();
-        toSecondStep();
-        const int before = listRequests();
-        fx->channel().replyOk(serverList());
-        staticPriLoginObj *broker = staticPriLoginObj::GetInstance();
-        if (kind == 0)
-            emit broker->kvyForceExit();
-        else if (kind == 1)
-            emit broker->priForceExit(QStringLiteral("华东企业"));
-        else
-            emit broker->priLogin(QStringLiteral("华东企业"));
-        QCOMPARE(listRequests(), before + 1);
-        QCOMPARE(dlg->currentStep(), short(0));
-        QCOMPARE(dlg->pages()->currentPage(), static_cast<QWidget *>(dlg->initialPage()));
-        QVERIFY(dlg->previousButton()->isHidden() && dlg->okButton()->isHidden());
-        QVERIFY(!dlg->nextButton()->isHidden());
-    }
-
-    void ownLoginIgnoresTheBrokersLogin()
-    {
-        open();
-        const int before = listRequests();
-        int duringLogin = -1;
-        fx->answerNextModal([&](QDialog *d) {
-            emit staticPriLoginObj::GetInstance()->priLogin(QStringLiteral("华东企业"));
-            duringLogin = listRequests();
-            return cancelLogin()(d);
-        });
-        // 华东企业 is not logged in: choosing it starts this page's own login.
-        emit dlg->initialPage()->serverCombo()->signalCurrentItemChanged(2);
-        QCOMPARE(fx->modalRuns().size(), 1);
-        QCOMPARE(duringLogin, before);
-    }
-
-    void brokerIsLeftAloneAfterClosing()
-    {
+        QFETCH(int, closeBy);
+        QFETCH(int, signal);
         open();
         dlg->show();
         toSecondStep();
-        dlg->closeButton()->click();
+        QSignalSpy results(dlg.get(), &TQdtjyjc::signalQdButtonClicked);
+        if (closeBy == 0)
+            dlg->closeButton()->click();
+        else if (closeBy == 1)
+            dlg->titleBar()->findChild<QPushButton *>(QStringLiteral("btnClose"))->click();
+        else if (closeBy == 2)
+            QTest::keyClick(dlg.get(), Qt::Key_Escape);
+        QCOMPARE(dlg->isVisible(), closeBy < 0);
         const int before = listRequests();
+        fx->channel().replyOk(serverList());
+        staticPriLoginObj *broker = staticPriLoginObj::GetInstance();
+        if (signal == 0)
+            emit broker->kvyForceExit();
+        else if (signal == 1)
+            emit broker->priForceExit(QStringLiteral("华东企业"));
+        else
+            emit broker->priLogin(QStringLiteral("华东企业"));
+        QCOMPARE(listRequests(), closeBy < 0 ? before + 1 : before);
+        QCOMPARE(onFirstPage(), closeBy < 0);
+        QCOMPARE(results.count(), 0);
+    }
+
+    void failedReloadIsReportedUnderTheWizard()
+    {
+        struct Down : CloudChannel
+        {
+            CloudCall *start(const QJsonObject &, const QString &) override { throw std::runtime_error("down"); }
+            QString name() const override { return QStringLiteral("down"); }
+        };
+        open();
+        ServicesUtil::setChannel(std::make_shared<Down>());
         emit staticPriLoginObj::GetInstance()->kvyForceExit();
-        emit staticPriLoginObj::GetInstance()->priForceExit(QStringLiteral("华东企业"));
-        QCOMPARE(listRequests(), before);
-        QCOMPARE(dlg->currentStep(), short(1));
+        QCOMPARE(fx->exceptionReports().size(), 1);
+        QVERIFY2(fx->exceptionReports().first().contains(
+                     QRegularExpression(R"(down \(Qddjyjc:\d+ TInitial::requestServerList\)$)")),
+                 qPrintable(fx->exceptionReports().first()));
     }
 };
 

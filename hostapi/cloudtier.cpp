@@ -1,7 +1,7 @@
 #include "cloudtier.h"
 
-#include <hostapi/hostconstants.h>
-#include <hostapi/ltdinfo.h>
+#include "hostconstants.h"
+#include "ltdinfo.h"
 
 CloudTier tierOf(const LtdInfo *server)
 {
