@@ -1,4 +1,4 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
 #include <billdetailpanel.h>
 #include <billtreemodel.h>
@@ -27,8 +27,6 @@
 #include <QTreeView>
 #include <QUndoStack>
 #include <QtTest>
-
-#include <memory>
 
 namespace {
 int s_tourOpens = 0;
@@ -62,17 +60,15 @@ QWidget *openNonModal(HostContext &host)
 }
 }
 
-class TestHostApp : public QObject
+class TestHostApp : public HostTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
     std::unique_ptr<ProjectDocument> project;
 
 private slots:
     void init()
     {
-        fx = std::make_unique<HostFixture>();
+        HostTestCase::init();
         project = std::make_unique<ProjectDocument>();
         QString error;
         QVERIFY2(project->loadFile(ProjectDocument::samplePath(), &error), qPrintable(error));
@@ -80,7 +76,7 @@ private slots:
     void cleanup()
     {
         project.reset();
-        fx.reset();
+        HostTestCase::cleanup();
     }
 
     void sampleProjectCounts()

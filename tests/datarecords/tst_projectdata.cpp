@@ -1,4 +1,4 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
 #include <hostapi/business.h>
 #include <hostapi/configuration.h>
@@ -7,25 +7,16 @@
 #include <hostapi/undo.h>
 
 #include <QSignalSpy>
-#include <QtConcurrent>
-
-#include <atomic>
 #include <QUndoStack>
+#include <QtConcurrent>
 #include <QtTest>
 
-#include <memory>
+#include <atomic>
 
 namespace {
 ProjectSettingsInfo sampleSettings()
 {
-    ProjectSettingsInfo p;
-    p.time = QStringLiteral("2024年05月");
-    p.place = QStringLiteral("四川省成都市金牛区");
-    p.placeCode = QStringLiteral("510106");
-    p.altitude = QStringLiteral("500m");
-    p.taxMode = QStringLiteral("简易计税");
-    p.scope = QStringLiteral("分部分项");
-    return p;
+    return ProjectSettingsInfo{"2024年05月", "四川省成都市金牛区", "510106", "500m", "简易计税", "分部分项"};
 }
 
 std::unique_ptr<BaseDataItem> bill(qint64 id, const QString &code)
@@ -36,17 +27,15 @@ std::unique_ptr<BaseDataItem> bill(qint64 id, const QString &code)
 }
 }
 
-class TestProjectData : public QObject
+class TestProjectData : public HostTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
     std::unique_ptr<QUndoStack> stack;
 
 private slots:
     void init()
     {
-        fx = std::make_unique<HostFixture>();
+        HostTestCase::init();
         stack = std::make_unique<QUndoStack>();
         RURecordControl::setUndoStack(stack.get());
     }
@@ -55,7 +44,7 @@ private slots:
         RURecordControl::abandonRecord();
         RURecordControl::setUndoStack(nullptr);
         stack.reset();
-        fx.reset();
+        HostTestCase::cleanup();
     }
 
     void settingsPersistAcrossReads()
@@ -66,7 +55,7 @@ private slots:
         g.project = sampleSettings();
         g.bzqdChecked = false;
         g.jlqdChecked = true;
-        const QString key = GlobalSettingsInfo::selectionKey(QStringLiteral("u1"), QStringLiteral("kv_token"), 0);
+        const QString key = GlobalSettingsInfo::selectionKey("u1", QStringLiteral("kv_token"), 0);
         g.setProjectSelection(key, QJsonArray{QJsonObject{{"tid", "p1"}, {"xmmc", "某住宅楼"}}});
         ProjectSettingHelper::SetGlobalSettingsInfo(g);
         QCOMPARE(changed.count(), 1);
@@ -137,16 +126,16 @@ private slots:
     void oneRecordIsOneUndoStep()
     {
         JJBTableBase table(QStringLiteral("分部分项"), JJBTableBase::BillTableKind);
-        BaseDataItem *a = table.rootItem()->appendChild(bill(1, QStringLiteral("030404017001")));
-        BaseDataItem *b = table.rootItem()->appendChild(bill(2, QStringLiteral("030411001001")));
-        a->setData(BaseDataItem::FeaturesRole, QStringLiteral("旧特征"));
+        BaseDataItem *a = table.rootItem()->appendChild(bill(1, "030404017001"));
+        BaseDataItem *b = table.rootItem()->appendChild(bill(2, "030411001001"));
+        a->setData(BaseDataItem::FeaturesRole, "旧特征");
 
-        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 8, QStringLiteral("修改项目特征")));
-        a->setData(BaseDataItem::FeaturesRole, QStringLiteral("新特征1"));
-        a->setData(BaseDataItem::FeaturesRole, QStringLiteral("新特征2"));
-        b->setData(BaseDataItem::FeaturesRole, QStringLiteral("新特征B"));
-        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 8, QStringLiteral("inner")));
-        b->setData(BaseDataItem::NameRole, QStringLiteral("配管"));
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 8, "修改项目特征"));
+        a->setData(BaseDataItem::FeaturesRole, "新特征1");
+        a->setData(BaseDataItem::FeaturesRole, "新特征2");
+        b->setData(BaseDataItem::FeaturesRole, "新特征B");
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 8, "inner"));
+        b->setData(BaseDataItem::NameRole, "配管");
         RURecordControl::EndRecord();
         QCOMPARE(stack->count(), 0);
         RURecordControl::EndRecord();
@@ -166,9 +155,9 @@ private slots:
     {
         BaseDataItem item(1);
         RURecordControl::EndRecord();
-        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(nullptr, 8, QStringLiteral("x")));
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(nullptr, 8, "x"));
         RURecordControl::EndRecord();
-        item.setData(BaseDataItem::NameRole, QStringLiteral("outside"));
+        item.setData(BaseDataItem::NameRole, "outside");
         QCOMPARE(stack->count(), 0);
         QVERIFY(!RURecordControl::IsRecording());
     }
@@ -182,7 +171,7 @@ private slots:
         GljBean *stored = table.addMaterial(m);
         int seen = 0;
         table.setChangeObserver([&seen](GljBean *) { ++seen; });
-        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 0, QStringLiteral("材料价格选用")));
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 0, "材料价格选用"));
         GljBean changed = *stored;
         changed.SetTj(12.34);
         table.updateMaterial(table.materialByGuid(5), changed);
@@ -196,11 +185,11 @@ private slots:
     void observerSeesUndo()
     {
         BaseDataItem root(0, BaseDataItem::ProjectKind);
-        BaseDataItem *child = root.appendChild(bill(9, QStringLiteral("1")));
+        BaseDataItem *child = root.appendChild(bill(9, "1"));
         QList<int> roles;
         root.setChangeObserver([&roles](BaseDataItem *, int role) { roles << role; });
         RURecordControl::BeginRecord(TableRedoUIInfo());
-        child->setData(BaseDataItem::UnitRole, QStringLiteral("m"));
+        child->setData(BaseDataItem::UnitRole, "m");
         RURecordControl::EndRecord();
         stack->undo();
         QCOMPARE(roles, (QList<int>{BaseDataItem::UnitRole, BaseDataItem::UnitRole}));
@@ -226,8 +215,8 @@ private slots:
         auto section = std::make_unique<BaseDataItem>(10, BaseDataItem::SectionKind);
         section->setExclude(true);
         BaseDataItem *sec = root.appendChild(std::move(section));
-        BaseDataItem *inner = sec->appendChild(bill(11, QStringLiteral("011701001001")));
-        BaseDataItem *free = root.appendChild(bill(12, QStringLiteral("030404017001")));
+        BaseDataItem *inner = sec->appendChild(bill(11, "011701001001"));
+        BaseDataItem *free = root.appendChild(bill(12, "030404017001"));
         QVERIFY(inner->IsExcludeInChain());
         QVERIFY(!free->IsExcludeInChain());
         QCOMPARE(root.bills(), (QList<BaseDataItem *>{inner, free}));
@@ -241,7 +230,7 @@ private slots:
     void itemValuesReadFromWorkers()
     {
         BaseDataItem item(1);
-        item.setData(BaseDataItem::NameRole, QStringLiteral("配管"));
+        item.setData(BaseDataItem::NameRole, "配管");
         std::atomic<bool> stop{false};
         std::atomic<int> bad{0};
         auto reader = QtConcurrent::run([&] {

@@ -1,28 +1,13 @@
-#include "hostfixture.h"
-#include "servicetestbase.h"
-
-#include <service/serviceseed.h>
+#include "servicetestcase.h"
 
 #include <QtTest>
 
-using namespace reply;
+using namespace cloudjson;
 
 // Bill libraries, chapter trees, saving tasks and the upload of their bills.
-class TestLibraries : public QObject
+class TestLibraries : public ServiceTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-    std::unique_ptr<ServiceTestBase> svc;
-    QString session;
-    QString east; // demo is admin
-    QString west; // demo is reader
-
-    QJsonObject call(const QString &token, const QString &method, QJsonObject fields = QJsonObject())
-    {
-        fields.insert(QStringLiteral("method"), method);
-        return svc->call(token, fields, session);
-    }
     QString personalLibrary(const QString &name)
     {
         const QJsonArray libs = array(call("kv_token_user", "getBZQDKList", {{"reqeuestype", 0}, {"qyid", -1}}));
@@ -52,22 +37,6 @@ private:
     }
 
 private slots:
-    void initTestCase() { ServiceTestBase::prepareTemplate(); }
-    void cleanupTestCase() { ServiceTestBase::dropTemplate(); }
-    void init()
-    {
-        fx = std::make_unique<HostFixture>();
-        svc = std::make_unique<ServiceTestBase>();
-        session = ServiceTestBase::session("demo");
-        east = ServiceTestBase::enterpriseToken("demo", ServiceSeed::EastEnterprise);
-        west = ServiceTestBase::enterpriseToken("demo", ServiceSeed::WestEnterprise);
-    }
-    void cleanup()
-    {
-        svc.reset();
-        fx.reset();
-    }
-
     void listsLibrariesOfEachTier()
     {
         QCOMPARE(texts(array(call("kv_token_user", "getBZQDKList", {{"reqeuestype", 0}, {"qyid", 0}})), "mc"),
@@ -78,14 +47,6 @@ private slots:
                  (QStringList{"Korvane案例清单库"}));
         const QJsonArray ids = array(call("kv_token_user", "getBZQDKList", {{"reqeuestype", 0}, {"qyid", 0}}));
         QVERIFY(ids.at(0).toObject().value("id").isString());
-    }
-
-    void notLoggedInIsRefused()
-    {
-        session.clear();
-        const QJsonObject r = call("kv_token_user", "getBZQDKList", {{"reqeuestype", 0}, {"qyid", 0}});
-        QCOMPARE(code(r), 2);
-        QCOMPARE(msg(r), QStringLiteral("未登录Korvane云或登录已失效，请重新登录"));
     }
 
     void newLibraryNames_data()
@@ -138,6 +99,8 @@ private slots:
         QTest::addColumn<QJsonObject>("fields");
         QTest::addColumn<int>("expectedCode");
         QTest::addColumn<QString>("message");
+        QTest::newRow("not logged in") << "anonymous" << "getBZQDKList" << QJsonObject{{"qyid", 0}} << 2
+                                       << "未登录Korvane云或登录已失效，请重新登录";
         QTest::newRow("personal") << "personal" << "listeditpermissionjudgmentforperson"
                                   << QJsonObject{{"qiyeID", -1}, {"usetype", 1}} << 0 << "成功";
         QTest::newRow("enterprise admin") << "east" << "listeditpermissionjudgmentforenterprise"
@@ -170,12 +133,9 @@ private slots:
         QFETCH(QJsonObject, fields);
         QFETCH(int, expectedCode);
         QFETCH(QString, message);
-        const QString token = tokenKind == "personal" ? QStringLiteral("kv_token_user")
-            : tokenKind == "korvane"                  ? QStringLiteral("kv_token")
-            : tokenKind == "bigdata"                  ? QStringLiteral("kv_token_bigdata")
-            : tokenKind == "east"                     ? east
-                                                      : west;
-        const QJsonObject r = call(token, method, fields);
+        if (tokenKind == "anonymous")
+            session.clear();
+        const QJsonObject r = call(tokenOf(tokenKind == "anonymous" ? "personal" : tokenKind), method, fields);
         QCOMPARE(code(r), expectedCode);
         QCOMPARE(msg(r), message);
     }
@@ -268,8 +228,7 @@ private slots:
 
     void chapterInfoForUploadWithoutToken()
     {
-        QJsonObject req = ServiceTestBase::request(QString(), QJsonObject{{"method", "personchapterinfoforuploadqd"}});
-        const QJsonObject r = svc->service().handle(req, session);
+        const QJsonObject r = svc->call(QString(), method("personchapterinfoforuploadqd"), session);
         QCOMPARE(code(r), 0);
         QCOMPARE(texts(array(r), "mc"), (QStringList{"我的清单库", "我的安装清单库"}));
         const QJsonArray zjs = array(r).at(0).toObject().value("zjs").toArray();

@@ -1,28 +1,13 @@
-#include "hostfixture.h"
-#include "servicetestbase.h"
-
-#include <service/serviceseed.h>
+#include "servicetestcase.h"
 
 #include <QtTest>
 
-using namespace reply;
+using namespace cloudjson;
 
 // Material price libraries, their edits, price saves and price checks.
-class TestMaterials : public QObject
+class TestMaterials : public ServiceTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-    std::unique_ptr<ServiceTestBase> svc;
-    QString session;
-    QString east;
-    QString west;
-
-    QJsonObject call(const QString &token, const QString &method, QJsonObject fields = QJsonObject())
-    {
-        fields.insert(QStringLiteral("method"), method);
-        return svc->call(token, fields, session);
-    }
     QStringList personalNames()
     {
         return texts(object(call("kv_token_user", "materiallist")).value("sjksys").toArray(), "kmms");
@@ -30,22 +15,6 @@ private:
     static QJsonObject cement() { return QJsonObject{{"guid", 11}, {"clmc", "普通硅酸盐水泥"}, {"ggxh", "P.O 42.5"}, {"dw", "t"}}; }
 
 private slots:
-    void initTestCase() { ServiceTestBase::prepareTemplate(); }
-    void cleanupTestCase() { ServiceTestBase::dropTemplate(); }
-    void init()
-    {
-        fx = std::make_unique<HostFixture>();
-        svc = std::make_unique<ServiceTestBase>();
-        session = ServiceTestBase::session("demo");
-        east = ServiceTestBase::enterpriseToken("demo", ServiceSeed::EastEnterprise);
-        west = ServiceTestBase::enterpriseToken("demo", ServiceSeed::WestEnterprise);
-    }
-    void cleanup()
-    {
-        svc.reset();
-        fx.reset();
-    }
-
     void listsOfEachTier()
     {
         const QJsonObject personal = call("kv_token_user", "materiallist");
@@ -94,12 +63,11 @@ private slots:
         QCOMPARE(code(call(west, "enterprisematrialedit", {{"kuName", "x"}, {"oper", 1}, {"qiyeId", 1002}})), 3);
         QCOMPARE(array(call(west, "getenterprisepricelist", {{"klb", "cj"}, {"qiyeID", 1002}})).size(), 1);
         // Writer (zhangsan in east) may create but not delete.
-        const QString writer = ServiceTestBase::enterpriseToken("zhangsan", ServiceSeed::EastEnterprise);
-        const QJsonObject made = svc->call(writer, {{"method", "enterprisematrialedit"}, {"kuName", "张三建的价表"}, {"oper", 1}, {"qiyeId", 1001}},
-                                           ServiceTestBase::session("zhangsan"));
+        session = ServiceTestBase::session("zhangsan");
+        const QString writer = tokenOf("east", "zhangsan");
+        const QJsonObject made = call(writer, "enterprisematrialedit", {{"kuName", "张三建的价表"}, {"oper", 1}, {"qiyeId", 1001}});
         QCOMPARE(code(made), 0);
-        const QJsonObject del = svc->call(writer, {{"method", "enterprisematrialedit"}, {"sjksyid", object(made).value("_id")}, {"oper", 3}, {"qiyeId", 1001}},
-                                          ServiceTestBase::session("zhangsan"));
+        const QJsonObject del = call(writer, "enterprisematrialedit", {{"sjksyid", object(made).value("_id")}, {"oper", 3}, {"qiyeId", 1001}});
         QCOMPARE(code(del), 3);
         QCOMPARE(msg(del), QStringLiteral("只有企业管理员可以执行该操作"));
         // The Korvane cloud is read-only.

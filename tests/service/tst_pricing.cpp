@@ -1,27 +1,14 @@
-#include "hostfixture.h"
-#include "servicetestbase.h"
-
-#include <service/serviceseed.h>
+#include "servicetestcase.h"
 
 #include <QJsonDocument>
 #include <QtTest>
 
-using namespace reply;
+using namespace cloudjson;
 
 // Matching methods and the information behind matched bills.
-class TestPricing : public QObject
+class TestPricing : public ServiceTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-    std::unique_ptr<ServiceTestBase> svc;
-    QString session;
-
-    QJsonObject call(const QString &token, const QString &method, QJsonObject fields = QJsonObject())
-    {
-        fields.insert(QStringLiteral("method"), method);
-        return svc->call(token, fields, session);
-    }
     static QJsonObject trenchBill()
     {
         return QJsonObject{{"qdbh", "010101003005"}, {"xmmc", "挖沟槽土方"}, {"dw", "m3"},
@@ -38,20 +25,6 @@ private:
     }
 
 private slots:
-    void initTestCase() { ServiceTestBase::prepareTemplate(); }
-    void cleanupTestCase() { ServiceTestBase::dropTemplate(); }
-    void init()
-    {
-        fx = std::make_unique<HostFixture>();
-        svc = std::make_unique<ServiceTestBase>();
-        session = ServiceTestBase::session("demo");
-    }
-    void cleanup()
-    {
-        svc.reset();
-        fx.reset();
-    }
-
     void getppqdReturnsPricedBillsWithCompositions()
     {
         const QJsonObject r = ppqd("kv_token_user", 3);
@@ -151,7 +124,7 @@ private slots:
         QFETCH(int, oper);
         const bool enterprise = token == "east";
         if (enterprise)
-            token = ServiceTestBase::enterpriseToken("demo", ServiceSeed::EastEnterprise);
+            token = east;
         const QJsonObject bill = array(ppqd(token, 2, 1, QJsonArray(), token == "kv_token" ? "3" : enterprise ? "2" : "1",
                                             enterprise ? "1001" : "0"))
                                      .at(0).toObject();
@@ -242,7 +215,6 @@ private slots:
 
     void accumulatedProjectsByTier()
     {
-        const QString east = ServiceTestBase::enterpriseToken("demo", ServiceSeed::EastEnterprise);
         QCOMPARE(texts(array(call(east, "getaccumulatedprojects", {{"qiyeID", 1001}, {"usetype", 2}})), "xmmc"),
                  QStringList{"南京市江北新区人才公寓"});
         const QJsonArray kv = array(call("kv_token", "getaccumulatedprojects", {{"qiyeID", 0}, {"usetype", 3}}));

@@ -1,4 +1,5 @@
-#include "hostfixture.h"
+#include "cloudjson.h"
+#include "hosttestcase.h"
 #include "servicetestbase.h"
 
 #include <service/servicecore.h>
@@ -15,16 +16,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-using namespace reply;
+using namespace cloudjson;
 
 // Storage: transactions, migrations, a killed writer, concurrent callers,
 // and the deterministic seed.
-class TestServiceStorage : public QObject
+class TestServiceStorage : public HostTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-
     static int count(ServiceDb &db, const QString &table)
     {
         return db.scalar(QStringLiteral("SELECT COUNT(*) FROM ") + table).toInt();
@@ -34,7 +32,7 @@ private:
         ServiceDb db(QDir(dir).filePath(ServiceCore::databaseFileName()));
         db.open();
         QStringList rows;
-        QSqlQuery q = db.exec(QStringLiteral("SELECT tier, owner, source, qdbh, xmmc, jldw, zhdj, zjnr FROM bills ORDER BY id"));
+        QSqlQuery q = db.exec("SELECT tier, owner, source, qdbh, xmmc, jldw, zhdj, zjnr FROM bills ORDER BY id");
         while (q.next())
             rows.append(QStringList{q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString(),
                                     q.value(4).toString(), q.value(5).toString(), q.value(6).toString(), q.value(7).toString()}
@@ -43,9 +41,6 @@ private:
     }
 
 private slots:
-    void init() { fx = std::make_unique<HostFixture>(); }
-    void cleanup() { fx.reset(); }
-
     void failedWriteLeavesNothing()
     {
         QTemporaryDir dir;
@@ -55,7 +50,7 @@ private slots:
         bool threw = false;
         try {
             db.write([&] {
-                db.exec(QStringLiteral("INSERT INTO enterprises(id, name) VALUES(1, 'a')"));
+                db.exec("INSERT INTO enterprises(id, name) VALUES(1, 'a')");
                 throw ServiceError(ServiceError::BadRequest, QStringLiteral("x"));
             });
         } catch (const ServiceError &) {
@@ -74,10 +69,10 @@ private slots:
         if (pid == 0) {
             ServiceDb db(path);
             db.open();
-            db.write([&] { db.exec(QStringLiteral("INSERT INTO enterprises(id, name) VALUES(1, 'kept')")); });
+            db.write([&] { db.exec("INSERT INTO enterprises(id, name) VALUES(1, 'kept')"); });
             db.write([&] {
                 for (int i = 2; i < 200; ++i)
-                    db.exec(QStringLiteral("INSERT INTO enterprises(id, name) VALUES(?, ?)"), {i, QString::number(i)});
+                    db.exec("INSERT INTO enterprises(id, name) VALUES(?, ?)", {i, QString::number(i)});
                 _exit(0); // killed in the middle of the transaction
             });
             _exit(1);
@@ -87,8 +82,8 @@ private slots:
         ServiceDb db(path);
         db.open();
         QCOMPARE(count(db, "enterprises"), 1);
-        QCOMPARE(db.scalar(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
-        QCOMPARE(db.scalar(QStringLiteral("PRAGMA journal_mode")).toString(), QStringLiteral("wal"));
+        QCOMPARE(db.scalar("PRAGMA integrity_check").toString(), QStringLiteral("ok"));
+        QCOMPARE(db.scalar("PRAGMA journal_mode").toString(), QStringLiteral("wal"));
     }
 
     void migratesAnOlderFile()
@@ -102,15 +97,15 @@ private slots:
             for (const char *index : {"idx_sessions_user", "idx_chapters_parent", "idx_bills_scope", "idx_bills_project",
                                       "idx_projects_scope", "idx_prices_library"})
                 db.exec(QStringLiteral("DROP INDEX ") + QLatin1String(index));
-            db.exec(QStringLiteral("ALTER TABLE enterprise_sessions DROP COLUMN kind"));
-            db.exec(QStringLiteral("PRAGMA user_version = 1"));
+            db.exec("ALTER TABLE enterprise_sessions DROP COLUMN kind");
+            db.exec("PRAGMA user_version = 1");
         }
         ServiceDb db(path);
         db.open();
         QCOMPARE(db.schemaVersion(), ServiceDb::latestVersion());
         QCOMPARE(db.schemaVersion(), 3);
-        db.exec(QStringLiteral("SELECT kind FROM enterprise_sessions"));
-        QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE name = 'idx_bills_scope'")).toInt(), 1);
+        db.exec("SELECT kind FROM enterprise_sessions");
+        QCOMPARE(db.scalar("SELECT COUNT(*) FROM sqlite_master WHERE name = 'idx_bills_scope'").toInt(), 1);
     }
 
     void concurrentCallersAllServed()
@@ -159,19 +154,19 @@ private slots:
 
         ServiceDb db(QDir(a.path()).filePath(ServiceCore::databaseFileName()));
         db.open();
-        QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM bills b JOIN libraries l ON l.id = b.library_id"
-                                          " WHERE l.name = 'GB/T 50856-2024 通用安装工程标准清单'")).toInt(), 1182);
+        QCOMPARE(db.scalar("SELECT COUNT(*) FROM bills b JOIN libraries l ON l.id = b.library_id"
+                                          " WHERE l.name = 'GB/T 50856-2024 通用安装工程标准清单'").toInt(), 1182);
         // Six books of real project bills, each an accumulated project with every bill composed.
-        QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM projects WHERE jjde LIKE '%定额%' AND jjde <> '四川省2020清单计价定额'")).toInt(), 6);
-        QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM bills b JOIN projects p ON p.id = b.project_id"
-                                          " WHERE p.jjde LIKE '%定额%' AND p.jjde <> '四川省2020清单计价定额'")).toInt(), 571);
-        QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM bills WHERE source = 2 AND (zjnr NOT LIKE '{\"zjnr\":[{\"TYPE\":\"DE\"%'"
-                                          " AND zjnr NOT LIKE '{\"zjnr\":[{%\"TYPE\":\"DE\"%') ")).toInt(), 0);
+        QCOMPARE(db.scalar("SELECT COUNT(*) FROM projects WHERE jjde LIKE '%定额%' AND jjde <> '四川省2020清单计价定额'").toInt(), 6);
+        QCOMPARE(db.scalar("SELECT COUNT(*) FROM bills b JOIN projects p ON p.id = b.project_id"
+                                          " WHERE p.jjde LIKE '%定额%' AND p.jjde <> '四川省2020清单计价定额'").toInt(), 571);
+        QCOMPARE(db.scalar("SELECT COUNT(*) FROM bills WHERE source = 2 AND (zjnr NOT LIKE '{\"zjnr\":[{\"TYPE\":\"DE\"%'"
+                                          " AND zjnr NOT LIKE '{\"zjnr\":[{%\"TYPE\":\"DE\"%') ").toInt(), 0);
         // Installation bills got the standard code of their name where there is one.
-        QVERIFY(db.scalar(QStringLiteral("SELECT COUNT(*) FROM bills WHERE source = 2 AND length(qdbh) = 12")).toInt() > 50);
+        QVERIFY(db.scalar("SELECT COUNT(*) FROM bills WHERE source = 2 AND length(qdbh) = 12").toInt() > 50);
         // The standard library's chapters: appendix, then section.
-        QVERIFY(db.scalar(QStringLiteral("SELECT COUNT(*) FROM chapters c JOIN chapters p ON p.id = c.parent_id"
-                                          " JOIN libraries l ON l.id = c.library_id WHERE l.tier = 3")).toInt() > 10);
+        QVERIFY(db.scalar("SELECT COUNT(*) FROM chapters c JOIN chapters p ON p.id = c.parent_id"
+                                          " JOIN libraries l ON l.id = c.library_id WHERE l.tier = 3").toInt() > 10);
     }
 
     void dataFolderOverride()
@@ -188,7 +183,7 @@ private slots:
         ServiceDb db(QDir(dir.path()).filePath(ServiceCore::databaseFileName()));
         db.open();
         // Without the shared files only the built-in demo data is there.
-        QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM bills WHERE source = 1 AND tier = 3 AND zjnr = ''")).toInt(), 0);
+        QCOMPARE(db.scalar("SELECT COUNT(*) FROM bills WHERE source = 1 AND tier = 3 AND zjnr = ''").toInt(), 0);
         QVERIFY(count(db, "users") == 4);
     }
 };

@@ -1,36 +1,18 @@
-#include "hostfixture.h"
-#include "servicetestbase.h"
-
-#include <service/serviceseed.h>
+#include "servicetestcase.h"
 
 #include <QtTest>
 
-using namespace reply;
+using namespace cloudjson;
 
 // Who may see and change what: every user against every tier.
 // demo: admin of east (1001), reader of west (1002); zhangsan: writer of east;
 // lisi: admin of west; wangwu: no enterprise.
-class TestTenancy : public QObject
+class TestTenancy : public ServiceTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-    std::unique_ptr<ServiceTestBase> svc;
-
-    QString token(const QString &user, const QString &tier)
+    QJsonObject call(const QString &user, const QString &tier, const QString &name, const QJsonObject &fields = {})
     {
-        if (tier == "personal")
-            return QStringLiteral("kv_token_user");
-        if (tier == "korvane")
-            return QStringLiteral("kv_token");
-        if (tier == "forged")
-            return QStringLiteral("ent_forged");
-        return ServiceTestBase::enterpriseToken(user, tier == "east" ? 1001 : 1002);
-    }
-    QJsonObject call(const QString &user, const QString &tier, const QString &method, QJsonObject fields = QJsonObject())
-    {
-        fields.insert(QStringLiteral("method"), method);
-        return svc->call(token(user, tier), fields, ServiceTestBase::session(user));
+        return svc->call(tokenOf(tier, user), method(name, fields), ServiceTestBase::session(user));
     }
     // Id of a personal bill of `user`, found through their own match.
     QString personalBillOf(const QString &user)
@@ -41,19 +23,6 @@ private:
     }
 
 private slots:
-    void initTestCase() { ServiceTestBase::prepareTemplate(); }
-    void cleanupTestCase() { ServiceTestBase::dropTemplate(); }
-    void init()
-    {
-        fx = std::make_unique<HostFixture>();
-        svc = std::make_unique<ServiceTestBase>();
-    }
-    void cleanup()
-    {
-        svc.reset();
-        fx.reset();
-    }
-
     void matrix_data()
     {
         QTest::addColumn<QString>("user");
@@ -146,11 +115,10 @@ private slots:
         // A material price server's token opens only its own enterprise.
         const QString cj = array(call("zhangsan", "korvane", "getserverlist")).at(4).toObject().value("token").toString();
         QVERIFY(cj.startsWith("cj_"));
-        QCOMPARE(code(svc->call(cj, {{"method", "getenterprisepricelist"}, {"qiyeID", 1001}}, QString())), 0);
-        QCOMPARE(code(svc->call(cj, {{"method", "getenterprisepricelist"}, {"qiyeID", 1002}}, QString())), 3);
-        QCOMPARE(code(svc->call(cj, {{"method", "enterprisematrialedit"}, {"sjksyid", "cj-east-2024"}, {"oper", 3}, {"qiyeId", 1001}},
-                                QString())),
-                 3);
+        QCOMPARE(code(svc->call(cj, method("getenterprisepricelist", {{"qiyeID", 1001}}), QString())), 0);
+        QCOMPARE(code(svc->call(cj, method("getenterprisepricelist", {{"qiyeID", 1002}}), QString())), 3);
+        const QJsonObject drop{{"sjksyid", "cj-east-2024"}, {"oper", 3}, {"qiyeId", 1001}};
+        QCOMPARE(code(svc->call(cj, method("enterprisematrialedit", drop), QString())), 3);
     }
 
     void matchedBillsStayInTheirTier()

@@ -1,4 +1,4 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
 #include <storage/qdtreeitem.h>
 #include <storage/qdtreemodel.h>
@@ -6,8 +6,6 @@
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 #include <QtTest>
-
-#include <memory>
 
 namespace {
 int s_alive = 0;
@@ -26,9 +24,8 @@ public:
     static QDTreeNode node(const QString &text)
     {
         QDTreeNode n;
-        n.text = text;
-        n.name = text;
-        n.id = QStringLiteral("id-") + text;
+        n.text = n.name = text;
+        n.id = "id-" + text;
         return n;
     }
 };
@@ -36,34 +33,29 @@ public:
 QDTreeNode chapter(const QString &text, const QString &id)
 {
     QDTreeNode n;
-    n.text = text;
-    n.name = text;
+    n.text = n.name = text;
     n.id = id;
     return n;
 }
 }
 
-class TestQDTreeModel : public QObject
+class TestQDTreeModel : public HostTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-
 private slots:
     void init()
     {
-        fx = std::make_unique<HostFixture>();
+        HostTestCase::init();
         s_alive = 0;
     }
-    void cleanup() { fx.reset(); }
 
     void deletingAnItemDeletesItsSubtree()
     {
-        auto *top = new CountedItem(QStringLiteral("A"), nullptr);
-        auto *mid = new CountedItem(QStringLiteral("A1"), top);
-        new CountedItem(QStringLiteral("A1a"), mid);
-        new CountedItem(QStringLiteral("A1b"), mid);
-        new CountedItem(QStringLiteral("A2"), top);
+        auto *top = new CountedItem("A", nullptr);
+        auto *mid = new CountedItem("A1", top);
+        new CountedItem("A1a", mid);
+        new CountedItem("A1b", mid);
+        new CountedItem("A2", top);
         QCOMPARE(s_alive, 5);
 
         top->removeChild(mid);
@@ -78,7 +70,7 @@ private slots:
     void removingAStrangerChangesNothing()
     {
         QDTreeItem root;
-        auto *a = new CountedItem(QStringLiteral("A"), &root);
+        auto *a = new CountedItem("A", &root);
         CountedItem stranger(QStringLiteral("S"), nullptr);
         root.removeChild(&stranger);
         root.removeChild(nullptr);
@@ -91,9 +83,9 @@ private slots:
     {
         QDTreeItem root;
         QCOMPARE(root.row(), 0);
-        auto *a = new QDTreeItem(chapter(QStringLiteral("A"), QStringLiteral("1")), &root);
+        auto *a = new QDTreeItem(chapter("A", "1"), &root);
         auto *b = new QDTreeItem(&root);
-        auto *c = new QDTreeItem(chapter(QStringLiteral("C"), QStringLiteral("3")), nullptr);
+        auto *c = new QDTreeItem(chapter("C", "3"), nullptr);
         root.insertChild(1, c);
         QCOMPARE(root.children(), (QList<QDTreeItem *>{a, c, b}));
         QCOMPARE(a->row(), 0);
@@ -107,8 +99,8 @@ private slots:
 
     void copySharesChildrenAndDeletesThemOnce()
     {
-        auto *source = new CountedItem(QStringLiteral("A"), nullptr);
-        auto *child = new CountedItem(QStringLiteral("A1"), source);
+        auto *source = new CountedItem("A", nullptr);
+        auto *child = new CountedItem("A1", source);
         {
             QDTreeItem copy(*source);
             QCOMPARE(copy.data().text, QStringLiteral("A"));
@@ -132,8 +124,8 @@ private slots:
     {
         QDTreeModel model;
         model.setHeaderText(QStringLiteral("章节"));
-        QDTreeItem *a = model.appendNode(nullptr, chapter(QStringLiteral("土石方工程"), QStringLiteral("64a1")));
-        model.appendNode(a, chapter(QStringLiteral("土方工程"), QStringLiteral("64a2")));
+        QDTreeItem *a = model.appendNode(nullptr, chapter("土石方工程", "64a1"));
+        model.appendNode(a, chapter("土方工程", "64a2"));
 
         const QModelIndex ia = model.index(0, 0);
         QCOMPARE(ia.data(Qt::DisplayRole).toString(), QStringLiteral("土石方工程"));
@@ -156,8 +148,8 @@ private slots:
         QDTreeModel model;
         model.getRootNode()->data().text = QStringLiteral("根");
         QCOMPARE(model.rowCount(), 0);
-        QDTreeItem *a = model.appendNode(nullptr, chapter(QStringLiteral("A"), QStringLiteral("1")));
-        QDTreeItem *a1 = model.appendNode(a, chapter(QStringLiteral("A1"), QStringLiteral("2")));
+        QDTreeItem *a = model.appendNode(nullptr, chapter("A", "1"));
+        QDTreeItem *a1 = model.appendNode(a, chapter("A1", "2"));
         QCOMPARE(model.rowCount(), 1);
         QCOMPARE(model.columnCount(), 1);
         QVERIFY(!model.indexForTreeItem(model.getRootNode()).isValid());
@@ -173,8 +165,8 @@ private slots:
     {
         QDTreeModel model;
         QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        QDTreeItem *a = model.appendNode(nullptr, chapter(QStringLiteral("A"), QStringLiteral("1")));
-        QDTreeItem *b = model.appendNode(nullptr, chapter(QStringLiteral("B"), QStringLiteral("2")));
+        QDTreeItem *a = model.appendNode(nullptr, chapter("A", "1"));
+        QDTreeItem *b = model.appendNode(nullptr, chapter("B", "2"));
         model.appendNode(a, QDTreeNode()); // placeholder so that the arrow shows
         model.appendNode(b, QDTreeNode());
         QCOMPARE(model.rowCount(model.indexForTreeItem(a)), 1);
@@ -182,7 +174,7 @@ private slots:
         QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
         QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
         const QList<QDTreeItem *> fetched = model.setChildren(
-            a, {chapter(QStringLiteral("A1"), QStringLiteral("11")), chapter(QStringLiteral("A2"), QStringLiteral("12"))});
+            a, {chapter("A1", "11"), chapter("A2", "12")});
         QCOMPARE(removed.count(), 1);
         QCOMPARE(inserted.count(), 1);
         QCOMPARE(fetched.size(), 2);

@@ -1,7 +1,6 @@
 #pragma once
 #include <service/cloudservice.h>
 
-#include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
 #include <QTemporaryDir>
@@ -28,10 +27,8 @@ public:
     void reopen();
     void close() { m_service.reset(); }
 
-    // Envelope for `token` with `data`.
-    static QJsonObject request(const QString &token, const QJsonObject &data);
     QJsonObject call(const QString &token, const QJsonObject &data, const QString &session);
-    // Logs in and returns the session token (fails the test when refused).
+    // Logs in and returns the session token (empty when refused).
     QString login(const QString &user);
     // Logs in to an enterprise; returns its token.
     QString enterpriseLogin(const QString &session, const QString &user, int qyid);
@@ -41,12 +38,3 @@ private:
     QTemporaryDir m_dir;
     std::unique_ptr<CloudService> m_service;
 };
-
-// Small helpers for replies.
-namespace reply {
-inline int code(const QJsonObject &r) { return r.value(QStringLiteral("code")).toInt(-1); }
-inline QString msg(const QJsonObject &r) { return r.value(QStringLiteral("msg")).toString(); }
-inline QJsonArray array(const QJsonObject &r) { return r.value(QStringLiteral("data")).toArray(); }
-inline QJsonObject object(const QJsonObject &r) { return r.value(QStringLiteral("data")).toObject(); }
-QStringList texts(const QJsonArray &array, const QString &key);
-}

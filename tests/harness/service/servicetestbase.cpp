@@ -1,4 +1,5 @@
 #include "servicetestbase.h"
+#include "cloudjson.h"
 
 #include <service/serviceseed.h>
 
@@ -38,6 +39,11 @@ void ServiceTestBase::prepareTemplate(CloudService::Seed seed)
     }
 }
 
+void ServiceTestBase::dropTemplate()
+{
+    s_template.reset();
+}
+
 QString ServiceTestBase::session(const QString &user)
 {
     return s_sessions.value(user);
@@ -51,11 +57,6 @@ QString ServiceTestBase::enterpriseToken(const QString &user, int qyid)
 ServiceTestBase::ServiceTestBase(const QString &dir, CloudService::Seed seed)
     : m_service(std::make_unique<CloudService>(dir, seed))
 {
-}
-
-void ServiceTestBase::dropTemplate()
-{
-    s_template.reset();
 }
 
 ServiceTestBase::ServiceTestBase()
@@ -74,48 +75,26 @@ void ServiceTestBase::reopen()
     m_service = std::make_unique<CloudService>(m_dir.path(), CloudService::Seed::None);
 }
 
-QJsonObject ServiceTestBase::request(const QString &token, const QJsonObject &data)
-{
-    QJsonObject r{{QStringLiteral("cmd"), QStringLiteral("cloudSoft")},
-                  {QStringLiteral("app_type"), 1},
-                  {QStringLiteral("data"), data}};
-    if (!token.isNull())
-        r.insert(QStringLiteral("orgin_token"), token);
-    return r;
-}
-
 QJsonObject ServiceTestBase::call(const QString &token, const QJsonObject &data, const QString &session)
 {
-    return m_service->handle(request(token, data), session);
+    return m_service->handle(cloudjson::envelope(token, data), session);
 }
 
 QString ServiceTestBase::login(const QString &user)
 {
     const QJsonObject reply = call(QStringLiteral("kv_token"),
-                                   QJsonObject{{QStringLiteral("method"), QStringLiteral("login")},
-                                               {QStringLiteral("username"), user},
-                                               {QStringLiteral("password"), ServiceSeed::DemoPassword}},
+                                   {{"method", "login"}, {"username", user}, {"password", ServiceSeed::DemoPassword}},
                                    QString());
-    if (reply.value(QStringLiteral("code")).toInt() != 0)
-        qWarning("login %s failed: %s", qPrintable(user), qPrintable(reply.value(QStringLiteral("msg")).toString()));
-    return reply.value(QStringLiteral("data")).toObject().value(QStringLiteral("session")).toString();
+    if (cloudjson::code(reply) != 0)
+        qWarning("login %s failed: %s", qPrintable(user), qPrintable(cloudjson::msg(reply)));
+    return cloudjson::object(reply).value("session").toString();
 }
 
 QString ServiceTestBase::enterpriseLogin(const QString &session, const QString &user, int qyid)
 {
     const QJsonObject reply = call(QStringLiteral("kv_token"),
-                                   QJsonObject{{QStringLiteral("method"), QStringLiteral("enterpriselogin")},
-                                               {QStringLiteral("qyid"), qyid},
-                                               {QStringLiteral("username"), user},
-                                               {QStringLiteral("password"), ServiceSeed::DemoPassword}},
+                                   {{"method", "enterpriselogin"}, {"qyid", qyid}, {"username", user},
+                                    {"password", ServiceSeed::DemoPassword}},
                                    session);
-    return reply.value(QStringLiteral("data")).toObject().value(QStringLiteral("token")).toString();
-}
-
-QStringList reply::texts(const QJsonArray &array, const QString &key)
-{
-    QStringList list;
-    for (const QJsonValue &v : array)
-        list.append(v.toObject().value(key).toVariant().toString());
-    return list;
+    return cloudjson::object(reply).value("token").toString();
 }
