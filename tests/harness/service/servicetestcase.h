@@ -6,6 +6,7 @@
 #include <service/serviceseed.h>
 
 #include <QHash>
+#include <QtTest>
 
 // Base of the tests that call the cloud service directly: the seeded template
 // once per program, a fresh copy `svc` per test function, and demo's session
@@ -34,6 +35,39 @@ protected:
     {
         fields.insert("method", method);
         return svc->call(token, fields, session);
+    }
+
+    // A table of calls and their answers: who calls ("user@tier", or just the
+    // tier for demo; see tokenOf), the method, its fields as JSON text, and the
+    // code and message expected. checkReply() runs the current row.
+    static void replyColumns()
+    {
+        QTest::addColumn<QString>("who");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<int>("expectedCode");
+        QTest::addColumn<QString>("message");
+    }
+    static void replyRow(const char *row, const QString &who, const QString &name, const QByteArray &fields, int expectedCode,
+                         const QString &message = QStringLiteral("成功"))
+    {
+        QTest::newRow(row) << who << name << QString::fromUtf8(fields) << expectedCode << message;
+    }
+    QJsonObject callAs(const QString &who, const QString &name, const QJsonObject &fields)
+    {
+        const QString user = who.contains('@') ? who.section('@', 0, 0) : QString(ServiceSeed::DemoUser);
+        return svc->call(tokenOf(who.section('@', -1), user), cloudjson::method(name, fields), ServiceTestBase::session(user));
+    }
+    void checkReply()
+    {
+        QFETCH(QString, who);
+        QFETCH(QString, name);
+        QFETCH(QString, fields);
+        QFETCH(int, expectedCode);
+        QFETCH(QString, message);
+        const QJsonObject reply = callAs(who, name, QJsonDocument::fromJson(fields.toUtf8()).object());
+        QCOMPARE(cloudjson::code(reply), expectedCode);
+        QCOMPARE(cloudjson::msg(reply), message);
     }
 
 protected slots:
