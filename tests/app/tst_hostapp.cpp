@@ -122,7 +122,6 @@ private slots:
         QTest::newRow("not json") << QByteArray("{tables");
         QTest::newRow("no tables") << QByteArray("{\"name\":\"x\"}");
     }
-
     void badProjectFiles()
     {
         QFETCH(QByteArray, json);

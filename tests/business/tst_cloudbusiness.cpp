@@ -44,7 +44,6 @@ private slots:
         QTest::newRow("korvane") << KvToken << 0 << 0 << 3;
         QTest::newRow("enterprise") << "ent-session-7" << 7 << 7 << 2;
     }
-
     void matchQdtzRequestPerTier()
     {
         QFETCH(QString, token);

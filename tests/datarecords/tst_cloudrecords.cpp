@@ -65,7 +65,6 @@ private slots:
         QTest::newRow("calculated") << 2 << "JS|3|-1|de|JS1|安全文明施工费|||0.00|" << QStringList();
         QTest::newRow("line item") << 3 << "XP|4|-1|de|XP1|调试||项|80.00|80.00" << QStringList();
     }
-
     void zjnrLines()
     {
         QFETCH(int, line);
@@ -89,7 +88,6 @@ private slots:
         QTest::newRow("no array") << "{\"zjnr\":\"x\"}";
         QTest::newRow("no type") << "{\"zjnr\":[{\"BH\":\"1\"}]}";
     }
-
     void zjnrBadInput()
     {
         QFETCH(QString, input);
@@ -131,7 +129,6 @@ private slots:
         QTest::newRow("array") << "[1]";
         QTest::newRow("garbage") << "id=3";
     }
-
     void zjBeanRejectsNonObject()
     {
         QFETCH(QString, input);

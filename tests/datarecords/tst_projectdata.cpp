@@ -105,7 +105,6 @@ private slots:
         QTest::newRow("unknown") << "火星" << "";
         QTest::newRow("none") << "无" << "";
     }
-
     void newPlaceTextGetsItsCode()
     {
         QFETCH(QString, place);
@@ -259,7 +258,6 @@ private slots:
         QTest::newRow("no time") << "" << "一般计税" << "" << 0 << false;
         QTest::newRow("bad month") << "2023年13月" << "" << "" << 0 << false;
     }
-
     void saveAttributes()
     {
         QFETCH(QString, time);

@@ -42,7 +42,6 @@ private slots:
         QTest::newRow("json array") << true << QByteArray("[1,2]");
         QTest::newRow("no channel") << false << QByteArray();
     }
-
     void noReplyCases()
     {
         QFETCH(bool, channel);

@@ -94,7 +94,6 @@ private slots:
             << QList<BillRecord>{scoped(bill(1, "桥架", "材质：镀锌"), "user:7"), scoped(bill(2, "桥架", "材质：镀锌"), "ent:3")}
             << ent << QList<qint64>{2};
     }
-
     void ranking()
     {
         QFETCH(QList<BillRecord>, bills);

@@ -13,7 +13,6 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QtConcurrent>
 #include <QtTest>
 
 #include <csignal>
@@ -146,7 +145,6 @@ private slots:
         QTest::newRow("body over the limit") << method("login", {{"username", QString(9 * 1024 * 1024, 'a')}, {"password", "x"}})
                                              << -1 << "";
     }
-
     void serviceFailuresArriveAsReadableReplies()
     {
         QFETCH(QJsonObject, data);
@@ -158,25 +156,12 @@ private slots:
         QCOMPARE(reply.isEmpty(), expectedCode == -1);
     }
 
-    void workerThreadsShareTheLogin()
-    {
-        loginDemo();
-        QList<QFuture<QStringList>> workers;
-        for (int i = 0; i < 6; ++i)
-            workers << QtConcurrent::run(serverNames);
-        for (QFuture<QStringList> &w : workers) {
-            QTRY_VERIFY_WITH_TIMEOUT(w.isFinished(), 20000);
-            QCOMPARE(w.result().size(), 7);
-        }
-    }
-
     void programServesAndStopsCleanly_data()
     {
         QTest::addColumn<int>("signal");
         QTest::newRow("SIGTERM") << int(SIGTERM);
         QTest::newRow("SIGINT") << int(SIGINT);
     }
-
     void programServesAndStopsCleanly()
     {
         QFETCH(int, signal);
@@ -220,7 +205,6 @@ private slots:
         QTest::newRow("busy address") << QStringList{"--data", "%folder", "--seed", "none", "--listen", "127.0.0.1:%busy"} << 1
                                       << "cannot listen on 127.0.0.1:%busy";
     }
-
     void programRefusesBadArguments()
     {
         QFETCH(QStringList, args);

@@ -15,7 +15,6 @@ private slots:
                                       << "d 0.0.0.0:9000 4 2048 minimal 0";
         QTest::newRow("help needs no data") << "--help" << " 127.0.0.1:8686 32 8388608 full 1";
     }
-
     void accepted()
     {
         QFETCH(QString, args);
@@ -44,7 +43,6 @@ private slots:
         QTest::newRow("bad seed") << "--data d --seed all" << "--seed wants full, minimal or none, got \"all\"";
         QTest::newRow("unknown") << "--data d --port 80" << "unknown argument \"--port\"";
     }
-
     void refused()
     {
         QFETCH(QString, args);
@@ -65,7 +63,6 @@ private slots:
         QTest::newRow("v6 unbracketed") << "::1:8686" << false;
         QTest::newRow("letters port") << "127.0.0.1:http" << false;
     }
-
     void listenForms()
     {
         QFETCH(QString, listen);

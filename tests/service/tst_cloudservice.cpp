@@ -38,7 +38,6 @@ private slots:
         QTest::newRow("name oversize") << login({{"username", QString(65, 'a')}, {"password", "x"}}) << 1
                                        << "参数username超出长度限制";
     }
-
     void refusals()
     {
         QFETCH(QJsonObject, request);

@@ -61,7 +61,6 @@ private slots:
         QTest::newRow("blank") << "   " << 1 << "清单库名称不能为空";
         QTest::newRow("taken") << "我的清单库" << 5 << "清单库名称已存在";
     }
-
     void newLibraryNames()
     {
         QFETCH(QString, name);
@@ -107,7 +106,6 @@ private slots:
         replyRow("upload bills not a list", "personal", "uploadsavingtaskbills", R"({"taskid":"none","bills":"x"})", 1,
                  "参数bills格式错误");
     }
-
     void refusals() { checkReply(); }
 
     void chapterTreeLoadsLazilyOrWhole()

@@ -55,7 +55,6 @@ private slots:
         replyRow("library kind not cj", "east", "getenterprisepricelist", R"({"klb":"qd","qiyeID":1001})", 1, "参数klb格式错误");
         replyRow("personal list, enterprise token", "east", "materiallist", "{}", 1, "请求的方法与所选服务器不符");
     }
-
     void refusals() { checkReply(); }
 
     void checkRecordsPreferSpecificationAndPlace()

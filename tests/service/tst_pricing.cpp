@@ -94,7 +94,6 @@ private slots:
         replyRow("similar bills, count 4", "personal", "getsimilarbillprices", R"({"xmmc":"挖沟槽土方","jldw":"m3","matchNum":4})", 1,
                  "匹配个数只能是1、3或5");
     }
-
     void refusals() { checkReply(); }
 
     void projectInformation_data()
@@ -111,7 +110,6 @@ private slots:
         QTest::newRow("enterprise, pricing") << "east" << "intelligencezjforenterpriseprojectinfo" << 0 << east;
         QTest::newRow("enterprise, price check") << "east" << "enterpriseprojectinfoforsinglepricecheck" << 0 << east;
     }
-
     void projectInformation()
     {
         QFETCH(QString, tier);

@@ -94,7 +94,6 @@ private slots:
                  wrongServer);
         replyRow("korvane reads personal library", "korvane", "getchaptertreeforkv", R"({"bzqdkid":"1"})", 4, noLibrary);
     }
-
     void permissions() { checkReply(); }
 
     void refusedWritesChangeNothing()
