@@ -47,84 +47,68 @@ private slots:
         HostTestCase::cleanup();
     }
 
-    void settingsPersistAcrossReads()
+    void settingsPersistPerAppFolder()
     {
+        const GlobalSettingsInfo fresh = ProjectSettingHelper::GetGlobalSettingsInfo();
         QVERIFY(!ProjectSettingHelper::HasProjectSettings());
+        QCOMPARE(fresh.project, ProjectSettingsInfo());
+        QVERIFY(fresh.bzqdChecked && fresh.jlqdChecked);
         QSignalSpy changed(ProjectSettingHelper::instance(), &ProjectSettingHelper::settingsChanged);
-        GlobalSettingsInfo g = ProjectSettingHelper::GetGlobalSettingsInfo();
+        GlobalSettingsInfo g = fresh;
         g.project = sampleSettings();
         g.bzqdChecked = false;
-        g.jlqdChecked = true;
-        const QString key = GlobalSettingsInfo::selectionKey("u1", QStringLiteral("kv_token"), 0);
+        const QString key = GlobalSettingsInfo::selectionKey("u1", "kv_token", 0);
+        QCOMPARE(key, QStringLiteral("u1 kv_token 0"));
         g.setProjectSelection(key, QJsonArray{QJsonObject{{"tid", "p1"}, {"xmmc", "某住宅楼"}}});
+        g.setProjectSelection("u1 ent_7 7", QJsonArray{QJsonObject{{"tid", "a"}}});
+        g.setProjectSelection("u1 ent_7 7", QJsonArray{}); // an emptied selection is dropped
         ProjectSettingHelper::SetGlobalSettingsInfo(g);
         QCOMPARE(changed.count(), 1);
-        QCOMPARE(key, QStringLiteral("u1 kv_token 0"));
-
         const GlobalSettingsInfo back = ProjectSettingHelper::GetGlobalSettingsInfo();
         QVERIFY(back == g);
+        QCOMPARE(back.projectSelections().keys(), QStringList{key});
         QCOMPARE(back.projectSelection(key).first().toObject().value("xmmc").toString(), QStringLiteral("某住宅楼"));
+        QVERIFY(back.projectSelection("nobody").isEmpty());
         QCOMPARE(ProjectSettingHelper::GetProjectSettingsInfo(), sampleSettings());
         QVERIFY(ProjectSettingHelper::HasProjectSettings());
-    }
-
-    void selectionsAreKeptPerKey()
-    {
-        GlobalSettingsInfo g;
-        g.setProjectSelection(QStringLiteral("u1 ent_7 7"), QJsonArray{QJsonObject{{"tid", "a"}}});
-        g.setProjectSelection(QStringLiteral("u1 kv_token 0"), QJsonArray{QJsonObject{{"tid", "b"}}});
-        g.setProjectSelection(QStringLiteral("u1 kv_token 0"), QJsonArray{});
-        ProjectSettingHelper::SetGlobalSettingsInfo(g);
-        const GlobalSettingsInfo back = ProjectSettingHelper::GetGlobalSettingsInfo();
-        QCOMPARE(back.projectSelections().keys(), QStringList{QStringLiteral("u1 ent_7 7")});
-        QVERIFY(back.projectSelection(QStringLiteral("nobody")).isEmpty());
-    }
-
-    void settingsAreIsolatedPerAppFolder()
-    {
-        ProjectSettingHelper::SetProjectSettingsInfo(sampleSettings());
+        // Another application folder has settings of its own.
         const QString first = fx->appDir();
-        fx.reset();
-        fx = std::make_unique<HostFixture>();
+        HostTestCase::cleanup();
+        HostTestCase::init();
         QVERIFY(fx->appDir() != first);
         QVERIFY(!ProjectSettingHelper::HasProjectSettings());
-        const GlobalSettingsInfo fresh = ProjectSettingHelper::GetGlobalSettingsInfo();
-        QCOMPARE(fresh.project, ProjectSettingsInfo());
-        QVERIFY(fresh.bzqdChecked);
-        QVERIFY(fresh.jlqdChecked);
     }
 
     void newPlaceTextGetsItsCode_data()
     {
         QTest::addColumn<QString>("place");
+        QTest::addColumn<QString>("given");
         QTest::addColumn<QString>("code");
-        QTest::newRow("district") << "四川省成都市金牛区" << "510106";
-        QTest::newRow("municipality") << "北京市市辖区东城区" << "110101";
-        QTest::newRow("city only") << "四川省成都市" << "5101";
-        QTest::newRow("unknown tail") << "四川省不存在" << "51";
-        QTest::newRow("unknown") << "火星" << "";
-        QTest::newRow("none") << "无" << "";
+        QTest::newRow("district") << "四川省成都市金牛区" << "" << "510106";
+        QTest::newRow("municipality") << "北京市市辖区东城区" << "" << "110101";
+        QTest::newRow("city only") << "四川省成都市" << "" << "5101";
+        QTest::newRow("unknown tail") << "四川省不存在" << "" << "51";
+        QTest::newRow("unknown") << "火星" << "" << "";
+        QTest::newRow("none") << "无" << "" << "";
+        QTest::newRow("code given with the text is kept") << "某地" << "999999" << "999999";
     }
     void newPlaceTextGetsItsCode()
     {
         QFETCH(QString, place);
+        QFETCH(QString, given);
         QFETCH(QString, code);
         ProjectSettingHelper::SetProjectSettingsInfo(sampleSettings());
         GlobalSettingsInfo g = ProjectSettingHelper::GetGlobalSettingsInfo();
         g.project.place = place;
+        if (!given.isEmpty())
+            g.project.placeCode = given;
         ProjectSettingHelper::SetGlobalSettingsInfo(g);
         QCOMPARE(ProjectSettingHelper::GetProjectSettingsInfo().placeCode, code);
-        // A code given with the text is kept as given.
-        ProjectSettingsInfo p = sampleSettings();
-        p.place = QStringLiteral("某地");
-        p.placeCode = QStringLiteral("999999");
-        ProjectSettingHelper::SetProjectSettingsInfo(p);
-        QCOMPARE(ProjectSettingHelper::GetProjectSettingsInfo().placeCode, QStringLiteral("999999"));
     }
 
     void oneRecordIsOneUndoStep()
     {
-        JJBTableBase table(QStringLiteral("分部分项"), JJBTableBase::BillTableKind);
+        JJBTableBase table("分部分项", JJBTableBase::BillTableKind);
         BaseDataItem *a = table.rootItem()->appendChild(bill(1, "030404017001"));
         BaseDataItem *b = table.rootItem()->appendChild(bill(2, "030411001001"));
         a->setData(BaseDataItem::FeaturesRole, "旧特征");
@@ -163,7 +147,7 @@ private slots:
 
     void materialChangesUndo()
     {
-        GeneralTableBase table(QStringLiteral("人材机汇总"));
+        GeneralTableBase table("人材机汇总");
         GljBean m;
         m.SetGuid(5);
         m.SetTj(10.0);
@@ -194,35 +178,30 @@ private slots:
         QCOMPARE(roles, (QList<int>{BaseDataItem::UnitRole, BaseDataItem::UnitRole}));
     }
 
-    void redoInfoOfTable()
+    void tablesAndItemsAnswerTheHost()
     {
-        WorkBaseObject work(QStringLiteral("电气工程"));
-        JJBTableBase *measures = work.addPricingTable(QStringLiteral("措施项目"), JJBTableBase::MeasureTableKind);
-        const TableRedoUIInfo info = TableBaseObject::GetTableRedoUIInfo(measures, 8, QStringLiteral("修改项目特征"));
-        QCOMPARE(info.tableName, QStringLiteral("措施项目"));
-        QCOMPARE(info.tableKind, 3004);
-        QCOMPARE(info.unitWorkName, QStringLiteral("电气工程"));
-        QCOMPARE(info.recordKind, 8);
-        QCOMPARE(TableBaseObject::GetTableRedoUIInfo(nullptr, 8, QStringLiteral("c")).tableName, QString());
+        WorkBaseObject work("电气工程");
+        JJBTableBase *measures = work.addPricingTable("措施项目", JJBTableBase::MeasureTableKind);
+        const TableRedoUIInfo info = TableBaseObject::GetTableRedoUIInfo(measures, 8, "修改项目特征");
+        QCOMPARE(QStringList({info.tableName, QString::number(info.tableKind), info.unitWorkName, QString::number(info.recordKind)}),
+                 (QStringList{"措施项目", "3004", "电气工程", "8"}));
+        QCOMPARE(TableBaseObject::GetTableRedoUIInfo(nullptr, 8, "c").tableName, QString());
         QVERIFY(measures->isMeasureTable());
         QCOMPARE(work.tableOfKind(3004), measures);
-    }
 
-    void itemQueries()
-    {
         BaseDataItem root(0, BaseDataItem::ProjectKind);
         auto section = std::make_unique<BaseDataItem>(10, BaseDataItem::SectionKind);
         section->setExclude(true);
         BaseDataItem *sec = root.appendChild(std::move(section));
         BaseDataItem *inner = sec->appendChild(bill(11, "011701001001"));
         BaseDataItem *free = root.appendChild(bill(12, "030404017001"));
-        QVERIFY(inner->IsExcludeInChain());
-        QVERIFY(!free->IsExcludeInChain());
+        QVERIFY(inner->IsExcludeInChain() && !free->IsExcludeInChain());
         QCOMPARE(root.bills(), (QList<BaseDataItem *>{inner, free}));
         QCOMPARE(inner->parentItem(), sec);
         QCOMPARE(free->row(), 1);
+        // A measure's number is its code until it is given one.
         QCOMPARE(inner->GetCsQdbh(), QStringLiteral("011701001001"));
-        inner->setCsQdbh(QStringLiteral("1.1"));
+        inner->setCsQdbh("1.1");
         QCOMPARE(inner->GetCsQdbh(), QStringLiteral("1.1"));
     }
 
@@ -269,7 +248,7 @@ private slots:
         p.time = time;
         p.taxMode = tax;
         ProjectSettingHelper::SetProjectSettingsInfo(p);
-        WorkBaseObject work(QStringLiteral("电气工程"));
+        WorkBaseObject work("电气工程");
         work.setJswjIndex(2);
         work.setDelbIndex(3);
         TQDNodeInfo info;
@@ -285,7 +264,7 @@ private slots:
     {
         DataLibrary::Instance()->clearAppType();
         QCOMPARE(AppType(), 16);
-        HostConfig::setValue(QStringLiteral("AppType"), QStringLiteral("3"));
+        HostConfig::setValue("AppType", "3");
         QCOMPARE(AppType(), 3);
         DataLibrary::Instance()->setAppType(16);
         QCOMPARE(AppType(), 16);
