@@ -53,12 +53,21 @@ private slots:
         QVERIFY(parsed(send()).isEmpty());
     }
 
-    void configQueryIsAnsweredLocally()
+    // Configuration lives in the application folder; a query for it is
+    // answered there, without the cloud.
+    void configurationIsLocal()
     {
+        QVERIFY(HostConfig::sysSetPath().startsWith(fx->appDir()));
+        QVERIFY(HostConfig::sysSetPath().endsWith("Config/SysSet_.ini"));
+        QCOMPARE(HostConfig::value("SaveBzQd"), QString());
         HostConfig::setValue("SaveBzQd", "true");
         QJsonObject req{{"cmd", "getConfigValue"}, {"data", "SaveBzQd"}};
         QCOMPARE(parsed(ServicesUtil::AsyncReplyLoop(req)).value("data").toString(), QStringLiteral("true"));
         QVERIFY(fx->channel().requests().isEmpty());
+        HostConfig::openSysSet()->setValue("CloudApp/CurrServer_all", "个人云");
+        QFile ini(HostConfig::sysSetPath());
+        QVERIFY(ini.open(QIODevice::ReadOnly));
+        QVERIFY(QString::fromUtf8(ini.readAll()).contains("[CloudApp]"));
     }
 
     void blockingCallKeepsEventLoopRunning()
@@ -88,17 +97,6 @@ private slots:
         QVERIFY(QMetaObject::invokeMethod(service, "metaMsgSync", Q_ARG(QJsonObject, request())));
         QVERIFY(spy.wait(2000));
         QCOMPARE(spy.first().first().toJsonObject().value("data").toString(), QStringLiteral("async"));
-    }
-
-    void settingsAreIsolatedPerTest()
-    {
-        QVERIFY(HostConfig::sysSetPath().startsWith(fx->appDir()));
-        QVERIFY(HostConfig::sysSetPath().endsWith("Config/SysSet_.ini"));
-        QCOMPARE(HostConfig::value("SaveBzQd"), QString());
-        HostConfig::openSysSet()->setValue("CloudApp/CurrServer_all", "个人云");
-        QFile ini(HostConfig::sysSetPath());
-        QVERIFY(ini.open(QIODevice::ReadOnly));
-        QVERIFY(QString::fromUtf8(ini.readAll()).contains("[CloudApp]"));
     }
 };
 

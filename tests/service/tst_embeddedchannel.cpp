@@ -38,21 +38,6 @@ private slots:
         QCOMPARE(array(parsed(ServicesUtil::AsyncReplyLoop(list))).size(), 7);
     }
 
-    void asynchronousRequestWithoutToken()
-    {
-        ServicesUtil::setChannel(std::make_shared<EmbeddedChannel>(svc->dataDir()));
-        Users::Instance()->Kvy()->setLogin("1", "演示用户", session);
-        QJsonObject reply;
-        QObject receiver;
-        connect(ServicesUtil::instance(), &ServicesUtil::doGotMsg, &receiver, [&](const QJsonObject &r) { reply = r; });
-        // The pricing browser's request carries no "orgin_token": the personal cloud of the login.
-        const QJsonObject request = envelope(QString(), method("personchapterinfoforuploadqd"));
-        QVERIFY(QMetaObject::invokeMethod(ServicesUtil::instance(), "metaMsgSync", Q_ARG(QJsonObject, request)));
-        QTRY_VERIFY(!reply.isEmpty());
-        QCOMPARE(code(reply), 0);
-        QCOMPARE(array(reply).at(0).toObject().value("mc").toString(), QStringLiteral("我的清单库"));
-    }
-
     void callFinishesOnCallerThread()
     {
         EmbeddedChannel channel(svc->dataDir());

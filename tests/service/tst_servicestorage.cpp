@@ -27,16 +27,23 @@ class TestServiceStorage : public HostTestCase
     {
         return db.scalar(QStringLiteral("SELECT COUNT(*) FROM ") + table).toInt();
     }
+    // The database of the service in `dir`, opened.
+    static std::unique_ptr<ServiceDb> serviceDb(const QString &dir)
+    {
+        auto db = std::make_unique<ServiceDb>(QDir(dir).filePath(ServiceCore::databaseFileName()));
+        db->open();
+        return db;
+    }
     static QStringList billDigest(const QString &dir)
     {
-        ServiceDb db(QDir(dir).filePath(ServiceCore::databaseFileName()));
-        db.open();
         QStringList rows;
-        QSqlQuery q = db.exec("SELECT tier, owner, source, qdbh, xmmc, jldw, zhdj, zjnr FROM bills ORDER BY id");
-        while (q.next())
-            rows.append(QStringList{q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString(),
-                                    q.value(4).toString(), q.value(5).toString(), q.value(6).toString(), q.value(7).toString()}
-                            .join(QLatin1Char('|')));
+        QSqlQuery q = serviceDb(dir)->exec("SELECT tier, owner, source, qdbh, xmmc, jldw, zhdj, zjnr FROM bills ORDER BY id");
+        while (q.next()) {
+            QStringList row;
+            for (int c = 0; c < 8; ++c)
+                row << q.value(c).toString();
+            rows << row.join('|');
+        }
         return rows;
     }
 
@@ -47,16 +54,11 @@ private slots:
         ServiceDb db(dir.filePath("t.db"));
         db.open();
         QCOMPARE(db.schemaVersion(), ServiceDb::latestVersion());
-        bool threw = false;
-        try {
-            db.write([&] {
-                db.exec("INSERT INTO enterprises(id, name) VALUES(1, 'a')");
-                throw ServiceError(ServiceError::BadRequest, QStringLiteral("x"));
-            });
-        } catch (const ServiceError &) {
-            threw = true;
-        }
-        QVERIFY(threw);
+        const auto failing = [&] {
+            db.exec("INSERT INTO enterprises(id, name) VALUES(1, 'a')");
+            throw ServiceError(ServiceError::BadRequest, "x");
+        };
+        QVERIFY_EXCEPTION_THROWN(db.write(failing), ServiceError);
         QCOMPARE(count(db, "enterprises"), 0);
     }
 
@@ -149,23 +151,21 @@ private slots:
             QVERIFY(again.firstRunNotice().isEmpty());
         }
         { CloudService second(b.path(), CloudService::Seed::Full); }
-        const QStringList digest = billDigest(a.path());
-        QCOMPARE(digest, billDigest(b.path()));
+        QCOMPARE(billDigest(a.path()), billDigest(b.path()));
 
-        ServiceDb db(QDir(a.path()).filePath(ServiceCore::databaseFileName()));
-        db.open();
-        QCOMPARE(db.scalar("SELECT COUNT(*) FROM bills b JOIN libraries l ON l.id = b.library_id"
+        const std::unique_ptr<ServiceDb> db = serviceDb(a.path());
+        QCOMPARE(db->scalar("SELECT COUNT(*) FROM bills b JOIN libraries l ON l.id = b.library_id"
                                           " WHERE l.name = 'GB/T 50856-2024 通用安装工程标准清单'").toInt(), 1182);
         // Six books of real project bills, each an accumulated project with every bill composed.
-        QCOMPARE(db.scalar("SELECT COUNT(*) FROM projects WHERE jjde LIKE '%定额%' AND jjde <> '四川省2020清单计价定额'").toInt(), 6);
-        QCOMPARE(db.scalar("SELECT COUNT(*) FROM bills b JOIN projects p ON p.id = b.project_id"
+        QCOMPARE(db->scalar("SELECT COUNT(*) FROM projects WHERE jjde LIKE '%定额%' AND jjde <> '四川省2020清单计价定额'").toInt(), 6);
+        QCOMPARE(db->scalar("SELECT COUNT(*) FROM bills b JOIN projects p ON p.id = b.project_id"
                                           " WHERE p.jjde LIKE '%定额%' AND p.jjde <> '四川省2020清单计价定额'").toInt(), 571);
-        QCOMPARE(db.scalar("SELECT COUNT(*) FROM bills WHERE source = 2 AND (zjnr NOT LIKE '{\"zjnr\":[{\"TYPE\":\"DE\"%'"
+        QCOMPARE(db->scalar("SELECT COUNT(*) FROM bills WHERE source = 2 AND (zjnr NOT LIKE '{\"zjnr\":[{\"TYPE\":\"DE\"%'"
                                           " AND zjnr NOT LIKE '{\"zjnr\":[{%\"TYPE\":\"DE\"%') ").toInt(), 0);
         // Installation bills got the standard code of their name where there is one.
-        QVERIFY(db.scalar("SELECT COUNT(*) FROM bills WHERE source = 2 AND length(qdbh) = 12").toInt() > 50);
+        QVERIFY(db->scalar("SELECT COUNT(*) FROM bills WHERE source = 2 AND length(qdbh) = 12").toInt() > 50);
         // The standard library's chapters: appendix, then section.
-        QVERIFY(db.scalar("SELECT COUNT(*) FROM chapters c JOIN chapters p ON p.id = c.parent_id"
+        QVERIFY(db->scalar("SELECT COUNT(*) FROM chapters c JOIN chapters p ON p.id = c.parent_id"
                                           " JOIN libraries l ON l.id = c.library_id WHERE l.tier = 3").toInt() > 10);
     }
 
@@ -180,11 +180,10 @@ private slots:
             QVERIFY(service.openError().isEmpty());
         }
         qunsetenv("VELORA_DATA_DIR");
-        ServiceDb db(QDir(dir.path()).filePath(ServiceCore::databaseFileName()));
-        db.open();
+        std::unique_ptr<ServiceDb> db = serviceDb(dir.path());
         // Without the shared files only the built-in demo data is there.
-        QCOMPARE(db.scalar("SELECT COUNT(*) FROM bills WHERE source = 1 AND tier = 3 AND zjnr = ''").toInt(), 0);
-        QVERIFY(count(db, "users") == 4);
+        QCOMPARE(db->scalar("SELECT COUNT(*) FROM bills WHERE source = 1 AND tier = 3 AND zjnr = ''").toInt(), 0);
+        QCOMPARE(count(*db, "users"), 4);
     }
 };
 
