@@ -13,8 +13,7 @@ using namespace cloudjson;
 class TestCloudService : public ServiceTestCase
 {
     Q_OBJECT
-    QJsonArray serverList(const QString &session) { return array(svc->call("kv_token", method("getserverlist"), session)); }
-    QJsonObject login(const QJsonObject &fields) { return svc->call("kv_token", method("login", fields), QString()); }
+    QJsonArray serverList(const QString &session) { return array(send("kv_token", method("getserverlist"), session)); }
 
 private slots:
     void refusals_data()
@@ -43,7 +42,7 @@ private slots:
         QFETCH(QJsonObject, request);
         QFETCH(int, expectedCode);
         QFETCH(QString, message);
-        const QJsonObject reply = svc->service().handle(request, QString());
+        const QJsonObject reply = service->handle(request, QString());
         QCOMPARE(code(reply), expectedCode);
         QCOMPARE(msg(reply), message);
         QVERIFY(reply.contains("data"));
@@ -53,7 +52,7 @@ private slots:
     {
         QCOMPARE(serverList(QString()).size(), 3);
         QCOMPARE(serverList(QString()).at(0).toObject().value("login").toBool(), false);
-        const QString session = svc->login(ServiceSeed::DemoUser);
+        const QString session = login(ServiceSeed::DemoUser);
         QVERIFY(!session.isEmpty());
         const QJsonArray list = serverList(session);
         QCOMPARE(texts(list, "name"), (QStringList{"个人云", "Korvane云", "Korvane大数据", "华东建设集团有限公司",
@@ -63,7 +62,7 @@ private slots:
         QCOMPARE(list.at(3).toObject().value("qyid").toInt(), ServiceSeed::EastEnterprise);
         QCOMPARE(list.at(3).toObject().value("login").toBool(), false);
 
-        const QString entToken = svc->enterpriseLogin(session, ServiceSeed::DemoUser, ServiceSeed::EastEnterprise);
+        const QString entToken = enterpriseLogin(session, ServiceSeed::DemoUser, ServiceSeed::EastEnterprise);
         QVERIFY(entToken.startsWith("ent_"));
         const QJsonArray after = serverList(session);
         QCOMPARE(after.at(3).toObject().value("token").toString(), entToken);
@@ -77,17 +76,17 @@ private slots:
         QCOMPARE(cj.value("qyid").toInt(), ServiceSeed::EastEnterprise);
         QCOMPARE(cjToken, list.at(5).toObject().value("token").toString());
         const QJsonObject prices = method("getenterprisepricelist", {{"klb", "cj"}, {"qiyeID", 1001}});
-        QCOMPARE(array(svc->call(cjToken, prices, QString())).size(), 2);
+        QCOMPARE(array(send(cjToken, prices, QString())).size(), 2);
         // Logging out of the enterprise server leaves the price server open.
-        svc->call(entToken, method("enterpriselogout", {{"qyid", 1001}}), session);
-        QCOMPARE(code(svc->call(cjToken, prices, QString())), 0);
+        send(entToken, method("enterpriselogout", {{"qyid", 1001}}), session);
+        QCOMPARE(code(send(cjToken, prices, QString())), 0);
     }
 
     void enterpriseLoginNeedsMembership()
     {
-        const QString session = svc->login("wangwu");
+        const QString session = login("wangwu");
         const auto enter = [&](int qyid, const QString &user) {
-            return svc->call("kv_token", method("enterpriselogin", {{"qyid", qyid}, {"username", user},
+            return send("kv_token", method("enterpriselogin", {{"qyid", qyid}, {"username", user},
                                                                     {"password", ServiceSeed::DemoPassword}}),
                              session);
         };
@@ -99,19 +98,19 @@ private slots:
 
     void logoutEndsSessionAndItsEnterpriseLogins()
     {
-        const QString session = svc->login(ServiceSeed::DemoUser);
-        const QString ent = svc->enterpriseLogin(session, ServiceSeed::DemoUser, ServiceSeed::EastEnterprise);
-        QCOMPARE(code(svc->call("kv_token", method("logout"), session)), 0);
+        const QString session = login(ServiceSeed::DemoUser);
+        const QString ent = enterpriseLogin(session, ServiceSeed::DemoUser, ServiceSeed::EastEnterprise);
+        QCOMPARE(code(send("kv_token", method("logout"), session)), 0);
         QCOMPARE(serverList(session).size(), 3);
-        QCOMPARE(code(svc->call(ent, method("enterpriselogout", {{"qyid", 1001}}), QString())), 0);
-        QCOMPARE(serverList(svc->login(ServiceSeed::DemoUser)).at(3).toObject().value("login").toBool(), false);
+        QCOMPARE(code(send(ent, method("enterpriselogout", {{"qyid", 1001}}), QString())), 0);
+        QCOMPARE(serverList(login(ServiceSeed::DemoUser)).at(3).toObject().value("login").toBool(), false);
     }
 
     void enterpriseLogoutEndsEnterpriseToken()
     {
-        const QString session = svc->login(ServiceSeed::DemoUser);
-        const QString ent = svc->enterpriseLogin(session, ServiceSeed::DemoUser, ServiceSeed::EastEnterprise);
-        QCOMPARE(code(svc->call(ent, method("enterpriselogout", {{"qyid", 1001}}), session)), 0);
+        const QString session = login(ServiceSeed::DemoUser);
+        const QString ent = enterpriseLogin(session, ServiceSeed::DemoUser, ServiceSeed::EastEnterprise);
+        QCOMPARE(code(send(ent, method("enterpriselogout", {{"qyid", 1001}}), session)), 0);
         const QJsonObject entry = serverList(session).at(3).toObject();
         QCOMPARE(entry.value("login").toBool(), false);
         QCOMPARE(entry.value("token").toString(), QStringLiteral("ent_1001"));
@@ -120,18 +119,18 @@ private slots:
 
     void sessionsSurviveReopenAndExpire()
     {
-        const QString session = svc->login(ServiceSeed::DemoUser);
-        svc->reopen();
+        const QString session = login(ServiceSeed::DemoUser);
+        reopen();
         QCOMPARE(serverList(session).size(), 7);
-        svc->close();
+        close();
         {
-            ServiceDb db(QDir(svc->dataDir()).filePath(ServiceCore::databaseFileName()));
+            ServiceDb db(QDir(dataDir()).filePath(ServiceCore::databaseFileName()));
             db.open();
             db.exec("UPDATE sessions SET created = ? WHERE token = ?",
                     {QDateTime::currentDateTimeUtc().addDays(-31).toString(Qt::ISODate), session});
         }
-        svc->reopen();
-        QCOMPARE(code(svc->call("kv_token_user", method("getBZQDKList"), session)), 2);
+        reopen();
+        QCOMPARE(code(send("kv_token_user", method("getBZQDKList"), session)), 2);
         QCOMPARE(serverList(session).size(), 3);
     }
 

@@ -20,7 +20,7 @@ class TestEmbeddedChannel : public ServiceTestCase
 private slots:
     void replyArrivesThroughAsyncReplyLoopWhileLoopRuns()
     {
-        auto channel = std::make_shared<EmbeddedChannel>(svc->dataDir());
+        auto channel = std::make_shared<EmbeddedChannel>(dataDir());
         ServicesUtil::setChannel(channel);
         QCOMPARE(channel->name(), QStringLiteral("embedded"));
         QJsonObject login = envelope("kv_token", {{"method", "login"}, {"username", "demo"}, {"password", ServiceSeed::DemoPassword}});
@@ -40,7 +40,7 @@ private slots:
 
     void callFinishesOnCallerThread()
     {
-        EmbeddedChannel channel(svc->dataDir());
+        EmbeddedChannel channel(dataDir());
         std::unique_ptr<CloudCall> call(channel.start(serverListRequest(), QString()));
         QVERIFY(!call->isFinished());
         QThread *finishedOn = nullptr;
@@ -52,7 +52,7 @@ private slots:
 
     void droppedCallIsSafe()
     {
-        EmbeddedChannel channel(svc->dataDir());
+        EmbeddedChannel channel(dataDir());
         for (int i = 0; i < 20; ++i)
             delete channel.start(serverListRequest(), QString());
         // The late results land nowhere; the service is still sound.
@@ -63,7 +63,7 @@ private slots:
 
     void concurrentCallsAllAnswered()
     {
-        EmbeddedChannel channel(svc->dataDir());
+        EmbeddedChannel channel(dataDir());
         std::vector<std::unique_ptr<CloudCall>> calls;
         for (int i = 0; i < 16; ++i)
             calls.emplace_back(channel.start(serverListRequest(), session));

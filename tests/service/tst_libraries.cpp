@@ -165,13 +165,13 @@ private slots:
     {
         QCOMPARE(code(beginTask("1", "t-keep", "")), 0);
         upload("t-keep", {bill("k", "独特的保温隔热屋面")});
-        svc->reopen();
+        reopen();
         QCOMPARE(savedBills("独特的保温隔热屋面"), QStringList{"独特的保温隔热屋面"});
     }
 
     void chapterInfoForUploadWithoutToken()
     {
-        const QJsonObject r = svc->call(QString(), method("personchapterinfoforuploadqd"), session);
+        const QJsonObject r = send(QString(), method("personchapterinfoforuploadqd"), session);
         QCOMPARE(code(r), 0);
         QCOMPARE(texts(array(r), "mc"), (QStringList{"我的清单库", "我的安装清单库"}));
         QVERIFY(texts(array(r).at(0).toObject().value("zjs").toArray(), "zjmc").contains("土方工程"));

@@ -1,6 +1,4 @@
-#include "cloudjson.h"
-#include "hosttestcase.h"
-#include "servicetestbase.h"
+#include "servicetestcase.h"
 
 #include <service/servicecore.h>
 #include <service/servicedb.h>
@@ -20,7 +18,7 @@ using namespace cloudjson;
 
 // Storage: transactions, migrations, a killed writer, concurrent callers,
 // and the deterministic seed.
-class TestServiceStorage : public HostTestCase
+class TestServiceStorage : public ServiceTestCase
 {
     Q_OBJECT
     static int count(ServiceDb &db, const QString &table)
@@ -112,27 +110,16 @@ private slots:
 
     void concurrentCallersAllServed()
     {
-        ServiceTestBase::prepareTemplate();
-        {
-            ServiceTestBase svc;
-            const QString session = ServiceTestBase::session("demo");
-            QList<QFuture<int>> futures;
-            for (int i = 0; i < 32; ++i) {
-                futures.append(QtConcurrent::run([&svc, session, i]() -> int {
-                    const QJsonObject fields = i % 2 == 0
-                        ? QJsonObject{{"method", "editNZQDK"}, {"czlx", 0}, {"para", QJsonObject{{"qdkmc", QStringLiteral("并发库%1").arg(i)}}}}
-                        : QJsonObject{{"method", "getBZQDKList"}};
-                    return code(svc.call(QStringLiteral("kv_token_user"), fields, session));
-                }));
-            }
-            QList<int> codes;
-            for (QFuture<int> &f : futures)
-                codes.append(f.result());
-            QCOMPARE(codes.count(0), 32);
-            const QJsonArray libs = array(svc.call(QStringLiteral("kv_token_user"), {{"method", "getBZQDKList"}}, session));
-            QCOMPARE(libs.size(), 2 + 16);
+        QList<QFuture<int>> futures;
+        for (int i = 0; i < 32; ++i) {
+            futures << QtConcurrent::run([this, i] {
+                const QJsonObject fields = i % 2 ? QJsonObject() : QJsonObject{{"czlx", 0}, {"para", QJsonObject{{"qdkmc", QStringLiteral("并发库%1").arg(i)}}}};
+                return code(call("kv_token_user", i % 2 ? "getBZQDKList" : "editNZQDK", fields));
+            });
         }
-        ServiceTestBase::dropTemplate();
+        for (QFuture<int> &f : futures)
+            QCOMPARE(f.result(), 0);
+        QCOMPARE(array(call("kv_token_user", "getBZQDKList")).size(), 2 + 16);
     }
 
     void fullSeedIsDeterministic()
