@@ -112,17 +112,20 @@ private slots:
         QCOMPARE(measures.first()->GetCsQdbh(), QStringLiteral("1.1"));
     }
 
-    void sampleSettingsSeedOnce()
+    void sampleSettingsSeedOnceAndShow()
     {
         project->seedProjectSettings();
+        SettingsPanel panel;
         ProjectSettingsInfo s = ProjectSettingHelper::GetProjectSettingsInfo();
-        QCOMPARE(s.time, QStringLiteral("2024年05月"));
-        QCOMPARE(s.placeCode, QStringLiteral("420103"));
-        QCOMPARE(s.taxMode, QStringLiteral("一般计税"));
-        s.time = QStringLiteral("2025年01月");
+        QCOMPARE((QStringList{s.time, s.placeCode, s.taxMode}), (QStringList{"2024年05月", "420103", "一般计税"}));
+        QCOMPARE(panel.valueText(0), QStringLiteral("2024年05月"));
+        s.time = "2025年01月";
+        s.place = "四川省成都市金牛区";
+        s.placeCode = "510106";
         ProjectSettingHelper::SetProjectSettingsInfo(s);
         project->seedProjectSettings();
         QCOMPARE(ProjectSettingHelper::GetProjectSettingsInfo().time, QStringLiteral("2025年01月"));
+        QCOMPARE(panel.valueText(1), QStringLiteral("四川省成都市金牛区（510106）"));
     }
 
     void badProjectFiles_data()
@@ -191,30 +194,23 @@ private slots:
         QCOMPARE(window.detailPanel()->featuresText(), features);
     }
 
-    void detailFollowsCurrentBill()
+    void featureTextGoesToFeaturesOrWorkContent()
     {
         MainWindow window(project.get());
+        BaseDataItem *bill = project->billTable()->rootItem()->bills().first();
         BaseDataItem *measure = project->measureTable()->rootItem()->bills().first();
         window.context().setCurrentBill(measure);
         QCOMPARE(window.context().currentTable, project->measureTable());
         QCOMPARE(window.detailPanel()->headerText(), QStringLiteral("当前清单：031401001001 脚手架（项）"));
         QCOMPARE(window.context().sjkm(), QStringLiteral("ZJXQDA"));
         QCOMPARE(window.billView(1)->currentIndex().internalPointer(), measure);
-        project->applyFeatureText(measure, QStringLiteral("1.搭拆"));
-        QCOMPARE(window.detailPanel()->workContentText(), QStringLiteral("1.搭拆"));
-    }
-
-    void featureTextGoesToFeaturesOrWorkContent()
-    {
-        MainWindow window(project.get());
-        BaseDataItem *bill = project->billTable()->rootItem()->bills().first();
-        BaseDataItem *measure = project->measureTable()->rootItem()->bills().first();
         const QString oldFeatures = bill->text(BaseDataItem::FeaturesRole);
-        project->applyFeatureText(bill, QStringLiteral("1.名称:桥架配线"));
-        project->applyFeatureText(measure, QStringLiteral("1.搭拆脚手架"));
+        project->applyFeatureText(bill, "1.名称:桥架配线");
+        project->applyFeatureText(measure, "1.搭拆脚手架");
         QCOMPARE(bill->text(BaseDataItem::FeaturesRole), QStringLiteral("1.名称:桥架配线"));
         QCOMPARE(measure->text(BaseDataItem::WorkContentRole), QStringLiteral("1.搭拆脚手架"));
         QCOMPARE(measure->text(BaseDataItem::FeaturesRole), QString());
+        QCOMPARE(window.detailPanel()->workContentText(), QStringLiteral("1.搭拆脚手架"));
         QCOMPARE(window.undoStack()->count(), 2);
         window.undoStack()->undo();
         window.undoStack()->undo();
@@ -277,18 +273,6 @@ private slots:
         Users::Instance()->Kvy()->setLogout();
         emit staticPriLoginObj::GetInstance()->kvyForceExit();
         QCOMPARE(label->text(), QStringLiteral("Korvane云：未登录"));
-    }
-
-    void settingsPanelFollowsWrites()
-    {
-        project->seedProjectSettings();
-        SettingsPanel panel;
-        QCOMPARE(panel.valueText(0), QStringLiteral("2024年05月"));
-        ProjectSettingsInfo s = ProjectSettingHelper::GetProjectSettingsInfo();
-        s.place = QStringLiteral("四川省成都市金牛区");
-        s.placeCode = QStringLiteral("510106");
-        ProjectSettingHelper::SetProjectSettingsInfo(s);
-        QCOMPARE(panel.valueText(1), QStringLiteral("四川省成都市金牛区（510106）"));
     }
 
     void tourWritesOnePngPerDialog()
