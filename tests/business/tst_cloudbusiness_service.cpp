@@ -44,9 +44,9 @@ private slots:
     {
         HostTestCase::init();
         ServicesUtil::setChannel(std::make_shared<EmbeddedChannel>(service));
-        QJsonObject login = envelope(KvToken, {{"method", "login"}, {"username", ServiceSeed::DemoUser},
+        const QJsonObject login = envelope(KvToken, {{"method", "login"}, {"username", ServiceSeed::DemoUser},
                                                {"password", ServiceSeed::DemoPassword}}, 16);
-        const QJsonObject data = object(parsed(ServicesUtil::AsyncReplyLoop(login)));
+        const QJsonObject data = object(exchange(login));
         QVERIFY(!data.value("session").toString().isEmpty());
         Users::Instance()->Kvy()->setLogin(data.value("userid").toVariant().toString(), data.value("username").toString(),
                                            data.value("session").toString());

@@ -1,6 +1,8 @@
 #pragma once
 // Envelopes and replies of the cloud protocol, spelled out for tests so that a
 // test states the exact request it expects without the code under test.
+#include <hostapi/servicesutil.h>
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -25,6 +27,9 @@ inline QJsonObject method(const QString &name, QJsonObject fields = QJsonObject(
 }
 
 inline QJsonObject parsed(const QByteArray &bytes) { return QJsonDocument::fromJson(bytes).object(); }
+// The reply to `request` through the host's channel, as a dialog gets it.
+inline QJsonObject exchange(QJsonObject request) { return parsed(ServicesUtil::AsyncReplyLoop(request)); }
+
 inline int code(const QJsonObject &r) { return r.value("code").toInt(-1); }
 inline QString msg(const QJsonObject &r) { return r.value("msg").toString(); }
 inline QJsonArray array(const QJsonObject &r) { return r.value("data").toArray(); }

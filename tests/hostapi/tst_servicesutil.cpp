@@ -61,8 +61,7 @@ private slots:
         QVERIFY(HostConfig::sysSetPath().endsWith("Config/SysSet_.ini"));
         QCOMPARE(HostConfig::value("SaveBzQd"), QString());
         HostConfig::setValue("SaveBzQd", "true");
-        QJsonObject req{{"cmd", "getConfigValue"}, {"data", "SaveBzQd"}};
-        QCOMPARE(parsed(ServicesUtil::AsyncReplyLoop(req)).value("data").toString(), QStringLiteral("true"));
+        QCOMPARE(exchange({{"cmd", "getConfigValue"}, {"data", "SaveBzQd"}}).value("data").toString(), QStringLiteral("true"));
         QVERIFY(fx->channel().requests().isEmpty());
         HostConfig::openSysSet()->setValue("CloudApp/CurrServer_all", "个人云");
         QFile ini(HostConfig::sysSetPath());

@@ -24,8 +24,7 @@ namespace {
 // One blocking request as the dialogs make it.
 QJsonObject send(const QString &token, const QJsonObject &data)
 {
-    QJsonObject request = envelope(token, data);
-    return parsed(ServicesUtil::AsyncReplyLoop(request));
+    return exchange(envelope(token, data));
 }
 
 QStringList serverNames()

@@ -105,8 +105,7 @@ private slots:
         if (!session.isEmpty())
             Users::Instance()->Kvy()->setLogin("u1", "张三", session);
         const QJsonObject sent = request("getchaptertreeforperson", {{"zjid", "章节"}});
-        QJsonObject copy = sent;
-        const QJsonObject reply = parsed(ServicesUtil::AsyncReplyLoop(copy));
+        const QJsonObject reply = exchange(sent);
         QCOMPARE(code(reply), 0);
         QCOMPARE(object(reply).value("zjid").toString(), QStringLiteral("章节"));
         QCOMPARE(handler.requests(), QList<QJsonObject>{sent});
@@ -234,8 +233,7 @@ private slots:
         QList<QFuture<int>> futures;
         for (int n = 0; n < 12; ++n) {
             futures << QtConcurrent::run(&pool, [n] {
-                QJsonObject sent = request("n", {{"n", n}});
-                return object(parsed(ServicesUtil::AsyncReplyLoop(sent))).value("n").toInt(-1);
+                return object(exchange(request("n", {{"n", n}}))).value("n").toInt(-1);
             });
         }
         for (int n = 0; n < futures.size(); ++n) {

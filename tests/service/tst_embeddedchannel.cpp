@@ -23,19 +23,18 @@ private slots:
         auto channel = std::make_shared<EmbeddedChannel>(dataDir());
         ServicesUtil::setChannel(channel);
         QCOMPARE(channel->name(), QStringLiteral("embedded"));
-        QJsonObject login = envelope("kv_token", {{"method", "login"}, {"username", "demo"}, {"password", ServiceSeed::DemoPassword}});
+        const QJsonObject login = envelope("kv_token", {{"method", "login"}, {"username", "demo"}, {"password", ServiceSeed::DemoPassword}});
         // A timer that fires only if the caller's event loop runs during the call.
         bool loopRan = false;
         QTimer::singleShot(0, [&] { loopRan = true; });
-        const QJsonObject reply = parsed(ServicesUtil::AsyncReplyLoop(login));
+        const QJsonObject reply = exchange(login);
         QCOMPARE(code(reply), 0);
         QVERIFY(loopRan);
         const QJsonObject data = object(reply);
         Users::Instance()->Kvy()->setLogin(data.value("userid").toString(), data.value("username").toString(),
                                            data.value("session").toString());
         // The session travels beside the envelope: the server list now holds the enterprises.
-        QJsonObject list = serverListRequest();
-        QCOMPARE(array(parsed(ServicesUtil::AsyncReplyLoop(list))).size(), 7);
+        QCOMPARE(array(exchange(serverListRequest())).size(), 7);
     }
 
     void callFinishesOnCallerThread()
