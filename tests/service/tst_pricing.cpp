@@ -29,23 +29,17 @@ private slots:
     {
         const QJsonObject r = ppqd("kv_token_user", 3);
         QCOMPARE(code(r), 0);
-        const QJsonArray bills = array(r);
-        QVERIFY(bills.size() >= 2 && bills.size() <= 10);
-        const QJsonObject first = bills.at(0).toObject();
-        QCOMPARE(first.value("xmmc").toString(), QStringLiteral("挖沟槽土方"));
-        QCOMPARE(first.value("jldw").toString(), QStringLiteral("m3"));
+        QVERIFY(array(r).size() >= 2 && array(r).size() <= 10);
+        const QJsonObject first = array(r).at(0).toObject();
+        QCOMPARE((QStringList{first.value("xmmc").toString(), first.value("jldw").toString()}), (QStringList{"挖沟槽土方", "m3"}));
         QVERIFY(first.value("qdbh").toString().startsWith("010101003"));
-        QVERIFY(first.value("zhdj").toDouble() > 0.0);
-        QVERIFY(first.value("id").toInt() > 0);
-        QVERIFY(first.value("qdly").isString());
+        QVERIFY(first.value("zhdj").toDouble() > 0.0 && first.value("id").toInt() > 0 && first.value("qdly").isString());
         // The composition is a JSON text {"zjnr": [...]} of quota lines with fee templates and material children.
-        const QJsonObject zjnr = QJsonDocument::fromJson(first.value("zjnr").toString().toUtf8()).object();
-        const QJsonArray lines = zjnr.value("zjnr").toArray();
+        const QJsonArray lines = QJsonDocument::fromJson(first.value("zjnr").toString().toUtf8()).object().value("zjnr").toArray();
         QCOMPARE(lines.size(), 2);
         const QJsonObject de = lines.at(0).toObject();
-        QCOMPARE(de.value("TYPE").toString(), QStringLiteral("DE"));
-        QCOMPARE(de.value("BH").toString(), QStringLiteral("1-1-8"));
-        QCOMPARE(de.value("XMMC").toString(), QStringLiteral("人工挖沟槽 三类土 深度2m以内"));
+        QCOMPARE((QStringList{de.value("TYPE").toString(), de.value("BH").toString(), de.value("XMMC").toString()}),
+                 (QStringList{"DE", "1-1-8", "人工挖沟槽 三类土 深度2m以内"}));
         QVERIFY(de.value("DJ").toDouble() > 0.0);
         const QJsonArray fees = de.value("ZhfMbMx").toObject().value("MB").toObject().value("ROWS").toObject().value("FH").toArray();
         QCOMPARE(texts(fees, "MC"), (QStringList{"人工费", "材料费", "机械费", "管理费", "利润", "综合单价"}));
@@ -60,20 +54,19 @@ private slots:
     void getppqdHonoursLimitsAndSources()
     {
         QCOMPARE(array(ppqd("kv_token_user", 3, 3)).size(), 3);
-        QCOMPARE(array(ppqd("kv_token_user", 3, 50)).size() <= 10, true);
+        QVERIFY(array(ppqd("kv_token_user", 3, 50)).size() <= 10);
         const QJsonArray accumulated = array(ppqd("kv_token_user", 2));
         QVERIFY(!accumulated.isEmpty());
         QCOMPARE(texts(accumulated, "qdly").removeDuplicates(), accumulated.size() - 1);
         QCOMPARE(texts(accumulated, "qdly").first(), QStringLiteral("2"));
-        QVERIFY(!texts(array(ppqd("kv_token_user", 1)), "qdly").contains("2"));
-        QVERIFY(!array(ppqd("kv_token_user", 1)).isEmpty());
+        const QJsonArray standard = array(ppqd("kv_token_user", 1));
+        QVERIFY(!standard.isEmpty() && !texts(standard, "qdly").contains("2"));
         QVERIFY(array(ppqd("kv_token_user", 0)).isEmpty());
         // Selected projects limit the accumulated bills.
         const QJsonArray projects = array(call("kv_token_user", "getaccumulatedprojects", {{"qiyeID", -1}, {"usetype", 1}}));
         QCOMPARE(texts(projects, "xmmc"), QStringList{"成都市高新区某住宅项目"});
         QVERIFY(array(ppqd("kv_token_user", 2, 10, QJsonArray{"999999"})).isEmpty());
-        QCOMPARE(array(ppqd("kv_token_user", 2, 10, QJsonArray{projects.at(0).toObject().value("tid")})).size(),
-                 accumulated.size());
+        QCOMPARE(array(ppqd("kv_token_user", 2, 10, QJsonArray{projects.at(0).toObject().value("tid")})).size(), accumulated.size());
     }
 
     void refusals_data()
@@ -144,27 +137,23 @@ private slots:
         const QJsonObject first = call("kv_token_user", "matchqdtz", fields);
         QCOMPARE(code(first), 0);
         QCOMPARE(first.value("pageRowCount").toInt(), 2);
-        const int all = first.value("allCount").toInt();
-        QVERIFY(all >= 2);
-        const QJsonObject data = object(first);
-        QCOMPARE(data.value("bzqds").toArray().size() + data.value("jlqds").toArray().size(), 2);
-        const QJsonObject top = (data.value("bzqds").toArray().isEmpty() ? data.value("jlqds") : data.value("bzqds"))
-                                    .toArray().at(0).toObject();
+        QVERIFY(first.value("allCount").toInt() >= 2);
+        const auto page = [](const QJsonObject &reply) { // standard bills, then accumulated ones
+            QJsonArray all = object(reply).value("bzqds").toArray();
+            for (const QJsonValue &v : object(reply).value("jlqds").toArray())
+                all.append(v);
+            return all;
+        };
+        QCOMPARE(page(first).size(), 2);
+        const QJsonObject top = page(first).at(0).toObject();
         QCOMPARE(top.value("xmmc").toString(), QStringLiteral("配管"));
         QVERIFY(top.value("guida").isString());
-        if (!data.value("bzqds").toArray().isEmpty())
-            QVERIFY(!data.value("bzqds").toArray().at(0).toObject().value("bzqdkmc").toString().isEmpty());
-
+        if (!object(first).value("bzqds").toArray().isEmpty())
+            QVERIFY(!top.value("bzqdkmc").toString().isEmpty());
         fields["params"] = QJsonObject{{"page", 2}, {"pageSize", 2}};
-        const QJsonObject second = call("kv_token_user", "matchqdtz", fields);
-        QStringList firstIds, secondIds;
-        for (const char *k : {"bzqds", "jlqds"}) {
-            firstIds << texts(data.value(k).toArray(), "guida");
-            secondIds << texts(object(second).value(k).toArray(), "guida");
-        }
-        for (const QString &id : secondIds)
+        const QStringList firstIds = texts(page(first), "guida");
+        for (const QString &id : texts(page(call("kv_token_user", "matchqdtz", fields)), "guida"))
             QVERIFY(!firstIds.contains(id));
-
         fields["sourceMask"] = 1;
         fields["params"] = QJsonObject{{"page", 1}};
         const QJsonObject standardOnly = call("kv_token_user", "matchqdtz", fields);
