@@ -42,6 +42,10 @@ private slots:
                  4, noPriceLibrary);
         replyRow("without enterprise, own library", "wangwu@personal", "editNZQDK", newLibrary, 0);
         // Enterprises: membership to see, roles to write.
+        replyRow("login to another's enterprise", "wangwu@korvane", "enterpriselogin",
+                 R"({"qyid":1001,"username":"wangwu","password":"Velora@2024"})", 3, "该账号不是此企业的成员");
+        replyRow("login to no enterprise", "korvane", "enterpriselogin", R"({"qyid":4242,"username":"demo","password":"x"})", 4,
+                 "企业服务器不存在");
         replyRow("admin creates library", "east", "editNZQDK", newLibrary, 0);
         replyRow("admin deletes library", "east", "editNZQDK", R"({"czlx":2,"para":{"qdkid":"4"}})", 0);
         replyRow("admin may edit", "east", "listeditpermissionjudgmentforenterprise", R"({"qiyeID":1001,"usetype":2})", 0);
