@@ -1,4 +1,4 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
 #include <channelsetup.h>
 
@@ -10,27 +10,20 @@
 #include <QDir>
 #include <QtTest>
 
-#include <memory>
-
-class TestChannelSetup : public QObject
+class TestChannelSetup : public HostTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-
 private slots:
-    void init() { fx = std::make_unique<HostFixture>(); }
     void cleanup()
     {
         ServerRegistry::instance()->reset();
-        ServicesUtil::setChannel(nullptr);
-        fx.reset();
+        HostTestCase::cleanup();
     }
 
     void httpWhenConfigured()
     {
-        HostConfig::setValue(QStringLiteral("CloudChannel"), QStringLiteral("http"));
-        HostConfig::setValue(QStringLiteral("CloudUrl"), QStringLiteral("http://127.0.0.1:9"));
+        HostConfig::setValue("CloudChannel", "http");
+        HostConfig::setValue("CloudUrl", "http://127.0.0.1:9");
         QCOMPARE(ChannelSetup::install(), QStringLiteral("云服务器 http://127.0.0.1:9"));
         QCOMPARE(ServicesUtil::channel()->name(), QStringLiteral("http"));
         QVERIFY(!QDir(ChannelSetup::embeddedDataDir()).exists());
@@ -39,7 +32,7 @@ private slots:
     void embeddedByDefaultWithDemoLogin()
     {
         // "http" without a URL is no usable configuration: the embedded cloud.
-        HostConfig::setValue(QStringLiteral("CloudChannel"), QStringLiteral("http"));
+        HostConfig::setValue("CloudChannel", "http");
         QCOMPARE(ChannelSetup::install(), QStringLiteral("嵌入式云服务"));
         QCOMPARE(ServicesUtil::channel()->name(), QStringLiteral("embedded"));
         QVERIFY(ChannelSetup::embeddedDataDir().startsWith(fx->appDir()));

@@ -1,4 +1,4 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
 #include <hostapi/datarecords.h>
 
@@ -6,13 +6,10 @@
 #include <QJsonDocument>
 #include <QtTest>
 
-#include <memory>
-
 namespace {
 QJsonObject fee(const char *bh, const char *mc)
 {
-    return QJsonObject{{"BH", QString::fromUtf8(bh)}, {"MC", QString::fromUtf8(mc)}, {"GS", "RGF+CLF+JXF"},
-                       {"FL", "100"},                 {"JE", "12.5"},               {"ZD", "ZJF"}};
+    return QJsonObject{{"BH", bh}, {"MC", mc}, {"GS", "RGF+CLF+JXF"}, {"FL", "100"}, {"JE", "12.5"}, {"ZD", "ZJF"}};
 }
 
 QString text(const QJsonObject &o)
@@ -24,152 +21,114 @@ QString text(const QJsonObject &o)
 // template, a calculated line without unit or quantity, a line item.
 QString sampleZjnr()
 {
-    QJsonObject quota{{"TYPE", "DE"},  {"BH", "03-4-12"}, {"XMMC", "配电箱安装"}, {"GCL", "2"},
-                      {"DW", "台"},    {"DJ", 312.675},   {"HJ", "625.35"}};
+    QJsonObject quota{{"TYPE", "DE"}, {"BH", "03-4-12"}, {"XMMC", "配电箱安装"}, {"GCL", "2"}, {"DW", "台"}, {"DJ", 312.675}, {"HJ", "625.35"}};
     quota.insert("ZhfMbMx", QJsonObject{{"MB", QJsonObject{{"ROWS", QJsonObject{{"FH", QJsonArray{fee("1", "直接费"), fee("2", "管理费")}}}}}}});
     QJsonObject material{{"TYPE", "CL"}, {"BH", "C0001"}, {"XMMC", "配电箱"}, {"GCL", "2"}, {"DW", "台"}, {"TJ", "1200"}, {"HJ", "2400"}};
     material.insert("ZhfMbMx", text(QJsonObject{{"MB", QJsonObject{{"Rows", QJsonObject{{"Row", fee("9", "材料费")}}}}}}));
     quota.insert("ITEM", QJsonArray{material, QJsonObject{{"TYPE", "ZZ"}, {"BH", "ignored"}}});
     const QJsonObject calc{{"TYPE", "JS"}, {"BH", "JS1"}, {"XMMC", "安全文明施工费"}, {"DJ", ""}, {"GCL", "9"}};
     const QJsonObject item{{"TYPE", "XP"}, {"BH", "XP1"}, {"XMMC", "调试"}, {"DW", "项"}, {"DJ", "80"}, {"HJ", "80"}};
-    const QJsonObject unknown{{"TYPE", "QQ"}, {"BH", "Q"}};
-    return text(QJsonObject{{"zjnr", QJsonArray{quota, calc, unknown, item}}});
+    return text(QJsonObject{{"zjnr", QJsonArray{quota, calc, QJsonObject{{"TYPE", "QQ"}, {"BH", "Q"}}, item}}});
+}
+
+QString describe(const cloudZjnr &l)
+{
+    return QStringList{l.getType(), QString::number(l.getId()), QString::number(l.getParentId()), l.getIsDe() ? "de" : "-",
+                       l.getDebh(), l.getDemc(), l.getGcl(), l.getDw(), l.getZhdj(), l.getZhhj()}
+        .join('|');
+}
+
+QString describe(const cloudFymb &f)
+{
+    return QStringList{f.getFybh(), f.getFymc(), f.getJsgs(), f.getFl(), f.getJe(), f.getJjbzd()}.join('|');
 }
 }
 
-class TestCloudRecords : public QObject
+class TestCloudRecords : public HostTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-
 private slots:
-    void init() { fx = std::make_unique<HostFixture>(); }
-    void cleanup() { fx.reset(); }
-
-    void zjnrLinesParentsAndIds()
+    void zjnrLines_data()
     {
+        QTest::addColumn<int>("line");
+        QTest::addColumn<QString>("fields"); // type|id|parent|de|code|name|quantity|unit|price|total
+        QTest::addColumn<QStringList>("fees");
+        const QString direct = "1|直接费|RGF+CLF+JXF|100|12.5|ZJF", management = "2|管理费|RGF+CLF+JXF|100|12.5|ZJF";
+        // A parent comes first, its child next; unknown kinds are skipped.
+        QTest::newRow("quota, price rounded") << 0 << "DE|1|-1|de|03-4-12|配电箱安装|2|台|312.68|625.35"
+                                              << QStringList{direct, management};
+        // A material line's price is its adjusted price; its fee template is
+        // spelled "Rows"/"Row", given as JSON text, a single row object.
+        QTest::newRow("material below it") << 1 << "CL|2|1|-|C0001|配电箱|2|台|1200.00|2400.00"
+                                           << QStringList{"9|材料费|RGF+CLF+JXF|100|12.5|ZJF"};
+        // A calculated line reads no quantity; its empty price shows "0.00".
+        QTest::newRow("calculated") << 2 << "JS|3|-1|de|JS1|安全文明施工费|||0.00|" << QStringList();
+        QTest::newRow("line item") << 3 << "XP|4|-1|de|XP1|调试||项|80.00|80.00" << QStringList();
+    }
+    void zjnrLines()
+    {
+        QFETCH(int, line);
+        QFETCH(QString, fields);
+        QFETCH(QStringList, fees);
         const QList<cloudZjnr> lines = cloudZjnr::parseList(sampleZjnr());
         QCOMPARE(lines.size(), 4);
-        // Parent first, its child next; unknown kinds are skipped.
-        QCOMPARE(lines[0].getType(), QStringLiteral("DE"));
-        QCOMPARE(lines[0].getId(), 1);
-        QCOMPARE(lines[0].getParentId(), -1);
-        QVERIFY(lines[0].getIsDe());
-        QCOMPARE(lines[1].getType(), QStringLiteral("CL"));
-        QCOMPARE(lines[1].getParentId(), 1);
-        QVERIFY(!lines[1].getIsDe());
-        QCOMPARE(lines[2].getType(), QStringLiteral("JS"));
-        QCOMPARE(lines[2].getParentId(), -1);
-        QCOMPARE(lines[3].getType(), QStringLiteral("XP"));
-        QCOMPARE(lines[3].getId(), 4);
-    }
-
-    void zjnrFieldsAndRounding()
-    {
-        const QList<cloudZjnr> lines = cloudZjnr::parseList(sampleZjnr());
-        QCOMPARE(lines[0].getDebh(), QStringLiteral("03-4-12"));
-        QCOMPARE(lines[0].getDemc(), QStringLiteral("配电箱安装"));
-        QCOMPARE(lines[0].getGcl(), QStringLiteral("2"));
-        QCOMPARE(lines[0].getDw(), QStringLiteral("台"));
-        QCOMPARE(lines[0].getZhdj(), QStringLiteral("312.68"));
-        QCOMPARE(lines[0].getZhhj(), QStringLiteral("625.35"));
-        // A material line's price is its adjusted price.
-        QCOMPARE(lines[1].getZhdj(), QStringLiteral("1200.00"));
-        // A calculated line reads no quantity; its empty price shows "0.00".
-        QCOMPARE(lines[2].getGcl(), QString());
-        QCOMPARE(lines[2].getZhdj(), QStringLiteral("0.00"));
-        QCOMPARE(lines[3].getGcl(), QString());
-        QCOMPARE(lines[3].getDw(), QStringLiteral("项"));
-    }
-
-    void zjnrFeeTemplates()
-    {
-        const QList<cloudZjnr> lines = cloudZjnr::parseList(sampleZjnr());
-        const QList<cloudFymb> fees = lines[0].getFymblist();
-        QCOMPARE(fees.size(), 2);
-        QCOMPARE(fees[1].getFybh(), QStringLiteral("2"));
-        QCOMPARE(fees[1].getFymc(), QStringLiteral("管理费"));
-        QCOMPARE(fees[1].getJsgs(), QStringLiteral("RGF+CLF+JXF"));
-        QCOMPARE(fees[1].getFl(), QStringLiteral("100"));
-        QCOMPARE(fees[1].getJe(), QStringLiteral("12.5"));
-        QCOMPARE(fees[1].getJjbzd(), QStringLiteral("ZJF"));
-        // "Rows"/"Row" spelling, given as JSON text, a single row object.
-        QCOMPARE(lines[1].getFymblist().size(), 1);
-        QCOMPARE(lines[1].getFymblist().first().getFymc(), QStringLiteral("材料费"));
-        QVERIFY(lines[2].getFymblist().isEmpty());
+        QCOMPARE(describe(lines[line]), fields);
+        QStringList seen;
+        for (const cloudFymb &f : lines[line].getFymblist())
+            seen << describe(f);
+        QCOMPARE(seen, fees);
+        QCOMPARE(cloudZjnr::parseList(cloudZjnr::toZjnrText(lines)), lines);
     }
 
     void zjnrBadInput_data()
     {
         QTest::addColumn<QString>("input");
         QTest::newRow("empty") << QString();
-        QTest::newRow("not json") << QStringLiteral("{zjnr:");
-        QTest::newRow("no array") << QStringLiteral("{\"zjnr\":\"x\"}");
-        QTest::newRow("no type") << QStringLiteral("{\"zjnr\":[{\"BH\":\"1\"}]}");
+        QTest::newRow("not json") << "{zjnr:";
+        QTest::newRow("no array") << "{\"zjnr\":\"x\"}";
+        QTest::newRow("no type") << "{\"zjnr\":[{\"BH\":\"1\"}]}";
     }
-
     void zjnrBadInput()
     {
         QFETCH(QString, input);
         QVERIFY(cloudZjnr::parseList(input).isEmpty());
     }
 
-    void zjnrTextRoundTrip()
+    void zjBeanReadsMatchReplyElementAndRoundTrips()
     {
-        const QList<cloudZjnr> lines = cloudZjnr::parseList(sampleZjnr());
-        QCOMPARE(cloudZjnr::parseList(cloudZjnr::toZjnrText(lines)), lines);
-    }
-
-    void zjBeanReadsMatchReplyElement()
-    {
-        const QJsonObject element{{"qdbh", "030404017001"}, {"xmmc", "配电箱"}, {"jldw", "台"}, {"xmtz", "1.名称:配电箱"},
-                                  {"gznr", "1.本体安装"},   {"zhdj", "1523.4"}, {"id", 42},     {"qdly", "2"},
-                                  {"jzsj", "2024年05月"},   {"dd", "成都市"},   {"zjnr", sampleZjnr()}};
+        const QJsonObject element{{"qdbh", "030404017001"}, {"xmmc", "配电箱\n安装"}, {"jldw", "台"}, {"xmtz", "1.名称:配电箱\n2.型号:AL1"},
+                                  {"gznr", "1.本体安装"}, {"zhdj", "1523.4"}, {"id", 42}, {"qdly", "2"},
+                                  {"jzsj", "2024年05月"}, {"dd", "成都市"}, {"zjnr", sampleZjnr()}};
         const CloudZjBean bean(text(element));
         QVERIFY(bean.isValid());
-        QCOMPARE(bean.getId(), 42);
-        QCOMPARE(bean.getLy(), 2);
-        QCOMPARE(bean.getXmbh(), QStringLiteral("030404017001"));
-        QCOMPARE(bean.getXmmc(), QStringLiteral("配电箱"));
-        QCOMPARE(bean.getDw(), QStringLiteral("台"));
-        QCOMPARE(bean.getZhdj(), 1523.4);
-        QCOMPARE(bean.getJzsj(), QStringLiteral("2024年05月"));
-        QCOMPARE(bean.getDd(), QStringLiteral("成都市"));
-        QCOMPARE(bean.getXmtz(), QStringLiteral("1.名称:配电箱"));
-        QCOMPARE(bean.GetGcnr(), QStringLiteral("1.本体安装"));
+        CloudZjBean expected;
+        expected.setId(42);
+        expected.setLy(2);
+        expected.setXmbh("030404017001");
+        expected.setXmmc("配电箱\n安装");
+        expected.setDw("台");
+        expected.setZhdj(1523.4);
+        expected.setXmtz("1.名称:配电箱\n2.型号:AL1");
+        expected.setGcnr("1.本体安装");
+        expected.setJzsj("2024年05月");
+        expected.setDd("成都市");
+        expected.setZjnrlist(cloudZjnr::parseList(sampleZjnr()));
+        QCOMPARE(bean, expected);
         QCOMPARE(bean.getZjnrlist().size(), 4);
-    }
-
-    void zjBeanStringRoundTrip()
-    {
-        CloudZjBean bean;
-        bean.setId(7);
-        bean.setLy(1);
-        bean.setXmbh(QStringLiteral("030411001001"));
-        bean.setXmmc(QStringLiteral("配管\n敷设"));
-        bean.setDw(QStringLiteral("m"));
-        bean.setZhdj(18.375);
-        bean.setXmtz(QStringLiteral("1.名称:电气配管\n2.材质:JDG"));
-        bean.setGcnr(QStringLiteral("1.配管"));
-        bean.setJzsj(QStringLiteral("2023年11月"));
-        bean.setDd(QStringLiteral("四川省成都市"));
-        bean.setZjnrlist(cloudZjnr::parseList(sampleZjnr()));
+        // The string form is one line and reads back the same.
         const QString form = bean.toString();
-        QVERIFY(!form.contains(QLatin1Char('\n')));
-        const CloudZjBean back(form);
-        QCOMPARE(back, bean);
-        QCOMPARE(back.toString(), form);
+        QVERIFY(!form.contains('\n'));
+        QCOMPARE(CloudZjBean(form), bean);
+        QCOMPARE(CloudZjBean(form).toString(), form);
     }
 
     void zjBeanRejectsNonObject_data()
     {
         QTest::addColumn<QString>("input");
         QTest::newRow("empty") << QString();
-        QTest::newRow("array") << QStringLiteral("[1]");
-        QTest::newRow("garbage") << QStringLiteral("id=3");
+        QTest::newRow("array") << "[1]";
+        QTest::newRow("garbage") << "id=3";
     }
-
     void zjBeanRejectsNonObject()
     {
         QFETCH(QString, input);
@@ -203,8 +162,8 @@ private slots:
         QCOMPARE(CloudCjyjcBean::fromJson(r.toJson()).toJson(), r.toJson());
         GljBean m;
         m.SetGuid(3);
-        m.SetClmc(QStringLiteral("电力电缆"));
-        m.SetGgxh(QStringLiteral("YJV-4×25"));
+        m.SetClmc("电力电缆");
+        m.SetGgxh("YJV-4×25");
         m.SetTj(86.12345678);
         QCOMPARE(GljBean::fromJson(m.toJson()).toJson(), m.toJson());
     }

@@ -1,4 +1,4 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
 #include <hostapi/business.h>
 #include <hostapi/configuration.h>
@@ -7,25 +7,16 @@
 #include <hostapi/undo.h>
 
 #include <QSignalSpy>
-#include <QtConcurrent>
-
-#include <atomic>
 #include <QUndoStack>
+#include <QtConcurrent>
 #include <QtTest>
 
-#include <memory>
+#include <atomic>
 
 namespace {
 ProjectSettingsInfo sampleSettings()
 {
-    ProjectSettingsInfo p;
-    p.time = QStringLiteral("2024年05月");
-    p.place = QStringLiteral("四川省成都市金牛区");
-    p.placeCode = QStringLiteral("510106");
-    p.altitude = QStringLiteral("500m");
-    p.taxMode = QStringLiteral("简易计税");
-    p.scope = QStringLiteral("分部分项");
-    return p;
+    return ProjectSettingsInfo{"2024年05月", "四川省成都市金牛区", "510106", "500m", "简易计税", "分部分项"};
 }
 
 std::unique_ptr<BaseDataItem> bill(qint64 id, const QString &code)
@@ -36,17 +27,15 @@ std::unique_ptr<BaseDataItem> bill(qint64 id, const QString &code)
 }
 }
 
-class TestProjectData : public QObject
+class TestProjectData : public HostTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
     std::unique_ptr<QUndoStack> stack;
 
 private slots:
     void init()
     {
-        fx = std::make_unique<HostFixture>();
+        HostTestCase::init();
         stack = std::make_unique<QUndoStack>();
         RURecordControl::setUndoStack(stack.get());
     }
@@ -55,108 +44,93 @@ private slots:
         RURecordControl::abandonRecord();
         RURecordControl::setUndoStack(nullptr);
         stack.reset();
-        fx.reset();
+        HostTestCase::cleanup();
     }
 
-    void settingsPersistAcrossReads()
+    void settingsPersistPerAppFolder()
     {
+        const GlobalSettingsInfo fresh = ProjectSettingHelper::GetGlobalSettingsInfo();
         QVERIFY(!ProjectSettingHelper::HasProjectSettings());
+        QCOMPARE(fresh.project, ProjectSettingsInfo());
+        QVERIFY(fresh.bzqdChecked && fresh.jlqdChecked);
         QSignalSpy changed(ProjectSettingHelper::instance(), &ProjectSettingHelper::settingsChanged);
-        GlobalSettingsInfo g = ProjectSettingHelper::GetGlobalSettingsInfo();
+        GlobalSettingsInfo g = fresh;
         g.project = sampleSettings();
         g.bzqdChecked = false;
-        g.jlqdChecked = true;
-        const QString key = GlobalSettingsInfo::selectionKey(QStringLiteral("u1"), QStringLiteral("kv_token"), 0);
+        const QString key = GlobalSettingsInfo::selectionKey("u1", "kv_token", 0);
+        QCOMPARE(key, QStringLiteral("u1 kv_token 0"));
         g.setProjectSelection(key, QJsonArray{QJsonObject{{"tid", "p1"}, {"xmmc", "某住宅楼"}}});
+        g.setProjectSelection("u1 ent_7 7", QJsonArray{QJsonObject{{"tid", "a"}}});
+        g.setProjectSelection("u1 ent_7 7", QJsonArray{}); // an emptied selection is dropped
         ProjectSettingHelper::SetGlobalSettingsInfo(g);
         QCOMPARE(changed.count(), 1);
-        QCOMPARE(key, QStringLiteral("u1 kv_token 0"));
-
         const GlobalSettingsInfo back = ProjectSettingHelper::GetGlobalSettingsInfo();
         QVERIFY(back == g);
+        QCOMPARE(back.projectSelections().keys(), QStringList{key});
         QCOMPARE(back.projectSelection(key).first().toObject().value("xmmc").toString(), QStringLiteral("某住宅楼"));
+        QVERIFY(back.projectSelection("nobody").isEmpty());
         QCOMPARE(ProjectSettingHelper::GetProjectSettingsInfo(), sampleSettings());
         QVERIFY(ProjectSettingHelper::HasProjectSettings());
-    }
-
-    void selectionsAreKeptPerKey()
-    {
-        GlobalSettingsInfo g;
-        g.setProjectSelection(QStringLiteral("u1 ent_7 7"), QJsonArray{QJsonObject{{"tid", "a"}}});
-        g.setProjectSelection(QStringLiteral("u1 kv_token 0"), QJsonArray{QJsonObject{{"tid", "b"}}});
-        g.setProjectSelection(QStringLiteral("u1 kv_token 0"), QJsonArray{});
-        ProjectSettingHelper::SetGlobalSettingsInfo(g);
-        const GlobalSettingsInfo back = ProjectSettingHelper::GetGlobalSettingsInfo();
-        QCOMPARE(back.projectSelections().keys(), QStringList{QStringLiteral("u1 ent_7 7")});
-        QVERIFY(back.projectSelection(QStringLiteral("nobody")).isEmpty());
-    }
-
-    void settingsAreIsolatedPerAppFolder()
-    {
-        ProjectSettingHelper::SetProjectSettingsInfo(sampleSettings());
+        // Another application folder has settings of its own.
         const QString first = fx->appDir();
-        fx.reset();
-        fx = std::make_unique<HostFixture>();
+        HostTestCase::cleanup();
+        HostTestCase::init();
         QVERIFY(fx->appDir() != first);
         QVERIFY(!ProjectSettingHelper::HasProjectSettings());
-        const GlobalSettingsInfo fresh = ProjectSettingHelper::GetGlobalSettingsInfo();
-        QCOMPARE(fresh.project, ProjectSettingsInfo());
-        QVERIFY(fresh.bzqdChecked);
-        QVERIFY(fresh.jlqdChecked);
     }
 
     void newPlaceTextGetsItsCode_data()
     {
         QTest::addColumn<QString>("place");
+        QTest::addColumn<QString>("given");
         QTest::addColumn<QString>("code");
-        QTest::newRow("district") << "四川省成都市金牛区" << "510106";
-        QTest::newRow("municipality") << "北京市市辖区东城区" << "110101";
-        QTest::newRow("city only") << "四川省成都市" << "5101";
-        QTest::newRow("unknown tail") << "四川省不存在" << "51";
-        QTest::newRow("unknown") << "火星" << "";
-        QTest::newRow("none") << "无" << "";
+        QTest::newRow("district") << "四川省成都市金牛区" << "" << "510106";
+        QTest::newRow("municipality") << "北京市市辖区东城区" << "" << "110101";
+        QTest::newRow("city only") << "四川省成都市" << "" << "5101";
+        QTest::newRow("unknown tail") << "四川省不存在" << "" << "51";
+        QTest::newRow("unknown") << "火星" << "" << "";
+        QTest::newRow("none") << "无" << "" << "";
+        QTest::newRow("code given with the text is kept") << "某地" << "999999" << "999999";
     }
-
     void newPlaceTextGetsItsCode()
     {
         QFETCH(QString, place);
+        QFETCH(QString, given);
         QFETCH(QString, code);
         ProjectSettingHelper::SetProjectSettingsInfo(sampleSettings());
         GlobalSettingsInfo g = ProjectSettingHelper::GetGlobalSettingsInfo();
         g.project.place = place;
+        if (!given.isEmpty())
+            g.project.placeCode = given;
         ProjectSettingHelper::SetGlobalSettingsInfo(g);
         QCOMPARE(ProjectSettingHelper::GetProjectSettingsInfo().placeCode, code);
-        // A code given with the text is kept as given.
-        ProjectSettingsInfo p = sampleSettings();
-        p.place = QStringLiteral("某地");
-        p.placeCode = QStringLiteral("999999");
-        ProjectSettingHelper::SetProjectSettingsInfo(p);
-        QCOMPARE(ProjectSettingHelper::GetProjectSettingsInfo().placeCode, QStringLiteral("999999"));
     }
 
     void oneRecordIsOneUndoStep()
     {
-        JJBTableBase table(QStringLiteral("分部分项"), JJBTableBase::BillTableKind);
-        BaseDataItem *a = table.rootItem()->appendChild(bill(1, QStringLiteral("030404017001")));
-        BaseDataItem *b = table.rootItem()->appendChild(bill(2, QStringLiteral("030411001001")));
-        a->setData(BaseDataItem::FeaturesRole, QStringLiteral("旧特征"));
-
-        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 8, QStringLiteral("修改项目特征")));
-        a->setData(BaseDataItem::FeaturesRole, QStringLiteral("新特征1"));
-        a->setData(BaseDataItem::FeaturesRole, QStringLiteral("新特征2"));
-        b->setData(BaseDataItem::FeaturesRole, QStringLiteral("新特征B"));
-        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 8, QStringLiteral("inner")));
-        b->setData(BaseDataItem::NameRole, QStringLiteral("配管"));
+        JJBTableBase table("分部分项", JJBTableBase::BillTableKind);
+        BaseDataItem *a = table.rootItem()->appendChild(bill(1, "030404017001"));
+        BaseDataItem *b = table.rootItem()->appendChild(bill(2, "030411001001"));
+        a->setData(BaseDataItem::FeaturesRole, "旧特征");
+        QList<int> seen; // what an observer of the table (a view) is told
+        table.rootItem()->setChangeObserver([&seen](BaseDataItem *, int role) { seen << role; });
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 8, "修改项目特征"));
+        a->setData(BaseDataItem::FeaturesRole, "新特征1");
+        a->setData(BaseDataItem::FeaturesRole, "新特征2");
+        b->setData(BaseDataItem::FeaturesRole, "新特征B");
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 8, "inner"));
+        b->setData(BaseDataItem::NameRole, "配管");
         RURecordControl::EndRecord();
         QCOMPARE(stack->count(), 0);
         RURecordControl::EndRecord();
-
         QCOMPARE(stack->count(), 1);
         QCOMPARE(stack->undoText(), QStringLiteral("修改项目特征"));
         stack->undo();
         QCOMPARE(a->text(BaseDataItem::FeaturesRole), QStringLiteral("旧特征"));
         QVERIFY(!b->data(BaseDataItem::FeaturesRole).isValid());
         QVERIFY(!b->data(BaseDataItem::NameRole).isValid());
+        QCOMPARE(seen.count(BaseDataItem::FeaturesRole), 6); // three changes, three undone
+        QCOMPARE(seen.count(BaseDataItem::NameRole), 2);
         stack->redo();
         QCOMPARE(a->text(BaseDataItem::FeaturesRole), QStringLiteral("新特征2"));
         QCOMPARE(b->text(BaseDataItem::NameRole), QStringLiteral("配管"));
@@ -166,23 +140,23 @@ private slots:
     {
         BaseDataItem item(1);
         RURecordControl::EndRecord();
-        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(nullptr, 8, QStringLiteral("x")));
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(nullptr, 8, "x"));
         RURecordControl::EndRecord();
-        item.setData(BaseDataItem::NameRole, QStringLiteral("outside"));
+        item.setData(BaseDataItem::NameRole, "outside");
         QCOMPARE(stack->count(), 0);
         QVERIFY(!RURecordControl::IsRecording());
     }
 
     void materialChangesUndo()
     {
-        GeneralTableBase table(QStringLiteral("人材机汇总"));
+        GeneralTableBase table("人材机汇总");
         GljBean m;
         m.SetGuid(5);
         m.SetTj(10.0);
         GljBean *stored = table.addMaterial(m);
         int seen = 0;
         table.setChangeObserver([&seen](GljBean *) { ++seen; });
-        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 0, QStringLiteral("材料价格选用")));
+        RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(&table, 0, "材料价格选用"));
         GljBean changed = *stored;
         changed.SetTj(12.34);
         table.updateMaterial(table.materialByGuid(5), changed);
@@ -193,55 +167,37 @@ private slots:
         QCOMPARE(seen, 2);
     }
 
-    void observerSeesUndo()
+    void tablesAndItemsAnswerTheHost()
     {
-        BaseDataItem root(0, BaseDataItem::ProjectKind);
-        BaseDataItem *child = root.appendChild(bill(9, QStringLiteral("1")));
-        QList<int> roles;
-        root.setChangeObserver([&roles](BaseDataItem *, int role) { roles << role; });
-        RURecordControl::BeginRecord(TableRedoUIInfo());
-        child->setData(BaseDataItem::UnitRole, QStringLiteral("m"));
-        RURecordControl::EndRecord();
-        stack->undo();
-        QCOMPARE(roles, (QList<int>{BaseDataItem::UnitRole, BaseDataItem::UnitRole}));
-    }
-
-    void redoInfoOfTable()
-    {
-        WorkBaseObject work(QStringLiteral("电气工程"));
-        JJBTableBase *measures = work.addPricingTable(QStringLiteral("措施项目"), JJBTableBase::MeasureTableKind);
-        const TableRedoUIInfo info = TableBaseObject::GetTableRedoUIInfo(measures, 8, QStringLiteral("修改项目特征"));
-        QCOMPARE(info.tableName, QStringLiteral("措施项目"));
-        QCOMPARE(info.tableKind, 3004);
-        QCOMPARE(info.unitWorkName, QStringLiteral("电气工程"));
-        QCOMPARE(info.recordKind, 8);
-        QCOMPARE(TableBaseObject::GetTableRedoUIInfo(nullptr, 8, QStringLiteral("c")).tableName, QString());
+        WorkBaseObject work("电气工程");
+        JJBTableBase *measures = work.addPricingTable("措施项目", JJBTableBase::MeasureTableKind);
+        const TableRedoUIInfo info = TableBaseObject::GetTableRedoUIInfo(measures, 8, "修改项目特征");
+        QCOMPARE(QStringList({info.tableName, QString::number(info.tableKind), info.unitWorkName, QString::number(info.recordKind)}),
+                 (QStringList{"措施项目", "3004", "电气工程", "8"}));
+        QCOMPARE(TableBaseObject::GetTableRedoUIInfo(nullptr, 8, "c").tableName, QString());
         QVERIFY(measures->isMeasureTable());
         QCOMPARE(work.tableOfKind(3004), measures);
-    }
 
-    void itemQueries()
-    {
         BaseDataItem root(0, BaseDataItem::ProjectKind);
         auto section = std::make_unique<BaseDataItem>(10, BaseDataItem::SectionKind);
         section->setExclude(true);
         BaseDataItem *sec = root.appendChild(std::move(section));
-        BaseDataItem *inner = sec->appendChild(bill(11, QStringLiteral("011701001001")));
-        BaseDataItem *free = root.appendChild(bill(12, QStringLiteral("030404017001")));
-        QVERIFY(inner->IsExcludeInChain());
-        QVERIFY(!free->IsExcludeInChain());
+        BaseDataItem *inner = sec->appendChild(bill(11, "011701001001"));
+        BaseDataItem *free = root.appendChild(bill(12, "030404017001"));
+        QVERIFY(inner->IsExcludeInChain() && !free->IsExcludeInChain());
         QCOMPARE(root.bills(), (QList<BaseDataItem *>{inner, free}));
         QCOMPARE(inner->parentItem(), sec);
         QCOMPARE(free->row(), 1);
+        // A measure's number is its code until it is given one.
         QCOMPARE(inner->GetCsQdbh(), QStringLiteral("011701001001"));
-        inner->setCsQdbh(QStringLiteral("1.1"));
+        inner->setCsQdbh("1.1");
         QCOMPARE(inner->GetCsQdbh(), QStringLiteral("1.1"));
     }
 
     void itemValuesReadFromWorkers()
     {
         BaseDataItem item(1);
-        item.setData(BaseDataItem::NameRole, QStringLiteral("配管"));
+        item.setData(BaseDataItem::NameRole, "配管");
         std::atomic<bool> stop{false};
         std::atomic<int> bad{0};
         auto reader = QtConcurrent::run([&] {
@@ -270,7 +226,6 @@ private slots:
         QTest::newRow("no time") << "" << "一般计税" << "" << 0 << false;
         QTest::newRow("bad month") << "2023年13月" << "" << "" << 0 << false;
     }
-
     void saveAttributes()
     {
         QFETCH(QString, time);
@@ -282,7 +237,7 @@ private slots:
         p.time = time;
         p.taxMode = tax;
         ProjectSettingHelper::SetProjectSettingsInfo(p);
-        WorkBaseObject work(QStringLiteral("电气工程"));
+        WorkBaseObject work("电气工程");
         work.setJswjIndex(2);
         work.setDelbIndex(3);
         TQDNodeInfo info;
@@ -298,7 +253,7 @@ private slots:
     {
         DataLibrary::Instance()->clearAppType();
         QCOMPARE(AppType(), 16);
-        HostConfig::setValue(QStringLiteral("AppType"), QStringLiteral("3"));
+        HostConfig::setValue("AppType", "3");
         QCOMPARE(AppType(), 3);
         DataLibrary::Instance()->setAppType(16);
         QCOMPARE(AppType(), 16);

@@ -32,7 +32,6 @@ private slots:
         QTest::newRow("large value") << 123456789.125 << 2 << true << "123456789.13";
         QTest::newRow("deviation rate") << -12.345 << 2 << true << "-12.35";
     }
-
     void round()
     {
         QFETCH(double, value);

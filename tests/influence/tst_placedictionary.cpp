@@ -1,4 +1,4 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
 #include <hostapi/apppaths.h>
 #include <hostapi/clsdac.h>
@@ -7,8 +7,6 @@
 #include <QFileInfo>
 #include <QtConcurrent>
 #include <QtTest>
-
-#include <memory>
 
 namespace {
 struct Row
@@ -23,17 +21,14 @@ QList<Row> readSet(const QString &path)
 {
     QList<Row> rows;
     DBM::clsDAC dac(path, true);
-    DBM::clsDACResult r = dac.execSql(
-        QStringLiteral("SELECT * FROM subset_dd WHERE sid = '%1';").arg(PlaceDictionary::placeSetId()));
-    while (r.next()) {
-        rows << Row{r.value(QStringLiteral("name")).toString(), r.value(QStringLiteral("pid")).toString(),
-                    r.value(QStringLiteral("rownum")).toInt(), r.value(QStringLiteral("sysCode")).toString()};
-    }
+    DBM::clsDACResult r = dac.execSql(QStringLiteral("SELECT * FROM subset_dd WHERE sid = '%1';").arg(PlaceDictionary::placeSetId()));
+    while (r.next())
+        rows << Row{r.value("name").toString(), r.value("pid").toString(), r.value("rownum").toInt(), r.value("sysCode").toString()};
     return rows;
 }
 
-// The chain of names from the top level down to the row called `leaf` whose
-// code is `code`, each with its code.
+// The chain of names, each with its code, from the top level down to the row
+// whose code is `code`.
 QStringList chainOf(const QList<Row> &rows, const QString &code)
 {
     QHash<int, Row> byRownum;
@@ -58,48 +53,30 @@ const QByteArray kCities = "code,name,provinceCode\n1101,\"市辖区\",11\n5101,
 const QByteArray kAreas = "code,name,cityCode,provinceCode\n110101,\"东城区\",1101,11\n510106,\"金牛区\",5101,51\n";
 }
 
-class TestPlaceDictionary : public QObject
+class TestPlaceDictionary : public HostTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-
 private slots:
-    void init() { fx = std::make_unique<HostFixture>(); }
-    void cleanup() { fx.reset(); }
-
     void freshInstallBuildsTheWholeCountry()
     {
-        const QString expected = HostDatabasePath(QStringLiteral("IDTDICTMIDDLE"));
+        const QString expected = HostDatabasePath("IDTDICTMIDDLE");
         QVERIFY(!QFileInfo::exists(expected));
         QCOMPARE(PlaceDictionary::ensureDatabase(), expected);
         QVERIFY(QFileInfo::exists(expected));
 
         const QList<Row> rows = readSet(expected);
-        int top = 0, cities = 0, districts = 0;
-        for (const Row &r : rows) {
-            if (r.pid.isEmpty())
-                ++top;
-            else if (r.sysCode.size() == 4)
-                ++cities;
-            else if (r.sysCode.size() == 6)
-                ++districts;
-        }
+        QList<int> levels{0, 0, 0}; // provinces (top level), cities, districts
+        for (const Row &r : rows)
+            ++levels[r.pid.isEmpty() ? 0 : r.sysCode.size() / 2 - 1];
         // The counts of provinces.csv, cities.csv and areas.csv.
-        QCOMPARE(top, 31);
-        QCOMPARE(cities, 342);
-        QCOMPARE(districts, 2978);
+        QCOMPARE(levels, (QList<int>{31, 342, 2978}));
         QCOMPARE(rows.size(), 31 + 342 + 2978);
         QCOMPARE(rows.first().name, QStringLiteral("北京市"));
         QVERIFY(rows.first().pid.isEmpty());
 
-        QCOMPARE(chainOf(rows, QStringLiteral("110101")),
-                 (QStringList{QStringLiteral("北京市/11"), QStringLiteral("市辖区/1101"), QStringLiteral("东城区/110101")}));
-        QCOMPARE(chainOf(rows, QStringLiteral("510106")),
-                 (QStringList{QStringLiteral("四川省/51"), QStringLiteral("成都市/5101"), QStringLiteral("金牛区/510106")}));
-        QCOMPARE(chainOf(rows, QStringLiteral("659001")),
-                 (QStringList{QStringLiteral("新疆维吾尔自治区/65"), QStringLiteral("自治区直辖县级行政区划/6590"),
-                              QStringLiteral("石河子市/659001")}));
+        QCOMPARE(chainOf(rows, "110101"), (QStringList{"北京市/11", "市辖区/1101", "东城区/110101"}));
+        QCOMPARE(chainOf(rows, "510106"), (QStringList{"四川省/51", "成都市/5101", "金牛区/510106"}));
+        QCOMPARE(chainOf(rows, "659001"), (QStringList{"新疆维吾尔自治区/65", "自治区直辖县级行政区划/6590", "石河子市/659001"}));
     }
 
     void concurrentFirstUseBuildsOnce()
@@ -111,7 +88,7 @@ private slots:
         for (QFuture<QString> &f : futures)
             paths << f.result();
         for (const QString &p : paths)
-            QCOMPARE(p, HostDatabasePath(QStringLiteral("IDTDICTMIDDLE")));
+            QCOMPARE(p, HostDatabasePath("IDTDICTMIDDLE"));
         QCOMPARE(readSet(paths.first()).size(), 3351);
         int builds = 0;
         for (const QString &line : fx->logLines())
@@ -119,25 +96,16 @@ private slots:
         QCOMPARE(builds, 1);
     }
 
-    void lookupByNameGivesTheCode()
-    {
-        DBM::clsDAC dac(PlaceDictionary::ensureDatabase(), true);
-        DBM::clsDACResult r = dac.execSql(QStringLiteral("SELECT * FROM subset_dd WHERE name = '%1';").arg(QStringLiteral("金牛区")));
-        QVERIFY(r.next());
-        QCOMPARE(r.value(QStringLiteral("sysCode")).toString(), QStringLiteral("510106"));
-        QVERIFY(!r.next());
-    }
-
     void codeForPath_data()
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("code");
-        QTest::newRow("district") << QStringLiteral("四川省成都市金牛区") << QStringLiteral("510106");
-        QTest::newRow("municipality district") << QStringLiteral("北京市市辖区东城区") << QStringLiteral("110101");
-        QTest::newRow("province") << QStringLiteral("四川省") << QStringLiteral("51");
-        QTest::newRow("city") << QStringLiteral("四川省成都市") << QStringLiteral("5101");
-        QTest::newRow("no province") << QStringLiteral("成都市金牛区") << QString();
-        QTest::newRow("unknown") << QStringLiteral("火星") << QString();
+        QTest::newRow("district") << "四川省成都市金牛区" << "510106";
+        QTest::newRow("municipality district") << "北京市市辖区东城区" << "110101";
+        QTest::newRow("province") << "四川省" << "51";
+        QTest::newRow("city") << "四川省成都市" << "5101";
+        QTest::newRow("no province") << "成都市金牛区" << QString();
+        QTest::newRow("unknown") << "火星" << QString();
         QTest::newRow("empty") << QString() << QString();
     }
     void codeForPath()
@@ -152,7 +120,7 @@ private slots:
         const QString path = PlaceDictionary::ensureDatabase();
         {
             DBM::clsDAC dac(path);
-            dac.execSql(QStringLiteral("UPDATE subset_dd SET name = '北京' WHERE rownum = 1"));
+            dac.execSql("UPDATE subset_dd SET name = '北京' WHERE rownum = 1");
         }
         QCOMPARE(PlaceDictionary::ensureDatabase(), path);
         QCOMPARE(readSet(path).first().name, QStringLiteral("北京"));
@@ -161,24 +129,24 @@ private slots:
 
     void setIsAddedToAnExistingDictionary()
     {
-        const QString path = HostDatabasePath(QStringLiteral("IDTDICTMIDDLE"));
+        const QString path = HostDatabasePath("IDTDICTMIDDLE");
         {
             DBM::clsDAC dac(path);
-            dac.execSql(QStringLiteral("CREATE TABLE other_dd (v TEXT)"));
-            dac.execSql(QStringLiteral("INSERT INTO other_dd VALUES ('keep')"));
+            dac.execSql("CREATE TABLE other_dd (v TEXT)");
+            dac.execSql("INSERT INTO other_dd VALUES ('keep')");
         }
         QVERIFY(!PlaceDictionary::hasPlaceSet(path));
         PlaceDictionary::ensureDatabase();
         QVERIFY(PlaceDictionary::hasPlaceSet(path));
         DBM::clsDAC dac(path, true);
-        DBM::clsDACResult r = dac.execSql(QStringLiteral("SELECT v FROM other_dd"));
+        DBM::clsDACResult r = dac.execSql("SELECT v FROM other_dd");
         QVERIFY(r.next());
         QCOMPARE(r.value(0).toString(), QStringLiteral("keep"));
     }
 
     void quotedFieldsAndSmallTables()
     {
-        const QString path = HostDatabasePath(QStringLiteral("SMALL"));
+        const QString path = HostDatabasePath("SMALL");
         const QByteArray provinces = "code,name\r\n11,\"北京\"\"市\"\"\"\r\n\r\n";
         QCOMPARE(PlaceDictionary::build(path, provinces, kCities.left(kCities.indexOf("5101")),
                                         kAreas.left(kAreas.indexOf("510106"))),
@@ -216,7 +184,7 @@ private slots:
         QFETCH(QByteArray, cities);
         QFETCH(QByteArray, areas);
         QFETCH(QString, message);
-        const QString path = HostDatabasePath(QStringLiteral("IDTDICTMIDDLE"));
+        const QString path = HostDatabasePath("IDTDICTMIDDLE");
         try {
             PlaceDictionary::build(path, provinces, cities, areas);
             QFAIL("no error");

@@ -1,18 +1,13 @@
-#include <service/matching/matchevaluation.h>
+#include "hosttestcase.h"
 
-#include <hostfixture.h>
+#include <service/matching/matchevaluation.h>
 
 #include <QtTest>
 
-#include <memory>
-
-class TestMatchEvaluation : public QObject
+class TestMatchEvaluation : public HostTestCase
 {
     Q_OBJECT
 private slots:
-    void init() { m_fixture.reset(new HostFixture); }
-    void cleanup() { m_fixture.reset(); }
-
     void beatsBaselineOnRealBook()
     {
         const QString path = qEnvironmentVariable("VELORA_DATA_DIR") + QStringLiteral("/project-bills/jiangsu-installation-2014.json");
@@ -44,9 +39,9 @@ private slots:
     void badFileIsReported()
     {
         QString error;
-        QVERIFY(MatchEvaluation::loadBook(m_fixture->appDir() + QStringLiteral("/none.json"), &error).isEmpty());
+        QVERIFY(MatchEvaluation::loadBook(fx->appDir() + QStringLiteral("/none.json"), &error).isEmpty());
         QVERIFY(error.contains(QStringLiteral("cannot open")));
-        QFile f(m_fixture->appDir() + QStringLiteral("/bad.json"));
+        QFile f(fx->appDir() + QStringLiteral("/bad.json"));
         QVERIFY(f.open(QIODevice::WriteOnly));
         f.write("[1,2]");
         f.close();
@@ -54,9 +49,6 @@ private slots:
         QVERIFY(MatchEvaluation::loadBook(f.fileName(), &error).isEmpty());
         QVERIFY(error.contains(QStringLiteral("not a book file")));
     }
-
-private:
-    std::unique_ptr<HostFixture> m_fixture;
 };
 
 QTEST_GUILESS_MAIN(TestMatchEvaluation)

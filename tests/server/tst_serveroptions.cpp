@@ -6,37 +6,26 @@ class TestServerOptions : public QObject
 {
     Q_OBJECT
 private slots:
-    void defaults()
+    void accepted_data()
     {
-        ServerOptions o;
-        QString error;
-        QVERIFY(o.parse({QStringLiteral("--data"), QStringLiteral("/tmp/d")}, &error));
-        QCOMPARE(o.dataDir, QStringLiteral("/tmp/d"));
-        QCOMPARE(o.listen, QStringLiteral("127.0.0.1:8686"));
-        QCOMPARE(o.threads, 32);
-        QCOMPARE(o.maxBodyBytes, qint64(8 * 1024 * 1024));
-        QCOMPARE(o.seed, QStringLiteral("full"));
+        QTest::addColumn<QString>("args");
+        QTest::addColumn<QString>("options"); // data listen threads max-body seed help
+        QTest::newRow("defaults") << "--data /tmp/d" << "/tmp/d 127.0.0.1:8686 32 8388608 full 0";
+        QTest::newRow("every option") << "--data d --listen 0.0.0.0:9000 --threads 4 --max-body 2048 --seed minimal"
+                                      << "d 0.0.0.0:9000 4 2048 minimal 0";
+        QTest::newRow("help needs no data") << "--help" << " 127.0.0.1:8686 32 8388608 full 1";
     }
-
-    void everyOption()
+    void accepted()
     {
+        QFETCH(QString, args);
+        QFETCH(QString, options);
         ServerOptions o;
         QString error;
-        QVERIFY2(o.parse(QStringLiteral("--data d --listen 0.0.0.0:9000 --threads 4 --max-body 2048 --seed minimal")
-                             .split(QLatin1Char(' ')), &error), qPrintable(error));
-        QCOMPARE(o.listen, QStringLiteral("0.0.0.0:9000"));
-        QCOMPARE(o.threads, 4);
-        QCOMPARE(o.maxBodyBytes, qint64(2048));
-        QCOMPARE(o.seed, QStringLiteral("minimal"));
-    }
-
-    void helpNeedsNoData()
-    {
-        ServerOptions o;
-        QString error;
-        QVERIFY(o.parse({QStringLiteral("--help")}, &error));
-        QVERIFY(o.help);
-        QVERIFY(ServerOptions::usage().contains(QStringLiteral("--listen ADDR:PORT")));
+        QVERIFY2(o.parse(args.split(' '), &error), qPrintable(error));
+        QCOMPARE(QStringList({o.dataDir, o.listen, QString::number(o.threads), QString::number(o.maxBodyBytes), o.seed,
+                              QString::number(o.help)}).join(' '),
+                 options);
+        QVERIFY(ServerOptions::usage().contains("--listen ADDR:PORT"));
     }
 
     void refused_data()
@@ -54,14 +43,13 @@ private slots:
         QTest::newRow("bad seed") << "--data d --seed all" << "--seed wants full, minimal or none, got \"all\"";
         QTest::newRow("unknown") << "--data d --port 80" << "unknown argument \"--port\"";
     }
-
     void refused()
     {
         QFETCH(QString, args);
         QFETCH(QString, error);
         ServerOptions o;
         QString got;
-        QVERIFY(!o.parse(args.split(QLatin1Char(' ')), &got));
+        QVERIFY(!o.parse(args.split(' '), &got));
         QCOMPARE(got, error);
     }
 
@@ -75,7 +63,6 @@ private slots:
         QTest::newRow("v6 unbracketed") << "::1:8686" << false;
         QTest::newRow("letters port") << "127.0.0.1:http" << false;
     }
-
     void listenForms()
     {
         QFETCH(QString, listen);

@@ -1,5 +1,4 @@
-#include "hostfixture.h"
-#include "servicetestbase.h"
+#include "servicetestcase.h"
 
 #include <service/servicecore.h>
 #include <service/servicedb.h>
@@ -15,53 +14,49 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-using namespace reply;
+using namespace cloudjson;
 
 // Storage: transactions, migrations, a killed writer, concurrent callers,
 // and the deterministic seed.
-class TestServiceStorage : public QObject
+class TestServiceStorage : public ServiceTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-
     static int count(ServiceDb &db, const QString &table)
     {
         return db.scalar(QStringLiteral("SELECT COUNT(*) FROM ") + table).toInt();
     }
+    // The database of the service in `dir`, opened.
+    static std::unique_ptr<ServiceDb> serviceDb(const QString &dir)
+    {
+        auto db = std::make_unique<ServiceDb>(QDir(dir).filePath(ServiceCore::databaseFileName()));
+        db->open();
+        return db;
+    }
     static QStringList billDigest(const QString &dir)
     {
-        ServiceDb db(QDir(dir).filePath(ServiceCore::databaseFileName()));
-        db.open();
         QStringList rows;
-        QSqlQuery q = db.exec(QStringLiteral("SELECT tier, owner, source, qdbh, xmmc, jldw, zhdj, zjnr FROM bills ORDER BY id"));
-        while (q.next())
-            rows.append(QStringList{q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString(),
-                                    q.value(4).toString(), q.value(5).toString(), q.value(6).toString(), q.value(7).toString()}
-                            .join(QLatin1Char('|')));
+        QSqlQuery q = serviceDb(dir)->exec("SELECT tier, owner, source, qdbh, xmmc, jldw, zhdj, zjnr FROM bills ORDER BY id");
+        while (q.next()) {
+            QStringList row;
+            for (int c = 0; c < 8; ++c)
+                row << q.value(c).toString();
+            rows << row.join('|');
+        }
         return rows;
     }
 
 private slots:
-    void init() { fx = std::make_unique<HostFixture>(); }
-    void cleanup() { fx.reset(); }
-
     void failedWriteLeavesNothing()
     {
         QTemporaryDir dir;
         ServiceDb db(dir.filePath("t.db"));
         db.open();
         QCOMPARE(db.schemaVersion(), ServiceDb::latestVersion());
-        bool threw = false;
-        try {
-            db.write([&] {
-                db.exec(QStringLiteral("INSERT INTO enterprises(id, name) VALUES(1, 'a')"));
-                throw ServiceError(ServiceError::BadRequest, QStringLiteral("x"));
-            });
-        } catch (const ServiceError &) {
-            threw = true;
-        }
-        QVERIFY(threw);
+        const auto failing = [&] {
+            db.exec("INSERT INTO enterprises(id, name) VALUES(1, 'a')");
+            throw ServiceError(ServiceError::BadRequest, "x");
+        };
+        QVERIFY_EXCEPTION_THROWN(db.write(failing), ServiceError);
         QCOMPARE(count(db, "enterprises"), 0);
     }
 
@@ -74,10 +69,10 @@ private slots:
         if (pid == 0) {
             ServiceDb db(path);
             db.open();
-            db.write([&] { db.exec(QStringLiteral("INSERT INTO enterprises(id, name) VALUES(1, 'kept')")); });
+            db.write([&] { db.exec("INSERT INTO enterprises(id, name) VALUES(1, 'kept')"); });
             db.write([&] {
                 for (int i = 2; i < 200; ++i)
-                    db.exec(QStringLiteral("INSERT INTO enterprises(id, name) VALUES(?, ?)"), {i, QString::number(i)});
+                    db.exec("INSERT INTO enterprises(id, name) VALUES(?, ?)", {i, QString::number(i)});
                 _exit(0); // killed in the middle of the transaction
             });
             _exit(1);
@@ -87,8 +82,8 @@ private slots:
         ServiceDb db(path);
         db.open();
         QCOMPARE(count(db, "enterprises"), 1);
-        QCOMPARE(db.scalar(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
-        QCOMPARE(db.scalar(QStringLiteral("PRAGMA journal_mode")).toString(), QStringLiteral("wal"));
+        QCOMPARE(db.scalar("PRAGMA integrity_check").toString(), QStringLiteral("ok"));
+        QCOMPARE(db.scalar("PRAGMA journal_mode").toString(), QStringLiteral("wal"));
     }
 
     void migratesAnOlderFile()
@@ -102,40 +97,29 @@ private slots:
             for (const char *index : {"idx_sessions_user", "idx_chapters_parent", "idx_bills_scope", "idx_bills_project",
                                       "idx_projects_scope", "idx_prices_library"})
                 db.exec(QStringLiteral("DROP INDEX ") + QLatin1String(index));
-            db.exec(QStringLiteral("ALTER TABLE enterprise_sessions DROP COLUMN kind"));
-            db.exec(QStringLiteral("PRAGMA user_version = 1"));
+            db.exec("ALTER TABLE enterprise_sessions DROP COLUMN kind");
+            db.exec("PRAGMA user_version = 1");
         }
         ServiceDb db(path);
         db.open();
         QCOMPARE(db.schemaVersion(), ServiceDb::latestVersion());
         QCOMPARE(db.schemaVersion(), 3);
-        db.exec(QStringLiteral("SELECT kind FROM enterprise_sessions"));
-        QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE name = 'idx_bills_scope'")).toInt(), 1);
+        db.exec("SELECT kind FROM enterprise_sessions");
+        QCOMPARE(db.scalar("SELECT COUNT(*) FROM sqlite_master WHERE name = 'idx_bills_scope'").toInt(), 1);
     }
 
     void concurrentCallersAllServed()
     {
-        ServiceTestBase::prepareTemplate();
-        {
-            ServiceTestBase svc;
-            const QString session = ServiceTestBase::session("demo");
-            QList<QFuture<int>> futures;
-            for (int i = 0; i < 32; ++i) {
-                futures.append(QtConcurrent::run([&svc, session, i]() -> int {
-                    const QJsonObject fields = i % 2 == 0
-                        ? QJsonObject{{"method", "editNZQDK"}, {"czlx", 0}, {"para", QJsonObject{{"qdkmc", QStringLiteral("并发库%1").arg(i)}}}}
-                        : QJsonObject{{"method", "getBZQDKList"}};
-                    return code(svc.call(QStringLiteral("kv_token_user"), fields, session));
-                }));
-            }
-            QList<int> codes;
-            for (QFuture<int> &f : futures)
-                codes.append(f.result());
-            QCOMPARE(codes.count(0), 32);
-            const QJsonArray libs = array(svc.call(QStringLiteral("kv_token_user"), {{"method", "getBZQDKList"}}, session));
-            QCOMPARE(libs.size(), 2 + 16);
+        QList<QFuture<int>> futures;
+        for (int i = 0; i < 32; ++i) {
+            futures << QtConcurrent::run([this, i] {
+                const QJsonObject fields = i % 2 ? QJsonObject() : QJsonObject{{"czlx", 0}, {"para", QJsonObject{{"qdkmc", QStringLiteral("并发库%1").arg(i)}}}};
+                return code(call("kv_token_user", i % 2 ? "getBZQDKList" : "editNZQDK", fields));
+            });
         }
-        ServiceTestBase::dropTemplate();
+        for (QFuture<int> &f : futures)
+            QCOMPARE(f.result(), 0);
+        QCOMPARE(array(call("kv_token_user", "getBZQDKList")).size(), 2 + 16);
     }
 
     void fullSeedIsDeterministic()
@@ -154,24 +138,22 @@ private slots:
             QVERIFY(again.firstRunNotice().isEmpty());
         }
         { CloudService second(b.path(), CloudService::Seed::Full); }
-        const QStringList digest = billDigest(a.path());
-        QCOMPARE(digest, billDigest(b.path()));
+        QCOMPARE(billDigest(a.path()), billDigest(b.path()));
 
-        ServiceDb db(QDir(a.path()).filePath(ServiceCore::databaseFileName()));
-        db.open();
-        QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM bills b JOIN libraries l ON l.id = b.library_id"
-                                          " WHERE l.name = 'GB/T 50856-2024 通用安装工程标准清单'")).toInt(), 1182);
+        const std::unique_ptr<ServiceDb> db = serviceDb(a.path());
+        QCOMPARE(db->scalar("SELECT COUNT(*) FROM bills b JOIN libraries l ON l.id = b.library_id"
+                                          " WHERE l.name = 'GB/T 50856-2024 通用安装工程标准清单'").toInt(), 1182);
         // Six books of real project bills, each an accumulated project with every bill composed.
-        QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM projects WHERE jjde LIKE '%定额%' AND jjde <> '四川省2020清单计价定额'")).toInt(), 6);
-        QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM bills b JOIN projects p ON p.id = b.project_id"
-                                          " WHERE p.jjde LIKE '%定额%' AND p.jjde <> '四川省2020清单计价定额'")).toInt(), 571);
-        QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM bills WHERE source = 2 AND (zjnr NOT LIKE '{\"zjnr\":[{\"TYPE\":\"DE\"%'"
-                                          " AND zjnr NOT LIKE '{\"zjnr\":[{%\"TYPE\":\"DE\"%') ")).toInt(), 0);
+        QCOMPARE(db->scalar("SELECT COUNT(*) FROM projects WHERE jjde LIKE '%定额%' AND jjde <> '四川省2020清单计价定额'").toInt(), 6);
+        QCOMPARE(db->scalar("SELECT COUNT(*) FROM bills b JOIN projects p ON p.id = b.project_id"
+                                          " WHERE p.jjde LIKE '%定额%' AND p.jjde <> '四川省2020清单计价定额'").toInt(), 571);
+        QCOMPARE(db->scalar("SELECT COUNT(*) FROM bills WHERE source = 2 AND (zjnr NOT LIKE '{\"zjnr\":[{\"TYPE\":\"DE\"%'"
+                                          " AND zjnr NOT LIKE '{\"zjnr\":[{%\"TYPE\":\"DE\"%') ").toInt(), 0);
         // Installation bills got the standard code of their name where there is one.
-        QVERIFY(db.scalar(QStringLiteral("SELECT COUNT(*) FROM bills WHERE source = 2 AND length(qdbh) = 12")).toInt() > 50);
+        QVERIFY(db->scalar("SELECT COUNT(*) FROM bills WHERE source = 2 AND length(qdbh) = 12").toInt() > 50);
         // The standard library's chapters: appendix, then section.
-        QVERIFY(db.scalar(QStringLiteral("SELECT COUNT(*) FROM chapters c JOIN chapters p ON p.id = c.parent_id"
-                                          " JOIN libraries l ON l.id = c.library_id WHERE l.tier = 3")).toInt() > 10);
+        QVERIFY(db->scalar("SELECT COUNT(*) FROM chapters c JOIN chapters p ON p.id = c.parent_id"
+                                          " JOIN libraries l ON l.id = c.library_id WHERE l.tier = 3").toInt() > 10);
     }
 
     void dataFolderOverride()
@@ -185,11 +167,10 @@ private slots:
             QVERIFY(service.openError().isEmpty());
         }
         qunsetenv("VELORA_DATA_DIR");
-        ServiceDb db(QDir(dir.path()).filePath(ServiceCore::databaseFileName()));
-        db.open();
+        std::unique_ptr<ServiceDb> db = serviceDb(dir.path());
         // Without the shared files only the built-in demo data is there.
-        QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM bills WHERE source = 1 AND tier = 3 AND zjnr = ''")).toInt(), 0);
-        QVERIFY(count(db, "users") == 4);
+        QCOMPARE(db->scalar("SELECT COUNT(*) FROM bills WHERE source = 1 AND tier = 3 AND zjnr = ''").toInt(), 0);
+        QCOMPARE(count(*db, "users"), 4);
     }
 };
 

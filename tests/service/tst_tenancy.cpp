@@ -1,156 +1,132 @@
-#include "hostfixture.h"
-#include "servicetestbase.h"
-
-#include <service/serviceseed.h>
+#include "servicetestcase.h"
 
 #include <QtTest>
 
-using namespace reply;
+using namespace cloudjson;
 
 // Who may see and change what: every user against every tier.
 // demo: admin of east (1001), reader of west (1002); zhangsan: writer of east;
 // lisi: admin of west; wangwu: no enterprise.
-class TestTenancy : public QObject
+class TestTenancy : public ServiceTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
-    std::unique_ptr<ServiceTestBase> svc;
-
-    QString token(const QString &user, const QString &tier)
-    {
-        if (tier == "personal")
-            return QStringLiteral("kv_token_user");
-        if (tier == "korvane")
-            return QStringLiteral("kv_token");
-        if (tier == "forged")
-            return QStringLiteral("ent_forged");
-        return ServiceTestBase::enterpriseToken(user, tier == "east" ? 1001 : 1002);
-    }
-    QJsonObject call(const QString &user, const QString &tier, const QString &method, QJsonObject fields = QJsonObject())
-    {
-        fields.insert(QStringLiteral("method"), method);
-        return svc->call(token(user, tier), fields, ServiceTestBase::session(user));
-    }
     // Id of a personal bill of `user`, found through their own match.
     QString personalBillOf(const QString &user)
     {
-        const QJsonObject r = call(user, "personal", "matchqdtz",
-                                   {{"xmmc", "实心砖墙"}, {"sourceMask", 2}, {"params", QJsonObject{{"page", 1}}}});
+        const QJsonObject r = callAs(user + "@personal", "matchqdtz",
+                                     {{"xmmc", "实心砖墙"}, {"sourceMask", 2}, {"params", QJsonObject{{"page", 1}}}});
         return object(r).value("jlqds").toArray().at(0).toObject().value("guida").toString();
     }
 
 private slots:
-    void initTestCase() { ServiceTestBase::prepareTemplate(); }
-    void cleanupTestCase() { ServiceTestBase::dropTemplate(); }
-    void init()
+    void permissions_data()
     {
-        fx = std::make_unique<HostFixture>();
-        svc = std::make_unique<ServiceTestBase>();
-    }
-    void cleanup()
-    {
-        svc.reset();
-        fx.reset();
-    }
-
-    void matrix_data()
-    {
-        QTest::addColumn<QString>("user");
-        QTest::addColumn<QString>("tier");
-        QTest::addColumn<QString>("method");
-        QTest::addColumn<QJsonObject>("fields");
-        QTest::addColumn<int>("expectedCode");
-
-        const QJsonObject newLibrary{{"czlx", 0}, {"para", QJsonObject{{"qdkid", ""}, {"qdkmc", "新库"}}}};
-        const QJsonObject deleteEastLibrary{{"czlx", 2}, {"para", QJsonObject{{"qdkid", "4"}}}};
-        const QJsonObject deleteWestLibrary{{"czlx", 2}, {"para", QJsonObject{{"qdkid", "6"}}}};
-        const QJsonObject demoLibraryTree{{"bzqdkid", "1"}};
-        const QJsonObject eastTask{{"qiyeID", 1001}, {"taskid", "t"}, {"qdcount", "1"}, {"bzqdkid", "4"}, {"mark", "0"}};
-        const QJsonObject westTask{{"qiyeID", 1002}, {"taskid", "t"}, {"qdcount", "1"}, {"bzqdkid", "6"}, {"mark", "0"}};
-
+        replyColumns();
+        const QString readOnly = "您在该企业只有查看权限，没有编辑权限", adminOnly = "只有企业管理员可以执行该操作",
+                      korvaneReadOnly = "Korvane云为只读的案例库，不能写入", noLibrary = "清单库不存在",
+                      noPriceLibrary = "价表不存在", wrongServer = "请求的方法与所选服务器不符",
+                      otherEnterprise = "请求的企业与登录的企业服务器不一致";
+        const char *newLibrary = R"({"czlx":0,"para":{"qdkid":"","qdkmc":"新库"}})";
         // Personal data is the owner's alone.
-        QTest::newRow("demo reads own library") << "demo" << "personal" << "getchaptertreeforperson" << demoLibraryTree << 0;
-        QTest::newRow("zhangsan reads demo's library") << "zhangsan" << "personal" << "getchaptertreeforperson" << demoLibraryTree << 4;
-        QTest::newRow("zhangsan renames demo's library")
-            << "zhangsan" << "personal" << "editNZQDK"
-            << QJsonObject{{"czlx", 1}, {"para", QJsonObject{{"qdkid", "1"}, {"qdkmc", "x"}}}} << 4;
-        QTest::newRow("zhangsan saves into demo's library")
-            << "zhangsan" << "personal" << "listsavingtaskbeginforperson"
-            << QJsonObject{{"qiyeID", -1}, {"taskid", "t"}, {"qdcount", "1"}, {"bzqdkid", "1"}, {"mark", "0"}} << 4;
-        QTest::newRow("zhangsan checks demo's prices")
-            << "zhangsan" << "personal" << "getmaterialcheckrecords"
-            << QJsonObject{{"sjksyid", "cj-demo-1"}, {"materials", QJsonArray{}}} << 4;
-        QTest::newRow("zhangsan deletes demo's price library")
-            << "zhangsan" << "personal" << "personmaterialedit" << QJsonObject{{"sjksyid", "cj-demo-1"}, {"oper", 3}} << 4;
-        QTest::newRow("wangwu creates own library") << "wangwu" << "personal" << "editNZQDK" << newLibrary << 0;
-
+        replyRow("not logged in", "nobody@personal", "getBZQDKList", R"({"qyid":0})", 2, "未登录Korvane云或登录已失效，请重新登录");
+        replyRow("own library", "personal", "getchaptertreeforperson", R"({"bzqdkid":"1"})", 0);
+        replyRow("own permission", "personal", "listeditpermissionjudgmentforperson", R"({"qiyeID":-1,"usetype":1})", 0);
+        replyRow("reads another's library", "zhangsan@personal", "getchaptertreeforperson", R"({"bzqdkid":"1"})", 4, noLibrary);
+        replyRow("renames another's library", "zhangsan@personal", "editNZQDK", R"({"czlx":1,"para":{"qdkid":"1","qdkmc":"x"}})", 4,
+                 noLibrary);
+        replyRow("saves into another's library", "zhangsan@personal", "listsavingtaskbeginforperson",
+                 R"({"qiyeID":-1,"taskid":"t","qdcount":"1","bzqdkid":"1","mark":"0"})", 4, noLibrary);
+        replyRow("checks another's prices", "zhangsan@personal", "getmaterialcheckrecords",
+                 R"({"sjksyid":"cj-demo-1","materials":[]})", 4, noPriceLibrary);
+        replyRow("deletes another's price library", "zhangsan@personal", "personmaterialedit", R"({"sjksyid":"cj-demo-1","oper":3})",
+                 4, noPriceLibrary);
+        replyRow("without enterprise, own library", "wangwu@personal", "editNZQDK", newLibrary, 0);
         // Enterprises: membership to see, roles to write.
-        QTest::newRow("demo admin creates east library") << "demo" << "east" << "editNZQDK" << newLibrary << 0;
-        QTest::newRow("demo admin deletes east library") << "demo" << "east" << "editNZQDK" << deleteEastLibrary << 0;
-        QTest::newRow("demo reader lists west") << "demo" << "west" << "getBZQDKList" << QJsonObject{{"qyid", 1002}} << 0;
-        QTest::newRow("demo reader creates west library") << "demo" << "west" << "editNZQDK" << newLibrary << 3;
-        QTest::newRow("demo reader opens west task") << "demo" << "west" << "listsavingtaskbeginforenterprise" << westTask << 3;
-        QTest::newRow("zhangsan writer opens east task") << "zhangsan" << "east" << "listsavingtaskbeginforenterprise" << eastTask << 0;
-        QTest::newRow("zhangsan writer creates east library") << "zhangsan" << "east" << "editNZQDK" << newLibrary << 0;
-        QTest::newRow("zhangsan writer deletes east library") << "zhangsan" << "east" << "editNZQDK" << deleteEastLibrary << 3;
-        QTest::newRow("lisi admin deletes west library") << "lisi" << "west" << "editNZQDK" << deleteWestLibrary << 0;
-        QTest::newRow("east token names west") << "demo" << "east" << "getBZQDKList" << QJsonObject{{"qyid", 1002}} << 3;
-        QTest::newRow("east token reads west library")
-            << "demo" << "east" << "getchaptertreeforenterprise" << QJsonObject{{"qiyeID", 1001}, {"bzqdkid", "6"}} << 4;
-        QTest::newRow("forged enterprise token") << "demo" << "forged" << "getBZQDKList" << QJsonObject{{"qyid", 1001}} << 2;
-        QTest::newRow("enterprise token as personal method")
-            << "demo" << "east" << "getchaptertreeforperson" << QJsonObject{{"bzqdkid", "4"}} << 1;
-
+        replyRow("login to another's enterprise", "wangwu@korvane", "enterpriselogin",
+                 R"({"qyid":1001,"username":"wangwu","password":"Velora@2024"})", 3, "该账号不是此企业的成员");
+        replyRow("login to no enterprise", "korvane", "enterpriselogin", R"({"qyid":4242,"username":"demo","password":"x"})", 4,
+                 "企业服务器不存在");
+        replyRow("admin creates library", "east", "editNZQDK", newLibrary, 0);
+        replyRow("admin deletes library", "east", "editNZQDK", R"({"czlx":2,"para":{"qdkid":"4"}})", 0);
+        replyRow("admin may edit", "east", "listeditpermissionjudgmentforenterprise", R"({"qiyeID":1001,"usetype":2})", 0);
+        replyRow("admin writes library", "east", "getQDKQX", R"({"qyid":1001,"qdkid":"4"})", 0);
+        replyRow("admin creates price library", "east", "enterprisematrialedit",
+                 R"({"sjksyid":"","kuName":"华东新价表","oper":1,"qiyeId":1001})", 0);
+        replyRow("admin deletes price library", "east", "enterprisematrialedit", R"({"sjksyid":"cj-east-2023","oper":3,"qiyeId":1001})",
+                 0);
+        replyRow("admin authority", "east", "isauthorityforenterprise", R"({"qiyeId":1001})", 0);
+        replyRow("reader lists", "west", "getBZQDKList", R"({"qyid":1002})", 0);
+        replyRow("reader creates library", "west", "editNZQDK", newLibrary, 3, readOnly);
+        replyRow("reader opens task", "west", "listsavingtaskbeginforenterprise",
+                 R"({"qiyeID":1002,"taskid":"w","qdcount":"1","bzqdkid":"6","mark":"0"})", 3, readOnly);
+        replyRow("reader may not edit", "west", "listeditpermissionjudgmentforenterprise", R"({"qiyeID":1002,"usetype":2})", 3,
+                 readOnly);
+        replyRow("reader writes library", "west", "getQDKQX", R"({"qyid":1002,"qdkid":"6"})", 3, readOnly);
+        replyRow("reader authority", "west", "isauthorityforenterprise", R"({"qiyeId":1002})", 3, readOnly);
+        replyRow("reader creates price library", "west", "enterprisematrialedit", R"({"kuName":"x","oper":1,"qiyeId":1002})", 3,
+                 readOnly);
+        replyRow("reader saves prices", "west", "savematerialprices", R"({"sjksyid":"cj-west-2024","materials":[{"guid":11,"clmc":"水泥"}]})",
+                 3, readOnly);
+        replyRow("writer opens task", "zhangsan@east", "listsavingtaskbeginforenterprise",
+                 R"({"qiyeID":1001,"taskid":"t","qdcount":"1","bzqdkid":"4","mark":"0"})", 0);
+        replyRow("writer creates library", "zhangsan@east", "editNZQDK", newLibrary, 0);
+        replyRow("writer deletes library", "zhangsan@east", "editNZQDK", R"({"czlx":2,"para":{"qdkid":"4"}})", 3, adminOnly);
+        replyRow("writer creates price library", "zhangsan@east", "enterprisematrialedit",
+                 R"({"kuName":"张三建的价表","oper":1,"qiyeId":1001})", 0);
+        replyRow("writer deletes price library", "zhangsan@east", "enterprisematrialedit",
+                 R"({"sjksyid":"cj-east-2024","oper":3,"qiyeId":1001})", 3, adminOnly);
+        replyRow("admin of the other", "lisi@west", "editNZQDK", R"({"czlx":2,"para":{"qdkid":"6"}})", 0);
+        replyRow("token names other enterprise", "east", "getBZQDKList", R"({"qyid":1002})", 3, otherEnterprise);
+        replyRow("body names other enterprise", "east", "listeditpermissionjudgmentforenterprise", R"({"qiyeID":1002,"usetype":2})", 3,
+                 otherEnterprise);
+        replyRow("library of other enterprise", "east", "getchaptertreeforenterprise", R"({"qiyeID":1001,"bzqdkid":"6"})", 4,
+                 noLibrary);
+        replyRow("library of other tier", "east", "getQDKQX", R"({"qyid":1001,"qdkid":"6"})", 4, noLibrary);
+        replyRow("forged enterprise token", "forged", "getBZQDKList", R"({"qyid":1001})", 2, "企业服务器未登录或登录已失效，请重新登录");
+        replyRow("enterprise token, personal method", "east", "getchaptertreeforperson", R"({"bzqdkid":"4"})", 1, wrongServer);
         // The Korvane cloud: everybody reads, nobody writes.
-        QTest::newRow("wangwu reads korvane") << "wangwu" << "korvane" << "getchaptertreeforkv" << QJsonObject{{"bzqdkid", "7"}} << 0;
-        QTest::newRow("demo writes korvane") << "demo" << "korvane" << "editNZQDK" << newLibrary << 3;
-        QTest::newRow("demo opens korvane task")
-            << "demo" << "korvane" << "listsavingtaskbeginforenterprise"
-            << QJsonObject{{"qiyeID", 0}, {"usetype", 3}, {"taskid", "t"}, {"qdcount", "1"}, {"bzqdkid", "7"}, {"mark", "0"}} << 3;
-        QTest::newRow("korvane reads personal library") << "demo" << "korvane" << "getchaptertreeforkv" << demoLibraryTree << 4;
+        replyRow("anybody reads korvane", "wangwu@korvane", "getchaptertreeforkv", R"({"bzqdkid":"7"})", 0);
+        replyRow("big data as enterprise", "bigdata", "getchaptertreeforenterprise", R"({"qiyeID":0,"usetype":2,"bzqdkid":"7"})", 0);
+        replyRow("korvane library write", "korvane", "editNZQDK", newLibrary, 3, korvaneReadOnly);
+        replyRow("korvane task", "korvane", "listsavingtaskbeginforenterprise",
+                 R"({"qiyeID":0,"usetype":3,"taskid":"t","qdcount":"1","bzqdkid":"7","mark":"0"})", 3, korvaneReadOnly);
+        replyRow("korvane may not edit", "korvane", "listeditpermissionjudgmentforenterprise", R"({"qiyeID":0,"usetype":3})", 3,
+                 korvaneReadOnly);
+        replyRow("korvane price library write", "korvane", "enterprisematrialedit", R"({"kuName":"x","oper":1,"qiyeId":0})", 3,
+                 korvaneReadOnly);
+        replyRow("korvane, personal method", "korvane", "listeditpermissionjudgmentforperson", R"({"qiyeID":-1,"usetype":1})", 1,
+                 wrongServer);
+        replyRow("korvane reads personal library", "korvane", "getchaptertreeforkv", R"({"bzqdkid":"1"})", 4, noLibrary);
     }
-
-    void matrix()
-    {
-        QFETCH(QString, user);
-        QFETCH(QString, tier);
-        QFETCH(QString, method);
-        QFETCH(QJsonObject, fields);
-        QFETCH(int, expectedCode);
-        const QJsonObject r = call(user, tier, method, fields);
-        QVERIFY2(code(r) == expectedCode, qPrintable(QStringLiteral("%1: %2").arg(code(r)).arg(msg(r))));
-        if (expectedCode != 0)
-            QVERIFY(!msg(r).isEmpty());
-    }
+    void permissions() { checkReply(); }
 
     void refusedWritesChangeNothing()
     {
-        const QStringList before = texts(array(call("demo", "west", "getBZQDKList", {{"qyid", 1002}})), "mc");
-        call("demo", "west", "editNZQDK", {{"czlx", 0}, {"para", QJsonObject{{"qdkmc", "不该出现"}}}});
-        call("zhangsan", "east", "editNZQDK", {{"czlx", 2}, {"para", QJsonObject{{"qdkid", "4"}}}});
-        QCOMPARE(texts(array(call("demo", "west", "getBZQDKList", {{"qyid", 1002}})), "mc"), before);
-        QCOMPARE(array(call("demo", "east", "getBZQDKList", {{"qyid", 1001}})).size(), 2);
+        const QStringList before = texts(array(callAs("west", "getBZQDKList", {{"qyid", 1002}})), "mc");
+        callAs("west", "editNZQDK", {{"czlx", 0}, {"para", QJsonObject{{"qdkmc", "不该出现"}}}});
+        callAs("zhangsan@east", "editNZQDK", {{"czlx", 2}, {"para", QJsonObject{{"qdkid", "4"}}}});
+        QCOMPARE(texts(array(callAs("west", "getBZQDKList", {{"qyid", 1002}})), "mc"), before);
+        QCOMPARE(array(callAs("east", "getBZQDKList", {{"qyid", 1001}})).size(), 2);
+        QCOMPARE(array(callAs("west", "getenterprisepricelist", {{"klb", "cj"}, {"qiyeID", 1002}})).size(), 1);
     }
 
     void listsShowOnlyOwnData()
     {
-        QCOMPARE(texts(array(call("zhangsan", "personal", "getBZQDKList")), "mc"), QStringList{"张三的清单库"});
-        QCOMPARE(texts(object(call("zhangsan", "personal", "materiallist")).value("sjksys").toArray(), "kmms"),
+        QCOMPARE(texts(array(callAs("zhangsan@personal", "getBZQDKList", {})), "mc"), QStringList{"张三的清单库"});
+        QCOMPARE(texts(object(callAs("zhangsan@personal", "materiallist", {})).value("sjksys").toArray(), "kmms"),
                  QStringList{"张三的材价库"});
-        QVERIFY(array(call("wangwu", "personal", "getBZQDKList")).isEmpty());
-        QCOMPARE(texts(array(call("wangwu", "personal", "getaccumulatedprojects")), "xmmc"), QStringList());
+        QVERIFY(array(callAs("wangwu@personal", "getBZQDKList", {})).isEmpty());
+        QVERIFY(array(callAs("wangwu@personal", "getaccumulatedprojects", {})).isEmpty());
         // wangwu has no enterprise entries; demo has two.
-        QCOMPARE(array(call("wangwu", "korvane", "getserverlist")).size(), 3);
-        QCOMPARE(array(call("demo", "korvane", "getserverlist")).size(), 7);
+        QCOMPARE(array(callAs("wangwu@korvane", "getserverlist", {})).size(), 3);
+        QCOMPARE(array(callAs("korvane", "getserverlist", {})).size(), 7);
         // A material price server's token opens only its own enterprise.
-        const QString cj = array(call("zhangsan", "korvane", "getserverlist")).at(4).toObject().value("token").toString();
+        const QString cj = array(callAs("zhangsan@korvane", "getserverlist", {})).at(4).toObject().value("token").toString();
         QVERIFY(cj.startsWith("cj_"));
-        QCOMPARE(code(svc->call(cj, {{"method", "getenterprisepricelist"}, {"qiyeID", 1001}}, QString())), 0);
-        QCOMPARE(code(svc->call(cj, {{"method", "getenterprisepricelist"}, {"qiyeID", 1002}}, QString())), 3);
-        QCOMPARE(code(svc->call(cj, {{"method", "enterprisematrialedit"}, {"sjksyid", "cj-east-2024"}, {"oper", 3}, {"qiyeId", 1001}},
-                                QString())),
-                 3);
+        QCOMPARE(code(send(cj, method("getenterprisepricelist", {{"qiyeID", 1001}}), QString())), 0);
+        QCOMPARE(code(send(cj, method("getenterprisepricelist", {{"qiyeID", 1002}}), QString())), 3);
+        const QJsonObject drop{{"sjksyid", "cj-east-2024"}, {"oper", 3}, {"qiyeId", 1001}};
+        QCOMPARE(code(send(cj, method("enterprisematrialedit", drop), QString())), 3);
     }
 
     void matchedBillsStayInTheirTier()
@@ -158,14 +134,16 @@ private slots:
         const QString demoBill = personalBillOf("demo");
         const QString zhangBill = personalBillOf("zhangsan");
         QVERIFY(!demoBill.isEmpty() && !zhangBill.isEmpty() && demoBill != zhangBill);
-        QCOMPARE(code(call("demo", "personal", "personprojectinfoforsinglepricecheck", {{"id", demoBill.toInt()}, {"ly", 2}})), 0);
-        QCOMPARE(code(call("demo", "personal", "personprojectinfoforsinglepricecheck", {{"id", zhangBill.toInt()}, {"ly", 2}})), 4);
-        QCOMPARE(code(call("demo", "personal", "getgcsldata", {{"id", zhangBill}})), 4);
-        QCOMPARE(code(call("demo", "korvane", "kvprojectinfoforsinglepricecheck", {{"id", demoBill.toInt()}, {"ly", 2}})), 4);
+        const auto info = [&](const QString &who, const QString &name, const QString &bill) {
+            return code(callAs(who, name, {{"id", bill.toInt()}, {"ly", 2}}));
+        };
+        QCOMPARE(info("personal", "personprojectinfoforsinglepricecheck", demoBill), 0);
+        QCOMPARE(info("personal", "personprojectinfoforsinglepricecheck", zhangBill), 4);
+        QCOMPARE(info("korvane", "kvprojectinfoforsinglepricecheck", demoBill), 4);
+        QCOMPARE(code(callAs("personal", "getgcsldata", {{"id", zhangBill}})), 4);
         // A match never returns another user's bills.
-        const QJsonArray matches = array(call("demo", "personal", "getppqd",
-                                              {{"usetype", "1"}, {"cond", QJsonObject{{"qdly", 3}}},
-                                               {"data", QJsonArray{QJsonObject{{"xmmc", "实心砖墙"}, {"dw", "m3"}}}}}));
+        const QJsonArray matches = array(callAs("personal", "getppqd", {{"usetype", "1"}, {"cond", QJsonObject{{"qdly", 3}}},
+                                                                        {"data", QJsonArray{QJsonObject{{"xmmc", "实心砖墙"}, {"dw", "m3"}}}}}));
         QVERIFY(!matches.isEmpty());
         QVERIFY(!texts(matches, "id").contains(zhangBill));
     }

@@ -1,4 +1,4 @@
-#include "hostfixture.h"
+#include "hosttestcase.h"
 
 #include <storage/qdtreedelegate.h>
 #include <storage/qdtreeitem.h>
@@ -11,8 +11,6 @@
 #include <QSignalSpy>
 #include <QTreeView>
 #include <QtTest>
-
-#include <memory>
 
 namespace {
 // Records the state with which item rows are drawn.
@@ -29,11 +27,10 @@ public:
     mutable QList<QStyle::State> states;
 };
 
-QString writeSquare(const QString &dir, const QString &name, const QColor &colour)
+QString writeSquare(const QString &path, const QColor &colour)
 {
     QImage image(9, 9, QImage::Format_ARGB32);
     image.fill(colour);
-    const QString path = dir + name;
     image.save(path, "PNG");
     return path;
 }
@@ -41,31 +38,24 @@ QString writeSquare(const QString &dir, const QString &name, const QColor &colou
 QDTreeNode chapter(const QString &text)
 {
     QDTreeNode n;
-    n.text = text;
-    n.name = text;
-    n.id = text;
+    n.text = n.name = n.id = text;
     return n;
 }
 }
 
-class TestQDTreeDelegate : public QObject
+// A chapter tree as the storage dialog shows it: a row with children (its
+// arrow drawn with the collapse icon, blue here, or the expand icon, red) and
+// a leaf row without an arrow.
+class TestQDTreeDelegate : public HostTestCase
 {
     Q_OBJECT
-private:
-    std::unique_ptr<HostFixture> fx;
     std::unique_ptr<QTreeView> view;
     QDTreeModel *model = nullptr;
     QDTreeDelegate *delegate = nullptr;
-    QDTreeItem *withChildren = nullptr;
-    QDTreeItem *leaf = nullptr;
     RecordingStyle *style = nullptr;
 
-    QModelIndex parentRow() const { return model->indexForTreeItem(withChildren); }
-    QModelIndex leafRow() const { return model->indexForTreeItem(leaf); }
-    QPoint arrowCentre(const QModelIndex &index) const
-    {
-        return delegate->arrowRect(view->visualRect(index)).center();
-    }
+    QModelIndex row(const QString &which) const { return model->index(which == "parent" ? 0 : 1, 0); }
+    QPoint arrowCentre(const QModelIndex &index) const { return delegate->arrowRect(view->visualRect(index)).center(); }
     void send(QEvent::Type type, const QPoint &pos)
     {
         const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
@@ -73,7 +63,8 @@ private:
         QMouseEvent event(type, pos, view->viewport()->mapToGlobal(pos), button, buttons, Qt::NoModifier);
         QApplication::sendEvent(view->viewport(), &event);
     }
-    QImage paintRow(const QModelIndex &index, QStyle::State extra = QStyle::State_None)
+    // The colour at the arrow's centre when `painter` draws row `index`.
+    QColor arrowColour(const QDTreeDelegate &painter, const QModelIndex &index, QStyle::State extra = QStyle::State_None)
     {
         QImage image(300, 24, QImage::Format_ARGB32);
         image.fill(Qt::white);
@@ -82,26 +73,26 @@ private:
         option.widget = view.get();
         option.rect = QRect(0, 0, 300, 24);
         option.state |= QStyle::State_Enabled | extra;
-        QPainter painter(&image);
-        delegate->paint(&painter, option, index);
-        return image;
+        QPainter p(&image);
+        painter.paint(&p, option, index);
+        return QColor(image.pixel(painter.arrowRect(option.rect).center()));
     }
 
 private slots:
     void init()
     {
-        fx = std::make_unique<HostFixture>();
+        HostTestCase::init();
         view = std::make_unique<QTreeView>();
         style = new RecordingStyle;
         style->setParent(view.get());
         view->setStyle(style);
         model = new QDTreeModel(view.get());
-        withChildren = model->appendNode(nullptr, chapter(QStringLiteral("土石方工程")));
+        QDTreeItem *withChildren = model->appendNode(nullptr, chapter("土石方工程"));
         model->appendNode(withChildren, QDTreeNode());
-        leaf = model->appendNode(nullptr, chapter(QStringLiteral("桩基工程")));
+        model->appendNode(nullptr, chapter("桩基工程"));
         delegate = new QDTreeDelegate(view.get());
-        delegate->setExpandIcon(writeSquare(fx->appDir(), QStringLiteral("down.png"), Qt::red));
-        delegate->setcollapseIcon(writeSquare(fx->appDir(), QStringLiteral("up.png"), Qt::blue));
+        delegate->setExpandIcon(writeSquare(fx->appDir() + "/down.png", Qt::red));
+        delegate->setcollapseIcon(writeSquare(fx->appDir() + "/up.png", Qt::blue));
         delegate->setView(view.get());
         view->setModel(model);
         view->setItemDelegate(delegate);
@@ -112,7 +103,7 @@ private slots:
     void cleanup()
     {
         view.reset();
-        fx.reset();
+        HostTestCase::cleanup();
     }
 
     void arrowRectangle_data()
@@ -135,69 +126,69 @@ private slots:
         QCOMPARE(d.arrowRect(cell), arrow);
     }
 
-    void pressOnArrowOfRowWithChildrenEmitsExpanded()
+    void arrowAsDrawn_data()
     {
-        QSignalSpy spy(delegate, &QDTreeDelegate::expanded);
-        send(QEvent::MouseButtonPress, arrowCentre(parentRow()));
-        QCOMPARE(spy.count(), 1);
-        QCOMPARE(spy.at(0).at(0).toModelIndex(), parentRow());
+        QTest::addColumn<QString>("row");
+        QTest::addColumn<bool>("expand");
+        QTest::addColumn<bool>("withView");
+        QTest::addColumn<QColor>("colour");
+        QTest::newRow("collapsed row with children") << "parent" << false << true << QColor(Qt::blue);
+        QTest::newRow("expanded row with children") << "parent" << true << true << QColor(Qt::red);
+        QTest::newRow("leaf: no arrow") << "leaf" << false << true << QColor(Qt::white);
+        QTest::newRow("delegate without a view: no arrow") << "parent" << false << false << QColor(Qt::white);
     }
-
-    void pressElsewhereOrOnLeafArrowDoesNothing()
+    void arrowAsDrawn()
     {
-        QSignalSpy spy(delegate, &QDTreeDelegate::expanded);
-        send(QEvent::MouseButtonPress, arrowCentre(leafRow()));
-        send(QEvent::MouseButtonPress, view->visualRect(parentRow()).center() - QPoint(60, 0));
-        QCOMPARE(spy.count(), 0);
-    }
-
-    void pointingHandOnlyOverArrowsOfRowsWithChildren()
-    {
-        QWidget *viewport = view->viewport();
-        send(QEvent::MouseMove, arrowCentre(leafRow()));
-        QVERIFY(!viewport->testAttribute(Qt::WA_SetCursor));
-        send(QEvent::MouseMove, arrowCentre(parentRow()));
-        QVERIFY(viewport->testAttribute(Qt::WA_SetCursor));
-        QCOMPARE(viewport->cursor().shape(), Qt::PointingHandCursor);
-        send(QEvent::MouseMove, view->visualRect(parentRow()).topLeft() + QPoint(5, 5));
-        QVERIFY(!viewport->testAttribute(Qt::WA_SetCursor));
-    }
-
-    void arrowDrawnOnlyForRowsWithChildren()
-    {
-        const QRect arrow = delegate->arrowRect(QRect(0, 0, 300, 24));
-        QImage collapsed = paintRow(parentRow());
-        QCOMPARE(QColor(collapsed.pixel(arrow.center())), QColor(Qt::blue));
-        view->expand(parentRow());
-        QImage expanded = paintRow(parentRow());
-        QCOMPARE(QColor(expanded.pixel(arrow.center())), QColor(Qt::red));
-        QImage plain = paintRow(leafRow());
-        const QColor c(plain.pixel(arrow.center()));
-        QVERIFY(c != QColor(Qt::red) && c != QColor(Qt::blue));
-    }
-
-    void noArrowWithoutAView()
-    {
+        QFETCH(QString, row);
+        QFETCH(bool, expand);
+        QFETCH(bool, withView);
+        QFETCH(QColor, colour);
+        if (expand)
+            view->expand(this->row(row));
         QDTreeDelegate bare;
-        bare.setExpandIcon(fx->appDir() + QStringLiteral("down.png"));
-        bare.setcollapseIcon(fx->appDir() + QStringLiteral("up.png"));
-        QImage image(300, 24, QImage::Format_ARGB32);
-        image.fill(Qt::white);
-        QStyleOptionViewItem option;
-        option.rect = QRect(0, 0, 300, 24);
-        QPainter painter(&image);
-        bare.paint(&painter, option, parentRow());
-        painter.end();
-        QCOMPARE(QColor(image.pixel(bare.arrowRect(option.rect).center())), QColor(Qt::white));
+        bare.setExpandIcon(fx->appDir() + "/down.png");
+        bare.setcollapseIcon(fx->appDir() + "/up.png");
+        style->states.clear();
+        const QColor seen = arrowColour(withView ? *delegate : bare, this->row(row), QStyle::State_HasFocus | QStyle::State_Selected);
+        if (colour == Qt::white) // the row's own background, never an icon
+            QVERIFY(seen != QColor(Qt::red) && seen != QColor(Qt::blue));
+        else
+            QCOMPARE(seen, colour);
+        // The row is drawn selected, but never with a focus frame.
+        QCOMPARE(style->states.size(), 1);
+        QVERIFY(!(style->states.at(0) & QStyle::State_HasFocus) && (style->states.at(0) & QStyle::State_Selected));
     }
 
-    void focusFrameIsNeverDrawn()
+    void mouseOverAndOnTheArrow_data()
     {
-        style->states.clear();
-        paintRow(parentRow(), QStyle::State_HasFocus | QStyle::State_Selected);
-        QCOMPARE(style->states.size(), 1);
-        QVERIFY(!(style->states.at(0) & QStyle::State_HasFocus));
-        QVERIFY(style->states.at(0) & QStyle::State_Selected);
+        QTest::addColumn<QString>("row");
+        QTest::addColumn<bool>("onArrow");
+        QTest::addColumn<bool>("active");
+        QTest::newRow("arrow of a row with children") << "parent" << true << true;
+        QTest::newRow("elsewhere in that row") << "parent" << false << false;
+        QTest::newRow("where a leaf's arrow would be") << "leaf" << true << false;
+    }
+    void mouseOverAndOnTheArrow()
+    {
+        QFETCH(QString, row);
+        QFETCH(bool, onArrow);
+        QFETCH(bool, active);
+        const QModelIndex index = this->row(row);
+        const QPoint pos = onArrow ? arrowCentre(index) : view->visualRect(index).topLeft() + QPoint(5, 5);
+        // The pointing hand shows over the arrow only (and goes again when the
+        // mouse leaves it in that row; a leaf's arrow leaves the cursor as it
+        // is), and a press there expands.
+        if (row == "parent")
+            send(QEvent::MouseMove, arrowCentre(index));
+        send(QEvent::MouseMove, pos);
+        QCOMPARE(view->viewport()->testAttribute(Qt::WA_SetCursor), active);
+        if (active)
+            QCOMPARE(view->viewport()->cursor().shape(), Qt::PointingHandCursor);
+        QSignalSpy spy(delegate, &QDTreeDelegate::expanded);
+        send(QEvent::MouseButtonPress, pos);
+        QCOMPARE(spy.count(), active ? 1 : 0);
+        if (active)
+            QCOMPARE(spy.at(0).at(0).toModelIndex(), index);
     }
 };
 
