@@ -227,7 +227,7 @@ void CloudServerChoice::disconnectBroker()
 bool CloudServerChoice::eventFilter(QObject *watched, QEvent *event)
 {
     // The dialog stops following logins elsewhere once it closes.
-    if (watched == m_window && event->type() == QEvent::Close)
+    if (event->type() == QEvent::Close && watched == m_window)
         disconnectBroker();
     return QObject::eventFilter(watched, event);
 }

@@ -196,7 +196,7 @@ void CloudSources::showNames()
 
 bool CloudSources::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_lblGcmc && event->type() == QEvent::Resize)
+    if (event->type() == QEvent::Resize && watched == m_lblGcmc)
         showNames();
     return QObject::eventFilter(watched, event);
 }

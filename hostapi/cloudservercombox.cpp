@@ -85,7 +85,7 @@ QComboBox *CloudServerCombox::comboBox() const
 
 bool CloudServerCombox::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched != m_combo || event->type() != QEvent::Paint || m_combo->currentIndex() >= 0)
+    if (event->type() != QEvent::Paint || watched != m_combo || m_combo->currentIndex() >= 0)
         return QWidget::eventFilter(watched, event);
     QStylePainter painter(m_combo);
     QStyleOptionComboBox option;

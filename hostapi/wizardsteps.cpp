@@ -73,7 +73,8 @@ void WizardSteps::closeOnEscape(QDialog *dialog)
 
 bool WizardSteps::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched != m_escapeDialog || event->type() != QEvent::KeyPress)
+    // Type first: during the dialog's destruction the pointer must not be read.
+    if (event->type() != QEvent::KeyPress || watched != m_escapeDialog)
         return QObject::eventFilter(watched, event);
     const auto *key = static_cast<QKeyEvent *>(event);
     if (key->key() != Qt::Key_Escape || key->modifiers() != Qt::NoModifier)
