@@ -25,7 +25,6 @@
 
 namespace {
 using Factory = std::function<InfluenceFactorDialog *()>;
-using Answer = std::function<int(TextPathWidget *)>;
 
 QStringList texts(const QWidget *dialog)
 {
@@ -50,7 +49,6 @@ void writePlaceSet(const QList<QStringList> &rows)
 }
 
 Q_DECLARE_METATYPE(Factory)
-Q_DECLARE_METATYPE(Answer)
 
 class TestInfluenceFactorDialog : public HostTestCase
 {
@@ -106,10 +104,9 @@ private slots:
         QVERIFY(d->getChecked());
         const QString text = d->palette().color(QPalette::WindowText).name();
         const QString bg = d->palette().color(QPalette::Base).name();
-        QCOMPARE(comSj->styleSheet(),
-                 styled ? QStringLiteral("#comSj{color:%1;background:%2;border:1px solid %1;}").arg(text, bg) : QString());
-        QCOMPARE(comDd->styleSheet(),
-                 styled ? QStringLiteral("#comDd{color:%1;background:%2;border:1px solid %1;}").arg(text, bg) : QString());
+        const QString sheet = QStringLiteral("#%3{color:%1;background:%2;border:1px solid %1;}");
+        for (QLineEdit *field : {comSj, comDd})
+            QCOMPARE(field->styleSheet(), styled ? sheet.arg(text, bg, field->objectName()) : QString());
 
         // The buttons: the variant's own slots, or nothing until the owner wires them.
         QSignalSpy spy(d.get(), &InfluenceFactorDialog::signalTimeAndPath);
@@ -153,32 +150,24 @@ private slots:
     void placePicker_data()
     {
         QTest::addColumn<QList<QStringList>>("rows"); // empty: the host's dictionary
-        QTest::addColumn<Answer>("answer");
+        QTest::addColumn<QStringList>("choices");     // one item per tab, from the first
+        QTest::addColumn<int>("answer");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<QStringList>("messages");
-        QTest::newRow("three levels") << QList<QStringList>() << Answer([](TextPathWidget *w) {
-            w->chooseItem(0, "四川省");
-            w->chooseItem(1, "成都市");
-            w->chooseItem(2, "金牛区");
-            return 1;
-        }) << "四川省成都市金牛区" << QStringList();
-        QTest::newRow("second tab left as 类别1") << QList<QStringList>() << Answer([](TextPathWidget *w) {
-            w->chooseItem(0, "四川省");
-            return 1;
-        }) << "四川省" << QStringList();
-        QTest::newRow("cancelled") << QList<QStringList>() << Answer([](TextPathWidget *w) {
-            w->chooseItem(0, "北京市");
-            return 0;
-        }) << "无" << QStringList();
-        QTest::newRow("no second level under the first") << QList<QStringList>{{"孤省", "", "1"}, {"乙省", "", "2"},
-                                                                               {"乙市", "2", "3"}}
-                                                         << Answer() << "无" << QStringList{"数据无效！"};
+        const QList<QStringList> host;
+        QTest::newRow("three levels") << host << QStringList{"四川省", "成都市", "金牛区"} << 1 << "四川省成都市金牛区"
+                                      << QStringList();
+        QTest::newRow("second tab left as 类别1") << host << QStringList{"四川省"} << 1 << "四川省" << QStringList();
+        QTest::newRow("cancelled") << host << QStringList{"北京市"} << 0 << "无" << QStringList();
+        QTest::newRow("no second level under the first")
+            << QList<QStringList>{{"孤省", "", "1"}, {"乙省", "", "2"}, {"乙市", "2", "3"}} << QStringList() << 0 << "无"
+            << QStringList{"数据无效！"};
     }
     void placePicker()
     {
         QFETCH(QList<QStringList>, rows);
-        QFETCH(Answer, answer);
-        QFETCH(QString, shown);
+        QFETCH(QStringList, choices);
+        QFETCH(int, answer);
         QFETCH(QStringList, messages);
         if (!rows.isEmpty())
             writePlaceSet(rows);
@@ -189,10 +178,12 @@ private slots:
             TextPathWidget *w = picker->pathWidget();
             seen << picker->caption() << w->tabTitle(0) << QString::number(w->tabItems(0).size()) << w->tabTitle(1)
                  << w->tabItems(1);
-            return answer(w);
+            for (int tab = 0; tab < choices.size(); ++tab)
+                w->chooseItem(tab, choices.at(tab));
+            return answer;
         });
         d->placeButton()->click();
-        QCOMPARE(d->placeField()->text(), shown);
+        QTEST(d->placeField()->text(), "shown");
         QCOMPARE(fx->messageTexts(), messages);
         if (!messages.isEmpty()) {
             QCOMPARE(fx->messages().first().kind, 3);
@@ -203,21 +194,19 @@ private slots:
         }
     }
 
+    // Reported as the variant's pickPlace under its dialog's site.
     void unreadableDictionaryIsReportedUnderTheVariant_data()
     {
         QTest::addColumn<Factory>("make");
-        QTest::addColumn<QString>("report");
-        QTest::newRow("TQdtjyjc_Yxys") << Factory([] { return new TQdtjyjc_Yxys; })
-                                       << "Qddjyjc:\\d+ TQdtjyjc_Yxys::pickPlace";
-        QTest::newRow("TVelQddjjc_Yxys") << Factory([] { return new TVelQddjjc_Yxys; })
-                                         << "VelQddjjc:\\d+ TVelQddjjc_Yxys::pickPlace";
-        QTest::newRow("TCloudCLDialog_Yxys") << Factory([] { return new TCloudCLDialog_Yxys; })
-                                             << "CloudCLDialog:\\d+ TCloudCLDialog_Yxys::pickPlace";
+        QTest::addColumn<QString>("site");
+        QTest::newRow("TQdtjyjc_Yxys") << Factory([] { return new TQdtjyjc_Yxys; }) << "Qddjyjc";
+        QTest::newRow("TVelQddjjc_Yxys") << Factory([] { return new TVelQddjjc_Yxys; }) << "VelQddjjc";
+        QTest::newRow("TCloudCLDialog_Yxys") << Factory([] { return new TCloudCLDialog_Yxys; }) << "CloudCLDialog";
     }
     void unreadableDictionaryIsReportedUnderTheVariant()
     {
         QFETCH(Factory, make);
-        QFETCH(QString, report);
+        QFETCH(QString, site);
         QFile file(HostDatabasePath(QStringLiteral("IDTDICTMIDDLE")));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(QByteArray(4096, 'x'));
@@ -227,7 +216,8 @@ private slots:
         QVERIFY(fx->modalRuns().isEmpty());
         QCOMPARE(d->placeField()->text(), QStringLiteral("无"));
         QCOMPARE(fx->exceptionReports().size(), 1);
-        QVERIFY2(fx->exceptionReports().first().contains(QRegularExpression(report + QStringLiteral("\\)$"))),
+        const QString report = QStringLiteral("%1:\\d+ %2::pickPlace\\)$").arg(site, QTest::currentDataTag());
+        QVERIFY2(fx->exceptionReports().first().contains(QRegularExpression(report)),
                  qPrintable(fx->exceptionReports().first()));
     }
 };
