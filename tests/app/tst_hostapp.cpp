@@ -2,6 +2,7 @@
 
 #include <billdetailpanel.h>
 #include <billtreemodel.h>
+#include <channelsetup.h>
 #include <dialogregistry.h>
 #include <hostprogram.h>
 #include <mainwindow.h>
@@ -9,19 +10,22 @@
 #include <projectdocument.h>
 #include <settingspanel.h>
 
+#include <hostapi/hostconfig.h>
 #include <hostapi/modalrun.h>
 #include <hostapi/projectsettinghelper.h>
 #include <hostapi/round.h>
 #include <hostapi/rurecordcontrol.h>
-#include <hostapi/tablebaseobject.h>
+#include <hostapi/serverregistry.h>
+#include <hostapi/servicesutil.h>
 #include <hostapi/staticpriloginobj.h>
+#include <hostapi/tablebaseobject.h>
 #include <hostapi/users.h>
 
 #include <QAbstractItemModelTester>
 #include <QAction>
 #include <QDialog>
+#include <QDir>
 #include <QImage>
-#include <QJsonArray>
 #include <QLabel>
 #include <QTemporaryDir>
 #include <QTreeView>
@@ -35,9 +39,6 @@ QWidget *openTestDialog(HostContext &host)
 {
     ++s_tourOpens;
     QDialog dialog(host.window);
-    dialog.setWindowTitle(QStringLiteral("测试对话框"));
-    auto *label = new QLabel(host.currentBill ? host.currentBill->text(BaseDataItem::NameRole) : QString(), &dialog);
-    label->move(10, 10);
     dialog.resize(320, 200);
     ModalRun::exec(&dialog);
     return nullptr;
@@ -85,13 +86,12 @@ private slots:
     void cleanup()
     {
         project.reset();
+        ServerRegistry::instance()->reset();
         HostTestCase::cleanup();
     }
 
     void sampleProjectCounts()
     {
-        QVERIFY(project->billTable());
-        QVERIFY(project->measureTable());
         QCOMPARE(project->billTable()->rootItem()->childCount(), 6);
         QCOMPARE(project->billTable()->rootItem()->bills().size(), 72);
         QCOMPARE(project->measureTable()->rootItem()->bills().size(), 9);
@@ -99,9 +99,8 @@ private slots:
         QCOMPARE(project->unitWork()->GetQdSpec(), QStringLiteral("GB24"));
         for (BaseDataItem *bill : project->billTable()->rootItem()->bills()) {
             QCOMPARE(bill->text(BaseDataItem::CodeRole).size(), 12);
-            QVERIFY(!bill->text(BaseDataItem::NameRole).isEmpty());
-            QVERIFY(!bill->text(BaseDataItem::UnitRole).isEmpty());
-            QVERIFY(!bill->text(BaseDataItem::WorkContentRole).isEmpty());
+            for (int role : {BaseDataItem::NameRole, BaseDataItem::UnitRole, BaseDataItem::WorkContentRole})
+                QVERIFY(!bill->text(role).isEmpty());
             QVERIFY(bill->data(BaseDataItem::UnitPriceRole).toDouble() > 0);
         }
         // Organisation measures are marked for the cloud functions to skip.
@@ -301,6 +300,35 @@ private slots:
         }
         // The tour answers modal runs itself and leaves no answerer behind.
         QVERIFY(fx->modalRuns().isEmpty());
+    }
+
+    void httpWhenConfigured()
+    {
+        HostConfig::setValue("CloudChannel", "http");
+        HostConfig::setValue("CloudUrl", "http://127.0.0.1:9");
+        QCOMPARE(ChannelSetup::install(), QStringLiteral("云服务器 http://127.0.0.1:9"));
+        QCOMPARE(ServicesUtil::channel()->name(), QStringLiteral("http"));
+        QVERIFY(!QDir(ChannelSetup::embeddedDataDir()).exists());
+    }
+
+    void embeddedByDefaultWithDemoLogin()
+    {
+        // "http" without a URL is no usable configuration: the embedded cloud.
+        HostConfig::setValue("CloudChannel", "http");
+        QCOMPARE(ChannelSetup::install(), QStringLiteral("嵌入式云服务"));
+        QCOMPARE(ServicesUtil::channel()->name(), QStringLiteral("embedded"));
+        QVERIFY(ChannelSetup::embeddedDataDir().startsWith(fx->appDir()));
+        QVERIFY(ChannelSetup::firstRunNote().contains(QStringLiteral("demo")));
+        QCOMPARE(ChannelSetup::signInDemo(), QString());
+        QVERIFY(Users::Instance()->Kvy()->IsLogin());
+        bool enterprise = false;
+        for (LtdInfo *s : ServerRegistry::instance()->servers())
+            enterprise = enterprise || (s->kind() == QLatin1String("pri") && s->getServerLogin());
+        QVERIFY(enterprise);
+        // A second start on the same folder creates nothing new.
+        ServicesUtil::setChannel(nullptr);
+        ChannelSetup::install();
+        QCOMPARE(ChannelSetup::firstRunNote(), QString());
     }
 };
 

@@ -1,15 +1,24 @@
 #include "hosttestcase.h"
 #include "loginanswers.h"
 
+#include <cloud/cloudserverchoice.h>
+
 #include <hostapi/cloudbusiness.h>
+#include <hostapi/cloudservercombox.h>
 #include <hostapi/serverregistry.h>
+#include <hostapi/servicesutil.h>
 #include <hostapi/staticpriloginobj.h>
 #include <hostapi/userlogin.h>
 #include <hostapi/users.h>
 #include <hostapi/usersyylogin.h>
+#include <service/cloudservice.h>
+#include <service/embeddedchannel.h>
+#include <service/serviceseed.h>
 
+#include <QComboBox>
 #include <QJsonDocument>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace loginanswers;
@@ -29,6 +38,14 @@ QStringList entries(const QList<LtdInfo *> &list = reg()->servers())
     return out;
 }
 
+QStringList texts(const CloudServerCombox &combo)
+{
+    QStringList out;
+    for (int i = 0; i < combo.comboBox()->count(); ++i)
+        out << combo.comboBox()->itemText(i);
+    return out;
+}
+
 QJsonObject sentData(HostFixture &fx)
 {
     return fx.channel().lastRequest().value("data").toObject();
@@ -39,6 +56,8 @@ class TestServerRegistry : public HostTestCase
 {
     Q_OBJECT
 private:
+    QTemporaryDir cloudDir; // outlives the service, which the channel holds until cleanup
+
     void loadList()
     {
         fx->channel().replyOk(serverList());
@@ -84,7 +103,6 @@ private slots:
         QTest::newRow("garbage") << "" << QByteArray("oops") << QStringList();
         QTest::newRow("refused") << "" << QByteArray(R"({"code":1,"msg":"会话已过期"})") << QStringList();
     }
-
     void serverListRequests()
     {
         QFETCH(QString, filter);
@@ -186,7 +204,6 @@ private slots:
         QTest::newRow("cancelled") << 3 << "cancel" << "" << none << 0 << "|";
         QTest::newRow("an answerer cannot fake a success") << -1 << "fake" << "" << none << 0 << "|";
     }
-
     void loginForms()
     {
         QFETCH(int, server);
@@ -220,6 +237,42 @@ private slots:
         QCOMPARE(in, bool(result));
         QCOMPARE(fx->modalRuns(), QStringList{QStringLiteral("LoginDialog")});
         QVERIFY(fx->messages().isEmpty());
+    }
+
+    // The login path against the real embedded cloud service: the server
+    // list, the Korvane login and an enterprise login, through answered forms.
+    void loginKorvaneThenEnterprise()
+    {
+        auto service = std::make_shared<CloudService>(cloudDir.path(), CloudService::Seed::Minimal);
+        QVERIFY2(service->openError().isEmpty(), qPrintable(service->openError()));
+        ServicesUtil::setChannel(std::make_shared<EmbeddedChannel>(service));
+        QWidget dialog;
+        auto *combo = new CloudServerCombox(&dialog);
+        auto *choice = new CloudServerChoice(combo, GuardSite("Xmytz", &dialog));
+        choice->start();
+        fx->answerNextModal(fillLogin(ServiceSeed::DemoUser, ServiceSeed::DemoPassword));
+        emit combo->signalCurrentItemChanged(1);
+        QVERIFY(choice->getCurrServer()->getServerLogin());
+        // The account's enterprises appear after the Korvane login; the big
+        // data entry stays out of the list.
+        QCOMPARE(texts(*combo), (QStringList{"个人云", "Korvane云", "华东建设集团有限公司", "蜀川造价咨询有限公司"}));
+        QCOMPARE(choice->removedBigDataIndex(), 2);
+        // The form for entry 2 must name the same enterprise: the host index
+        // skips the removed big data entry.
+        auto seen = std::make_shared<FormSeen>();
+        fx->answerNextModal(fillLogin(ServiceSeed::DemoUser, ServiceSeed::DemoPassword, seen));
+        emit combo->signalCurrentItemChanged(2);
+        QCOMPARE(seen->server + seen->error, QStringLiteral("华东建设集团有限公司"));
+        LtdInfo *east = choice->getCurrServer();
+        QCOMPARE(east->getQyid(), ServiceSeed::EastEnterprise);
+        QVERIFY(east->getServerLogin());
+        QVERIFY(east->getToken() != QStringLiteral("ent_%1").arg(ServiceSeed::EastEnterprise));
+        const QString token = east->getToken();
+        // The cloud knows the session: a fresh list keeps the entry logged in.
+        QList<LtdInfo *> again;
+        QVERIFY(CloudBusiness::requestServerList(again, QString()));
+        QVERIFY(again.contains(east) && east->getServerLogin() && !again.at(4)->getServerLogin());
+        QCOMPARE(east->getToken(), token);
     }
 };
 

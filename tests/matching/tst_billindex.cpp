@@ -1,6 +1,7 @@
 #include "hosttestcase.h"
 
 #include <service/matching/billindex.h>
+#include <service/matching/matchevaluation.h>
 
 #include <QtTest>
 
@@ -14,16 +15,7 @@ namespace {
 BillRecord bill(qint64 id, const QString &name, const QString &features, const QString &code = QString(),
                 const QString &unit = QString(), int source = 1, const QString &project = QString())
 {
-    BillRecord r;
-    r.id = id;
-    r.payload = id * 100;
-    r.name = name;
-    r.features = features;
-    r.code = code;
-    r.unit = unit;
-    r.source = source;
-    r.projectId = project;
-    return r;
+    return BillRecord{id, source, project, QString(), code, name, unit, features, QString(), id * 100};
 }
 
 BillRecord scoped(BillRecord r, const QString &scope, const QString &workContent = QString())
@@ -59,8 +51,7 @@ QList<qint64> ids(const QVector<BillMatch> &matches)
         out << m.id;
     return out;
 }
-
-} // namespace
+}
 
 class TestBillIndex : public HostTestCase
 {
@@ -245,9 +236,47 @@ private slots:
         index.build();
         for (auto &th : threads)
             th.join();
-        QCOMPARE(got.size(), expected.size());
-        for (int i = 0; i < got.size(); ++i)
-            QCOMPARE(got[i], expected[i]);
+        QCOMPARE(got, expected);
+    }
+
+    void beatsBaselineOnRealBook()
+    {
+        const QString path = qEnvironmentVariable("VELORA_DATA_DIR") + QStringLiteral("/project-bills/jiangsu-installation-2014.json");
+        QString error;
+        const auto items = MatchEvaluation::loadBook(path, &error);
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        QCOMPARE(items.size(), 200);
+        const auto r = MatchEvaluation::evaluate(items);
+        QCOMPARE(r.bills, 200);
+        QVERIFY(r.ceiling > 0 && r.ceiling < r.bills);
+        QVERIFY(r.top1 <= r.top10 && r.top10 <= r.ceiling);
+        QVERIFY2(r.top1 > r.baselineTop1, qPrintable(QStringLiteral("engine %1, baseline %2").arg(r.top1).arg(r.baselineTop1)));
+        QVERIFY(r.top10 >= r.baselineTop10);
+    }
+
+    void smallBookCounts()
+    {
+        // Two pipes share a quota set, the lamp stands alone.
+        QVector<MatchEvaluation::Item> items(3);
+        items[0] = {QStringLiteral("塑料管"), QStringLiteral("塑料管 PPR DN25 热熔连接"), {}, {}, {QStringLiteral("10-1")}};
+        items[1] = {QStringLiteral("塑料管"), QStringLiteral("塑料管 PPR DN25 热熔"), {}, {}, {QStringLiteral("10-1")}};
+        items[2] = {QStringLiteral("灯具"), QStringLiteral("灯具 吸顶灯"), {}, {}, {QStringLiteral("4-7")}};
+        const auto r = MatchEvaluation::evaluate(items);
+        QCOMPARE((QList<int>{r.ceiling, r.top1, r.baselineTop1}), (QList<int>{2, 2, 2}));
+    }
+
+    void badFileIsReported()
+    {
+        QString error;
+        QVERIFY(MatchEvaluation::loadBook(fx->appDir() + QStringLiteral("/none.json"), &error).isEmpty());
+        QVERIFY(error.contains(QStringLiteral("cannot open")));
+        QFile f(fx->appDir() + QStringLiteral("/bad.json"));
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write("[1,2]");
+        f.close();
+        error.clear();
+        QVERIFY(MatchEvaluation::loadBook(f.fileName(), &error).isEmpty());
+        QVERIFY(error.contains(QStringLiteral("not a book file")));
     }
 };
 
