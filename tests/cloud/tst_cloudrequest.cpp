@@ -44,11 +44,6 @@ struct Gate
     }
 };
 
-struct ThrowingChannel : CloudChannel
-{
-    CloudCall *start(const QJsonObject &, const QString &) override { throw std::runtime_error("down"); }
-    QString name() const override { return QStringLiteral("throwing"); }
-};
 }
 
 Q_DECLARE_METATYPE(Build)
@@ -198,7 +193,7 @@ private slots:
 
     void failureIsReportedUnderTheCallingDialog()
     {
-        ServicesUtil::setChannel(std::make_shared<ThrowingChannel>());
+        fx->channel().failWith("down");
         LtdInfo server(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, true);
         QVERIFY(!CloudExchange(GuardSite("Xmytz", &dialog)).call(CloudRequest(&server, "m")));
         QCOMPARE(fx->exceptionReports().size(), 1);

@@ -3,6 +3,8 @@
 #include <QJsonDocument>
 #include <QTimer>
 
+#include <stdexcept>
+
 CloudCall *ScriptedChannel::start(const QJsonObject &request, const QString &session)
 {
     QByteArray bytes;
@@ -10,6 +12,8 @@ CloudCall *ScriptedChannel::start(const QJsonObject &request, const QString &ses
         QMutexLocker lock(&m_mutex);
         m_requests << request;
         m_sessions << session;
+        if (m_failure)
+            throw std::runtime_error(m_failure);
         if (!m_replies.isEmpty())
             bytes = m_replies.takeFirst();
     }

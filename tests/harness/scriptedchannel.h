@@ -21,6 +21,8 @@ public:
     // {"code": 0, "msg": "", "data": data}
     void replyOk(const QJsonValue &data = QJsonValue());
     void replyError(int code, const QString &msg);
+    // Every later request throws std::runtime_error(`what`), as a broken transport would.
+    void failWith(const char *what) { m_failure = what; }
 
     QList<QJsonObject> requests() const;
     QJsonObject lastRequest() const;
@@ -33,4 +35,5 @@ private:
     QList<QByteArray> m_replies;
     QList<QJsonObject> m_requests;
     QStringList m_sessions;
+    const char *m_failure = nullptr;
 };

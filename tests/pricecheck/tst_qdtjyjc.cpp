@@ -29,8 +29,6 @@
 #include <QUndoStack>
 #include <QtTest>
 
-#include <stdexcept>
-
 using namespace loginanswers;
 
 class TestQdtjyjc : public HostTestCase
@@ -342,13 +340,8 @@ private slots:
 
     void failedReloadIsReportedUnderTheWizard()
     {
-        struct Down : CloudChannel
-        {
-            CloudCall *start(const QJsonObject &, const QString &) override { throw std::runtime_error("down"); }
-            QString name() const override { return QStringLiteral("down"); }
-        };
         open();
-        ServicesUtil::setChannel(std::make_shared<Down>());
+        fx->channel().failWith("down");
         emit staticPriLoginObj::GetInstance()->kvyForceExit();
         QCOMPARE(fx->exceptionReports().size(), 1);
         QVERIFY2(fx->exceptionReports().first().contains(
