@@ -35,7 +35,7 @@ void LoginDialog::buildUi(const QString &serverName)
     m_user = new QLineEdit(client);
     m_user->setObjectName(QStringLiteral("editUser"));
     m_user->setPlaceholderText(QStringLiteral("请输入用户名"));
-    m_user->setText(Users::Instance()->Kvy()->userName());
+    m_user->setText(Users::Instance()->Kvy()->loginName());
     m_password = new QLineEdit(client);
     m_password->setObjectName(QStringLiteral("editPassword"));
     m_password->setPlaceholderText(QStringLiteral("请输入密码"));

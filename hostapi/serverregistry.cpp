@@ -134,7 +134,7 @@ QString ServerRegistry::loginKorvane(const QString &user, const QString &passwor
     if (session.isEmpty())
         return QStringLiteral("登录失败");
     Users::Instance()->Kvy()->setLogin(data.value(QStringLiteral("userid")).toVariant().toString(),
-                                       data.value(QStringLiteral("username")).toString(), session);
+                                       data.value(QStringLiteral("username")).toString(), session, user);
     applyLoginState();
     emit changed();
     emit staticPriLoginObj::GetInstance()->kvyLogin();

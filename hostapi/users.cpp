@@ -24,20 +24,31 @@ QString UserInfo::sessionToken() const
     return m_session;
 }
 
-void UserInfo::setLogin(const QString &userId, const QString &userName, const QString &sessionToken)
+QString UserInfo::loginName() const
+{
+    QMutexLocker lock(&m_mutex);
+    return m_loginName;
+}
+
+void UserInfo::setLogin(const QString &userId, const QString &userName, const QString &sessionToken,
+                        const QString &loginName)
 {
     QMutexLocker lock(&m_mutex);
     m_userId = userId;
     m_userName = userName;
     m_session = sessionToken;
+    if (!loginName.isEmpty())
+        m_loginName = loginName;
 }
 
-void UserInfo::setLogout()
+void UserInfo::setLogout(bool forgetName)
 {
     QMutexLocker lock(&m_mutex);
     m_userId.clear();
     m_userName.clear();
     m_session.clear();
+    if (forgetName)
+        m_loginName.clear();
 }
 
 Users *Users::Instance()

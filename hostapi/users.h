@@ -10,18 +10,24 @@ public:
     bool IsLogin() const;
     QString UserID() const;
     QString userName() const;
+    // The name typed at the last successful login (the display name may
+    // differ); offered again by the login form, also after a logout.
+    QString loginName() const;
     // Session token issued by the cloud at login; sent by the channels beside
     // the request, never inside the request envelope.
     QString sessionToken() const;
 
-    void setLogin(const QString &userId, const QString &userName, const QString &sessionToken);
-    void setLogout();
+    void setLogin(const QString &userId, const QString &userName, const QString &sessionToken,
+                  const QString &loginName = QString());
+    // `forgetName` also drops the login name (a fresh application folder).
+    void setLogout(bool forgetName = false);
 
 private:
     mutable QMutex m_mutex;
     QString m_userId;
     QString m_userName;
     QString m_session;
+    QString m_loginName;
 };
 
 class Users

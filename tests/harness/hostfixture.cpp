@@ -18,7 +18,7 @@ HostFixture::HostFixture()
 {
     QVERIFY2(m_dir.isValid(), "cannot create a temporary application folder");
     SetAppPath(m_dir.path());
-    Users::Instance()->Kvy()->setLogout();
+    Users::Instance()->Kvy()->setLogout(true);
     ServicesUtil::setChannel(m_channel);
     MessageBoxes::setHandler([this](const MessageBoxRequest &r) {
         m_messages << r;
@@ -45,7 +45,7 @@ HostFixture::~HostFixture()
     ModalRun::setAnswerer(nullptr);
     MessageBoxes::setHandler(nullptr);
     ServicesUtil::setChannel(nullptr);
-    Users::Instance()->Kvy()->setLogout();
+    Users::Instance()->Kvy()->setLogout(true);
     SetAppPath(QString());
 }
 

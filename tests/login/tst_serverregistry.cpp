@@ -5,6 +5,7 @@
 
 #include <hostapi/cloudbusiness.h>
 #include <hostapi/cloudservercombox.h>
+#include <hostapi/logindialog.h>
 #include <hostapi/serverregistry.h>
 #include <hostapi/servicesutil.h>
 #include <hostapi/staticpriloginobj.h>
@@ -17,6 +18,7 @@
 
 #include <QComboBox>
 #include <QJsonDocument>
+#include <QLineEdit>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -139,6 +141,9 @@ private slots:
         // The session now travels beside every request.
         loadList();
         QCOMPARE(fx->channel().sessions().last(), QStringLiteral("sess-1"));
+        // The form offers the name typed, not the display name, also after a logout.
+        reg()->logoutKorvane(true);
+        QCOMPARE(LoginDialog("登录", "Korvane云", nullptr).findChild<QLineEdit *>("editUser")->text(), QStringLiteral("zhang"));
     }
 
     void enterpriseLoginSetsTheEntryToken()
