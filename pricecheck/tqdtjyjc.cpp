@@ -93,8 +93,9 @@ void TQdtjyjc::CreateUI()
         connect(m_btnOk, &QPushButton::clicked, this, &TQdtjyjc::QdButton);
         connect(m_btnClose, &QPushButton::clicked, this, &TQdtjyjc::GbButton);
         m_steps = new WizardSteps(m_pages, this);
-        m_steps->addStep([this] { return firstPage(); }, {m_btnNext});
-        m_steps->addStep([this] { return secondPage(); }, {m_btnPrevious, m_btnOk});
+        // Enter moves forward on each page, never "关闭".
+        m_steps->addStep([this] { return firstPage(); }, {m_btnNext}, m_btnNext);
+        m_steps->addStep([this] { return secondPage(); }, {m_btnPrevious, m_btnOk}, m_btnOk);
         m_steps->closeOnEscape(this);
         InitUI();
     });

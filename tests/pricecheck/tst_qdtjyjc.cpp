@@ -158,7 +158,7 @@ private slots:
         dlg->show();
         if (login == 1)
             dlg->initialPage()->getCurrServer()->setServerLogin(false);
-        dlg->nextButton()->click();
+        QTest::keyClick(dlg.get(), Qt::Key_Return); // Enter is each page's forward button
         QCOMPARE(fx->messageTexts(), messages);
         if (!messages.isEmpty()) {
             QCOMPARE(fx->messages().first().parent.data(), static_cast<QWidget *>(dlg.get()));
@@ -185,7 +185,7 @@ private slots:
             visibleAtSignal = dlg->isVisible();
             got << qMakePair(s, n);
         });
-        dlg->okButton()->click();
+        QTest::keyClick(dlg.get(), Qt::Key_Return);
         QCOMPARE(got, (QList<QPair<LtdInfo *, int>>{qMakePair(server, matchNum)}));
         QVERIFY(!visibleAtSignal);
     }
