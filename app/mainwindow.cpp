@@ -2,6 +2,7 @@
 #include "billdetailpanel.h"
 #include "billtreemodel.h"
 #include "dialogregistry.h"
+#include "elidedlabel.h"
 #include "materialtablemodel.h"
 #include "projectdocument.h"
 #include "settingspanel.h"
@@ -98,6 +99,7 @@ void MainWindow::buildCentral()
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 2);
     setCentralWidget(splitter);
+    connect(m_billTabs, &QTabWidget::currentChanged, this, &MainWindow::billTabChanged);
 }
 
 void MainWindow::buildMenus()
@@ -145,10 +147,13 @@ void MainWindow::buildModuleMenu()
 
 void MainWindow::buildStatusBar()
 {
-    m_loginLabel = WidgetFactory::label(QString(), QStringLiteral("lblLoginState"), this);
-    m_channelLabel = WidgetFactory::label(QString(), QStringLiteral("lblChannel"), this);
-    statusBar()->addWidget(m_loginLabel);
-    statusBar()->addPermanentWidget(m_channelLabel);
+    m_loginLabel = new ElidedLabel(this);
+    m_loginLabel->setObjectName(QStringLiteral("lblLoginState"));
+    m_channelLabel = new ElidedLabel(this);
+    m_channelLabel->setObjectName(QStringLiteral("lblChannel"));
+    m_channelLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    statusBar()->addWidget(m_loginLabel, 3);
+    statusBar()->addPermanentWidget(m_channelLabel, 2);
     refreshLoginState();
 }
 
@@ -181,14 +186,14 @@ QString MainWindow::loginStateText() const
 
 void MainWindow::refreshLoginState()
 {
-    m_loginLabel->setText(loginStateText());
+    m_loginLabel->setFullText(loginStateText());
     const bool in = Users::Instance()->Kvy()->IsLogin();
     m_logoutAction->setEnabled(in);
 }
 
 void MainWindow::setChannelText(const QString &text)
 {
-    m_channelLabel->setText(text.isEmpty() ? QStringLiteral("未连接云服务") : text);
+    m_channelLabel->setFullText(text.isEmpty() ? QStringLiteral("未连接云服务") : text);
 }
 
 void MainWindow::login()
@@ -212,9 +217,6 @@ QTreeView *MainWindow::billView(int index) const
 
 void MainWindow::selectBill(BaseDataItem *bill)
 {
-    m_context.currentBill = bill;
-    m_context.currentTable = m_project->tableOf(bill);
-    m_detail->showBill(bill);
     for (int i = 0; i < m_billModels.size(); ++i) {
         const QModelIndex index = m_billModels[i]->indexOf(bill);
         if (!index.isValid())
@@ -224,16 +226,33 @@ void MainWindow::selectBill(BaseDataItem *bill)
             m_billViews[i]->setCurrentIndex(index);
         m_billViews[i]->scrollTo(index);
     }
+    showCurrent(bill, m_project->tableOf(bill));
 }
 
 void MainWindow::currentRowChanged(BillTreeModel *model, const QModelIndex &index)
 {
     BaseDataItem *item = model->itemAt(index);
-    if (item && item->isBill()) {
-        m_context.currentBill = item;
-        m_context.currentTable = model->table();
-        m_detail->showBill(item);
-    }
+    if (item && item->isBill())
+        showCurrent(item, model->table());
+}
+
+// The detail panel and the scope show the bill of the visible tab only: a
+// tab without a chosen bill shows none.
+void MainWindow::billTabChanged(int tab)
+{
+    BillTreeModel *model = m_billModels.value(tab);
+    if (!model)
+        return;
+    BaseDataItem *item = model->itemAt(m_billViews[tab]->currentIndex());
+    showCurrent(item && item->isBill() ? item : nullptr, model->table());
+}
+
+void MainWindow::showCurrent(BaseDataItem *bill, JJBTableBase *table)
+{
+    m_context.currentBill = bill;
+    m_context.currentTable = table;
+    m_detail->showBill(bill);
+    m_settings->setScope(m_context.scopeLabel());
 }
 
 QWidget *MainWindow::openEntry(const QString &id)

@@ -8,6 +8,8 @@
 
 class BillDetailPanel;
 class BillTreeModel;
+class ElidedLabel;
+class JJBTableBase;
 class MaterialTableModel;
 class ProjectDocument;
 class QAction;
@@ -50,6 +52,8 @@ private:
     void login();
     void logout();
     void currentRowChanged(BillTreeModel *model, const QModelIndex &index);
+    void billTabChanged(int tab);
+    void showCurrent(BaseDataItem *bill, JJBTableBase *table);
 
     ProjectDocument *m_project;
     QUndoStack *m_undo = nullptr;
@@ -60,8 +64,8 @@ private:
     MaterialTableModel *m_materials = nullptr;
     SettingsPanel *m_settings = nullptr;
     BillDetailPanel *m_detail = nullptr;
-    QLabel *m_loginLabel = nullptr;
-    QLabel *m_channelLabel = nullptr;
+    ElidedLabel *m_loginLabel = nullptr;
+    ElidedLabel *m_channelLabel = nullptr;
     QAction *m_loginAction = nullptr;
     QAction *m_logoutAction = nullptr;
     QHash<QString, QAction *> m_entryActions;
