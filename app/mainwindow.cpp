@@ -3,6 +3,7 @@
 #include "billtreemodel.h"
 #include "dialogregistry.h"
 #include "elidedlabel.h"
+#include "hostcloudwaiter.h"
 #include "materialtablemodel.h"
 #include "projectdocument.h"
 #include "settingspanel.h"
@@ -11,6 +12,8 @@
 #include <hostapi/messagebox.h>
 #include <hostapi/rurecordcontrol.h>
 #include <hostapi/serverregistry.h>
+#include <hostapi/cloudchannel.h>
+#include <hostapi/servicesutil.h>
 #include <hostapi/staticpriloginobj.h>
 #include <hostapi/userlogin.h>
 #include <hostapi/users.h>
@@ -40,6 +43,7 @@ MainWindow::MainWindow(ProjectDocument *project, QWidget *parent)
     buildMenus();
     buildStatusBar();
     followLoginBroker();
+    followCloudWaits();
     const QList<BaseDataItem *> bills = project->allBills();
     if (!bills.isEmpty())
         selectBill(bills.first());
@@ -50,6 +54,7 @@ MainWindow::MainWindow(ProjectDocument *project, QWidget *parent)
 
 MainWindow::~MainWindow()
 {
+    ServicesUtil::setWaiter(nullptr);
     // The project outlives no undo step that points into it.
     RURecordControl::abandonRecord();
     RURecordControl::setUndoStack(nullptr);
@@ -191,9 +196,48 @@ void MainWindow::refreshLoginState()
     m_logoutAction->setEnabled(in);
 }
 
+void MainWindow::followCloudWaits()
+{
+    m_waiter = std::make_shared<HostCloudWaiter>(
+        this, [this] { return m_channelText; },
+        [this](const QString &text) {
+            if (text.isEmpty())
+                statusBar()->clearMessage();
+            else
+                statusBar()->showMessage(text);
+        });
+    ServicesUtil::setWaiter(m_waiter);
+    connect(ServicesUtil::instance(), &ServicesUtil::reachabilityChanged, this, &MainWindow::showChannelState);
+}
+
 void MainWindow::setChannelText(const QString &text)
 {
-    m_channelLabel->setFullText(text.isEmpty() ? QStringLiteral("未连接云服务") : text);
+    m_channelText = text.isEmpty() ? QStringLiteral("未连接云服务") : text;
+    showChannelState();
+}
+
+void MainWindow::showChannelState()
+{
+    const QString reason = ServicesUtil::instance()->unreachableReason();
+    m_channelLabel->setFullText(reason.isEmpty() ? m_channelText
+                                                 : QStringLiteral("%1：无法连接（%2）").arg(m_channelText, reason));
+    m_channelLabel->setStyleSheet(reason.isEmpty() ? QString() : QStringLiteral("color: #D9001B;"));
+}
+
+// A server known to be down is asked once more before a cloud function
+// opens; if it still does not answer the user is told so, instead of a
+// dialog with an empty server list.
+bool MainWindow::cloudAnswers()
+{
+    const std::shared_ptr<CloudChannel> channel = ServicesUtil::channel();
+    if (!channel || channel->unreachableReason().isEmpty())
+        return true;
+    ServerRegistry::instance()->refresh();
+    const QString reason = channel->unreachableReason();
+    if (reason.isEmpty())
+        return true;
+    showMessageBox(QStringLiteral("无法连接%1（%2），请检查网络或稍后再试。").arg(m_channelText, reason), this, 3);
+    return false;
 }
 
 void MainWindow::login()
@@ -259,6 +303,8 @@ QWidget *MainWindow::openEntry(const QString &id)
 {
     const HostDialogEntry *entry = DialogRegistry::find(id);
     if (!entry || !entry->open)
+        return nullptr;
+    if (!cloudAnswers())
         return nullptr;
     const std::function<QWidget *(HostContext &)> open = entry->open;
     return GUARDED("VeloraHost", [&]() -> QWidget * { return open(m_context); });

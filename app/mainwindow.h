@@ -9,6 +9,7 @@
 class BillDetailPanel;
 class BillTreeModel;
 class ElidedLabel;
+class HostCloudWaiter;
 class JJBTableBase;
 class MaterialTableModel;
 class ProjectDocument;
@@ -49,6 +50,9 @@ private:
     void buildModuleMenu();
     void buildStatusBar();
     void followLoginBroker();
+    void followCloudWaits();
+    void showChannelState();
+    bool cloudAnswers();
     void login();
     void logout();
     void currentRowChanged(BillTreeModel *model, const QModelIndex &index);
@@ -69,4 +73,6 @@ private:
     QAction *m_loginAction = nullptr;
     QAction *m_logoutAction = nullptr;
     QHash<QString, QAction *> m_entryActions;
+    QString m_channelText;
+    std::shared_ptr<HostCloudWaiter> m_waiter;
 };
