@@ -31,6 +31,16 @@ TTotalYcc::TTotalYcc(QWidget *parent)
     setBackgroundColor(QColor(0xF5, 0xF7, 0xF9));
 }
 
+TBzqdycc *TTotalYcc::libraryPage() const
+{
+    return m_bzqdycc;
+}
+
+TYcc *TTotalYcc::chapterPage() const
+{
+    return m_ycc;
+}
+
 void TTotalYcc::CreateUI()
 {
     GUARDED(kSource, [&] {

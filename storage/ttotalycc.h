@@ -30,8 +30,8 @@ public:
     QString taskId() const { return m_taskId; }
 
     short currentStep() const { return curStep; }
-    TBzqdycc *libraryPage() const { return m_bzqdycc; }
-    TYcc *chapterPage() const { return m_ycc; }
+    TBzqdycc *libraryPage() const;
+    TYcc *chapterPage() const;
     zTabContent *pages() const { return m_pages; }
     QPushButton *nextButton() const { return m_btnNext; }
     QPushButton *previousButton() const { return m_btnPrevious; }

@@ -113,6 +113,8 @@ void TYcc::buildTree()
     m_tree->setModel(m_model);
     m_tree->setItemDelegate(m_delegate);
     m_tree->header()->hide();
+    // The delegate draws the arrow at the right; no branch arrows at the left.
+    m_tree->setStyleSheet(QStringLiteral("QTreeView::branch{image:none;}"));
     m_tree->setExpandsOnDoubleClick(false);
     m_tree->setFixedWidth(px(260));
     connect(m_delegate, &QDTreeDelegate::expanded, this, &TYcc::slotExpand);
@@ -204,8 +206,9 @@ void TYcc::loadTree(LtdInfo *server, const QString &bzqdkid)
         m_mrId = QUuid::createUuid().toString();
         m_model->fill(nullptr, QJsonArray());
         CloudExchange cloud(GuardSite(kSource, this));
-        if (const auto reply = cloud.call(StorageRequests::chapterTree(server, bzqdkid, QString())))
-            m_model->fill(nullptr, reply->dataArray());
+        if (server && !bzqdkid.isEmpty())
+            if (const auto reply = cloud.call(StorageRequests::chapterTree(server, bzqdkid, QString())))
+                m_model->fill(nullptr, reply->dataArray());
         if (m_model->rowCount() == 0) {
             QDTreeNode node;
             node.text = node.name = QStringLiteral("默认章节");
