@@ -3,9 +3,11 @@
 #include "loginanswers.h"
 
 #include <billstoragehost.h>
+#include <tierbillstorage.h>
 #include <hostcontext.h>
 
 #include <storage/chapterchoice.h>
+#include <storage/cloudstorage.h>
 #include <storage/chaptertreemodel.h>
 #include <storage/qdtreeitem.h>
 #include <storage/storagerequests.h>
@@ -19,6 +21,7 @@
 #include <hostapi/basedataitem.h>
 #include <hostapi/hostconstants.h>
 #include <hostapi/ltdinfo.h>
+#include <hostapi/rurecordcontrol.h>
 #include <hostapi/serverregistry.h>
 #include <hostapi/servicesutil.h>
 #include <hostapi/users.h>
@@ -29,7 +32,9 @@
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QUndoStack>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -53,6 +58,43 @@ class TestStorageWizard : public HostTestCase
 {
     Q_OBJECT
     std::unique_ptr<TTotalYcc> dlg;
+    QTemporaryDir cloudDir;
+    std::unique_ptr<BaseDataItem> section;
+
+    // The demo user on a fresh embedded cloud; two bills under a section, the
+    // second without a name (the cloud refuses it).
+    QList<BaseDataItem *> embeddedCloud()
+    {
+        auto service = std::make_shared<CloudService>(cloudDir.path(), CloudService::Seed::Full);
+        ServicesUtil::setChannel(std::make_shared<EmbeddedChannel>(service));
+        const QJsonObject login = object(exchange(envelope(KvToken, method("login", {{"username", ServiceSeed::DemoUser},
+                                                                                    {"password", ServiceSeed::DemoPassword}}))));
+        Users::Instance()->Kvy()->setLogin(login.value("userid").toVariant().toString(), login.value("username").toString(),
+                                           login.value("session").toString());
+        section = std::make_unique<BaseDataItem>(1, BaseDataItem::SectionKind);
+        section->setData(BaseDataItem::NameRole, "消防工程");
+        BaseDataItem *bill = section->appendChild(std::make_unique<BaseDataItem>(2, BaseDataItem::BillKind));
+        const QList<QPair<int, QVariant>> values{{BaseDataItem::CodeRole, "030905001001"}, {BaseDataItem::NameRole, "防火封堵"},
+            {BaseDataItem::UnitRole, "m2"}, {BaseDataItem::FeaturesRole, "1.材料：防火泥\n2.部位：穿墙洞口"},
+            {BaseDataItem::UnitPriceRole, 4321.5}};
+        for (const auto &v : values)
+            bill->setData(v.first, v.second);
+        BaseDataItem *unnamed = section->appendChild(std::make_unique<BaseDataItem>(3, BaseDataItem::BillKind));
+        unnamed->setData(BaseDataItem::CodeRole, "030905001002");
+        return {bill, unnamed};
+    }
+    static QJsonObject billQuery()
+    {
+        return {{"qdbh", "030905001001"}, {"xmmc", "防火封堵"}, {"jldw", "m2"}, {"xmtz", "1.材料：防火泥\n2.部位：穿墙洞口"},
+                {"gznr", ""}};
+    }
+    // The best "getppqd" match of the bill on the personal cloud.
+    static QJsonObject ppqd()
+    {
+        QJsonObject request = method("getppqd", {{"usetype", "1"}, {"ltdID", -1}, {"cond", QJsonObject{{"qdly", 1}}},
+                                                 {"getzj", "1"}, {"tagNum", 1}, {"data", QJsonArray{billQuery()}}});
+        return array(exchange(envelope(KvTokenUser, request))).first().toObject();
+    }
 
     QStringList methods() const
     {
@@ -310,24 +352,11 @@ private slots:
     // the cloud's matching finds them with their price.
     void uploadIsFoundByMatching()
     {
-        QTemporaryDir cloudDir;
-        auto service = std::make_shared<CloudService>(cloudDir.path(), CloudService::Seed::Full);
-        ServicesUtil::setChannel(std::make_shared<EmbeddedChannel>(service));
-        const QJsonObject login = object(exchange(envelope(KvToken, method("login", {{"username", ServiceSeed::DemoUser},
-                                                                                    {"password", ServiceSeed::DemoPassword}}))));
-        Users::Instance()->Kvy()->setLogin(login.value("userid").toVariant().toString(), login.value("username").toString(),
-                                           login.value("session").toString());
-        BaseDataItem section(1, BaseDataItem::SectionKind);
-        section.setData(BaseDataItem::NameRole, "消防工程");
-        BaseDataItem *bill = section.appendChild(std::make_unique<BaseDataItem>(2, BaseDataItem::BillKind));
-        const QList<QPair<int, QVariant>> values{{BaseDataItem::CodeRole, "030905001001"}, {BaseDataItem::NameRole, "防火封堵"},
-            {BaseDataItem::UnitRole, "m2"}, {BaseDataItem::FeaturesRole, "1.材料：防火泥\n2.部位：穿墙洞口"},
-            {BaseDataItem::UnitPriceRole, 4321.5}};
-        for (const auto &v : values)
-            bill->setData(v.first, v.second);
+        const QList<BaseDataItem *> bills = embeddedCloud();
+        RURecordControl::undoStack()->clear();
         HostContext host;
         dlg = std::make_unique<TTotalYcc>();
-        BillStorageHost::prepare(*dlg, host, {bill});
+        BillStorageHost::prepare(*dlg, host, bills);
         dlg->nextButton()->click();
         dlg->chapterPage()->findChild<QRadioButton *>("radZjtj")->setChecked(true);
         QModelIndex leaf = dlg->chapterPage()->treeModel()->index(0, 0);
@@ -335,20 +364,83 @@ private slots:
             dlg->chapterPage()->slotExpand(leaf);
         dlg->chapterPage()->treeView()->setCurrentIndex(leaf);
         dlg->okButton()->click();
-        QCOMPARE(fx->messageTexts(), QStringList{"云存储完成，共保存1条清单。"});
+        QCOMPARE(fx->messageTexts(), QStringList{"云存储完成，共保存1条清单。1条清单未能保存，已用标记色标出。"});
+        // The refused bill is marked in one undo step.
+        QCOMPARE(bills[1]->text(BaseDataItem::MarkColorRole), QStringLiteral("#FF4D4F"));
+        QCOMPARE(RURecordControl::undoStack()->count(), 1);
+        RURecordControl::undoStack()->undo();
+        QVERIFY(bills[1]->text(BaseDataItem::MarkColorRole).isEmpty());
+        QVERIFY(bills[0]->text(BaseDataItem::MarkColorRole).isEmpty());
 
-        const QJsonObject query{{"qdbh", "030905001001"}, {"xmmc", "防火封堵"}, {"jldw", "m2"},
-                                {"xmtz", "1.材料：防火泥\n2.部位：穿墙洞口"}, {"gznr", ""}};
-        QJsonObject similar = method("getsimilarbillprices", query);
+        QJsonObject similar = method("getsimilarbillprices", billQuery());
         similar.insert("qiyeID", -1), similar.insert("usetype", 1), similar.insert("matchNum", 1);
         const QJsonObject found = array(exchange(envelope(KvTokenUser, similar))).first().toObject();
         QCOMPARE(found.value("xmmc").toString(), QStringLiteral("防火封堵"));
         QCOMPARE(found.value("zhdj").toDouble(), 4321.5);
-        QJsonObject ppqd = method("getppqd", {{"usetype", "1"}, {"ltdID", -1}, {"cond", QJsonObject{{"qdly", 1}}},
-                                              {"getzj", "1"}, {"tagNum", 1}, {"data", QJsonArray{query}}});
-        const QJsonObject matched = array(exchange(envelope(KvTokenUser, ppqd))).first().toObject();
+        const QJsonObject matched = ppqd();
         QCOMPARE(matched.value("zhdj").toDouble(), 4321.5);
         QVERIFY(matched.value("zjnr").toString().contains("防火封堵"));
+    }
+
+    // Features and schemes stored from their dialogs: features are found by
+    // the feature match (in the features library), schemes priced by "getppqd".
+    void tierStorage_data()
+    {
+        QTest::addColumn<int>("content");
+        QTest::addColumn<QString>("library");
+        QTest::newRow("features") << int(BillUpload::BillOnly) << TierBillStorage::FeatureLibrary;
+        QTest::newRow("schemes") << int(BillUpload::FullComposition) << TierBillStorage::SchemeLibrary;
+    }
+    void tierStorage()
+    {
+        QFETCH(int, content);
+        QFETCH(QString, library);
+        const QList<BaseDataItem *> bills = embeddedCloud();
+        HostContext host;
+        for (int run = 0; run < 2; ++run)
+            QCOMPARE(BillStorageHost::storeInTier(host, bills.mid(0, 1), 0, content, library).saved, 1);
+        QJsonObject match = method("matchqdtz", billQuery());
+        match.insert("qiyeID", -1), match.insert("usetype", 1), match.insert("sourceMask", 1);
+        match.insert("params", QJsonObject{{"pageSize", 50}});
+        int inLibrary = 0;
+        for (const QJsonValue &b : object(exchange(envelope(KvTokenUser, match))).value("bzqds").toArray())
+            inLibrary += b.toObject().value("bzqdkmc").toString() == library;
+        QCOMPARE(inLibrary, 2);
+        QCOMPARE(ppqd().value("zhdj").toDouble(), content == BillUpload::BillOnly ? 0.0 : 4321.5);
+        // Enterprise storage needs a logged-in enterprise server.
+        QCOMPARE(BillStorageHost::storeInTier(host, bills, 1, content, library).saved, 0);
+        QCOMPARE(fx->messageTexts().last(), QStringLiteral("请先登录企业云"));
+    }
+
+    // The feature and scheme dialogs: no tier checked at start (0), the
+    // enterprise box only while "企业云" is clicked.
+    void tierDialog_data()
+    {
+        QTest::addColumn<QStringList>("clicks");
+        QTest::addColumn<int>("target");
+        QTest::addColumn<bool>("comboShown");
+        QTest::newRow("nothing") << QStringList{} << 0 << false;
+        QTest::newRow("enterprise") << QStringList{"radQyy"} << 1 << true;
+        QTest::newRow("enterprise then personal") << QStringList{"radQyy", "radGry"} << 0 << false;
+    }
+    void tierDialog()
+    {
+        QFETCH(QStringList, clicks);
+        YccXmtzycc dialog;
+        dialog.setNum(12);
+        dialog.show();
+        QCOMPARE(dialog.form().countLabel()->text(), QStringLiteral("12"));
+        QSignalSpy spy(&dialog, &YccXmtzycc::signalCheckData);
+        for (const QString &name : clicks)
+            dialog.findChild<QRadioButton *>(name)->click();
+        QTEST(dialog.form().enterpriseCombo()->isVisible(), "comboShown");
+        dialog.findChild<QPushButton *>("btnOk")->click();
+        QCOMPARE(spy.count(), 1);
+        QTEST(spy.first().first().toInt(), "target");
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        CloudStorage layout;
+        QCOMPARE(layout.findChild<QLabel *>("lblX")->text() + layout.findChild<QLabel *>("lblBcdx")->text(),
+                 QStringLiteral(" 项)保存对象"));
     }
 };
 
