@@ -113,6 +113,7 @@ void TYcc::buildTree()
     m_tree->setModel(m_model);
     m_tree->setItemDelegate(m_delegate);
     m_tree->header()->hide();
+    m_tree->setRootIsDecorated(false);
     // The delegate draws the arrow at the right; no branch arrows at the left.
     m_tree->setStyleSheet(QStringLiteral("QTreeView::branch{image:none;}"));
     m_tree->setExpandsOnDoubleClick(false);

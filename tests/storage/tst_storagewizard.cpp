@@ -310,6 +310,44 @@ private slots:
         QVERIFY(page.isAddMRZj());
     }
 
+    // "下一步": a server first, then the permission, then a library; a
+    // broken transport is reported under "TotalYcc".
+    void nextStep_data()
+    {
+        QTest::addColumn<bool>("login");
+        QTest::addColumn<QJsonArray>("libraries");
+        QTest::addColumn<int>("permission"); // reply code; -1 broken transport
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<int>("step");
+        const QJsonArray one{QJsonObject{{"mc", "甲"}, {"id", "7"}}};
+        QTest::newRow("no server") << false << one << 0 << "请选择服务器" << 0;
+        QTest::newRow("no permission") << true << one << 3 << "没有编辑权限" << 0;
+        QTest::newRow("no library") << true << QJsonArray() << 0 << "请选择清单库" << 0;
+        QTest::newRow("broken transport") << true << one << -1 << "" << 0;
+        QTest::newRow("allowed") << true << one << 0 << "" << 1;
+    }
+    void nextStep()
+    {
+        QFETCH(bool, login);
+        QFETCH(QJsonArray, libraries);
+        QFETCH(int, permission);
+        open(libraries);
+        if (!login)
+            dlg->libraryPage()->serverChoice()->slotSaveCurrServer(-1);
+        if (permission > 0)
+            fx->channel().replyError(permission, "没有编辑权限");
+        else if (permission == 0)
+            fx->channel().replyOk();
+        else
+            fx->channel().failWith("connection reset");
+        fx->channel().replyOk(QJsonArray());
+        dlg->nextButton()->click();
+        QTEST(fx->messageTexts().join(""), "message");
+        QTEST(int(dlg->currentStep()), "step");
+        QCOMPARE(fx->exceptionReports().join("").contains("TotalYcc"), permission < 0);
+        QCOMPARE(methods().contains("listeditpermissionjudgmentforperson"), login);
+    }
+
     // A refused task leaves the wizard open and emits nothing; every attempt
     // sends a new task id and the signal carries the one that was sent.
     void savingTask()
