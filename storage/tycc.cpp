@@ -195,8 +195,10 @@ void TYcc::setBlockMode(bool block)
 
 void TYcc::UpText(const QString &scope)
 {
-    if (m_lblFwnr)
-        m_lblFwnr->setText(scope);
+    if (!m_lblFwnr)
+        return;
+    m_lblFwnr->setText(scope);
+    setBlockMode(scope != QLatin1String("当前项目"));
 }
 
 void TYcc::loadTree(LtdInfo *server, const QString &bzqdkid)

@@ -27,8 +27,8 @@ public:
 
     // Requests the top chapters of `bzqdkid` on `server`.
     void loadTree(LtdInfo *server, const QString &bzqdkid);
-    // A block or a single bill is saved: the location is fixed to a chapter.
-    void setBlockMode(bool block);
+    // The scope saved: "当前项目", or a block ("定义块") or single bill, whose
+    // location is fixed to a chapter.
     void UpText(const QString &scope);
 
     bool GmlChecked() const;
@@ -62,6 +62,7 @@ private:
     QLabel *note(const QString &text, const QString &name);
     void loadChildren(const QModelIndex &index);
     void updateChoices();
+    void setBlockMode(bool block);
     QDTreeItem *chosenItem() const;
 
     LtdInfo *m_server = nullptr;

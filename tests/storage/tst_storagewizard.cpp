@@ -308,6 +308,9 @@ private slots:
         page.treeView()->setCurrentIndex(model->index(0, 0));
         QCOMPARE(page.getZjid(), page.getMRId());
         QVERIFY(page.isAddMRZj());
+        page.findChild<QRadioButton *>("radGml")->setChecked(true);
+        page.UpText("定义块");
+        QVERIFY(page.radZjxxChecked() && !page.findChild<QRadioButton *>("radGml")->isEnabled());
     }
 
     // "下一步": a server first, then the permission, then a library; a
