@@ -74,6 +74,7 @@ public:
     QPushButton *modifyButton() const { return m_btnXg; }
     QLabel *label(const QString &objectName) const;
     int shownBill() const { return m_shown; }
+    QList<CloudZjBean> cloudBills() const { return m_bills; }
 
     void actCancel() override;
 

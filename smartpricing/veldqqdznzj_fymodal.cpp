@@ -33,7 +33,8 @@ void VelDqqDznzj_fymodal::CreateUI()
         m_table = new zTableView(clientWidget());
         m_table->setObjectName(QStringLiteral("gdTableFymb"));
         m_table->setModel(m_model);
-        m_table->setFixedHeight(InterfaceAdaptation::scaled(400));
+        // 400 high where the caption bar leaves room for it and the buttons.
+        m_table->setMaximumHeight(InterfaceAdaptation::scaled(400));
         auto *buttons = new ButtonRow(clientWidget());
         buttons->setButtonSize(60, 24);
         m_btnQd = buttons->addButton(QStringLiteral("确定"), QStringLiteral("btnQd"));
@@ -41,13 +42,12 @@ void VelDqqDznzj_fymodal::CreateUI()
         m_btnQx = buttons->addButton(QStringLiteral("取消"), QStringLiteral("btnQx"));
         auto *body = new QVBoxLayout;
         const int gap = InterfaceAdaptation::scaled(20);
-        body->setContentsMargins(gap, 0, gap, InterfaceAdaptation::scaled(8));
+        body->setContentsMargins(gap, 0, gap, InterfaceAdaptation::scaled(12));
         body->setSpacing(0);
         body->addSpacing(gap);
-        body->addWidget(m_table);
+        body->addWidget(m_table, 1);
         body->addSpacing(gap);
         body->addLayout(buttons);
-        body->addStretch();
         clientLayout()->addLayout(body);
         connect(m_btnQd, &QPushButton::clicked, this, &VelDqqDznzj_fymodal::QdButton);
         connect(m_btnQx, &QPushButton::clicked, this, &VelDqqDznzj_fymodal::QxButton);
