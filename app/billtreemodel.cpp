@@ -111,6 +111,10 @@ QVariant BillTreeModel::data(const QModelIndex &index, int role) const
             return bold;
         }
         return QVariant();
+    case Qt::BackgroundRole:
+        if (m_highlighted.contains(itemAt(index)))
+            return QBrush(QColor(0xFD, 0xE2, 0xE2));
+        return QVariant();
     case Qt::ForegroundRole:
         if (item->IsExcludeInChain())
             return QBrush(Qt::darkGray);
@@ -126,6 +130,15 @@ QVariant BillTreeModel::headerData(int section, Qt::Orientation orientation, int
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= ColumnCount)
         return QVariant();
     return QString::fromUtf8(titles[section]);
+}
+
+void BillTreeModel::setHighlighted(const QList<BaseDataItem *> &bills)
+{
+    const QSet<BaseDataItem *> now(bills.cbegin(), bills.cend());
+    const QSet<BaseDataItem *> touched = now + m_highlighted;
+    m_highlighted = now;
+    for (BaseDataItem *item : touched)
+        itemChanged(item);
 }
 
 void BillTreeModel::itemChanged(BaseDataItem *item)
