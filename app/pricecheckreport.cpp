@@ -106,10 +106,10 @@ QString PriceCheckReport::csv(const QList<PriceCheckReportRow> &rows)
 QVector<QPair<QString, int>> PriceCheckReport::distribution(const QList<PriceCheckReportRow> &rows)
 {
     static const double edges[] = {-50, -20, -10, 0, 10, 20, 50};
-    QVector<QPair<QString, int>> ranges{{QStringLiteral("<-50%"), 0},   {QStringLiteral("-50~-20%"), 0},
-                                        {QStringLiteral("-20~-10%"), 0}, {QStringLiteral("-10~0%"), 0},
-                                        {QStringLiteral("0~10%"), 0},     {QStringLiteral("10~20%"), 0},
-                                        {QStringLiteral("20~50%"), 0},    {QStringLiteral(">50%"), 0}};
+    QVector<QPair<QString, int>> ranges{{QStringLiteral("＜-50"), 0},   {QStringLiteral("-50~-20"), 0},
+                                        {QStringLiteral("-20~-10"), 0}, {QStringLiteral("-10~0"), 0},
+                                        {QStringLiteral("0~10"), 0},     {QStringLiteral("10~20"), 0},
+                                        {QStringLiteral("20~50"), 0},    {QStringLiteral("＞50"), 0}};
     for (const PriceCheckReportRow &row : rows) {
         if (!row.hasDeviation)
             continue;

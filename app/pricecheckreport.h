@@ -34,7 +34,7 @@ public:
     static QStringList cells(const PriceCheckReportRow &row);
     static QString csv(const QList<PriceCheckReportRow> &rows);
 
-    // Bills per deviation range, labels and counts, in rising order.
+    // Bills per deviation range (percent), labels and counts, in rising order.
     static QVector<QPair<QString, int>> distribution(const QList<PriceCheckReportRow> &rows);
     // The `count` rows with the largest absolute deviation, largest first.
     static QList<PriceCheckReportRow> worst(const QList<PriceCheckReportRow> &rows, int count);

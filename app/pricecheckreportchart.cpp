@@ -31,6 +31,10 @@ QChartView *chartView(const QString &title, QWidget *parent)
 void replaceSeries(QChart *chart, QAbstractBarSeries *series, QBarCategoryAxis *categories, QValueAxis *values,
                    bool horizontal)
 {
+    QFont small = chart->font();
+    small.setPixelSize(10);
+    categories->setLabelsFont(small);
+    values->setLabelsFont(small);
     chart->removeAllSeries();
     for (QAbstractAxis *axis : chart->axes())
         chart->removeAxis(axis);
@@ -44,14 +48,14 @@ void replaceSeries(QChart *chart, QAbstractBarSeries *series, QBarCategoryAxis *
 
 PriceCheckReportChart::PriceCheckReportChart(QWidget *parent) : QWidget(parent)
 {
-    m_distribution = chartView(QStringLiteral("偏差率分布（清单数）"), this);
+    m_distribution = chartView(QStringLiteral("偏差率分布（%，清单数）"), this);
     m_distribution->setObjectName(QStringLiteral("chartDistribution"));
     m_worst = chartView(QStringLiteral("偏差最大的%1条清单（%）").arg(kWorstCount), this);
     m_worst->setObjectName(QStringLiteral("chartWorst"));
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_distribution);
-    layout->addWidget(m_worst);
+    layout->addWidget(m_distribution, 1);
+    layout->addWidget(m_worst, 1);
 }
 
 void PriceCheckReportChart::setRows(const QList<PriceCheckReportRow> &rows)
@@ -75,7 +79,8 @@ void PriceCheckReportChart::showDistribution(const QList<PriceCheckReportRow> &r
     series->append(set);
     series->setLabelsVisible(true);
     auto *values = new QValueAxis;
-    values->setRange(0, std::max(1, most + most / 10 + 1));
+    values->setRange(0, std::max(4, most + most / 10 + 1));
+    values->applyNiceNumbers();
     values->setLabelFormat(QStringLiteral("%d"));
     replaceSeries(m_distribution->chart(), series, categories, values, false);
 }
@@ -87,18 +92,21 @@ void PriceCheckReportChart::showWorst(const QList<PriceCheckReportRow> &rows)
     auto *set = new QBarSet(QStringLiteral("偏差率"));
     set->setColor(QColor(0xF5, 0x6C, 0x6C));
     auto *categories = new QBarCategoryAxis;
-    double extent = 1.0;
+    double low = 0.0;
+    double high = 1.0;
     for (int i = 0; i < worst.size(); ++i) {
         const PriceCheckReportRow &row = worst.at(i);
         *set << row.deviation;
         // The rank keeps labels of look-alike bills apart.
-        categories->append(QStringLiteral("%1. %2 %3").arg(worst.size() - i).arg(row.code, row.name.left(8)));
-        extent = std::max(extent, qAbs(row.deviation));
+        categories->append(row.code);
+        low = std::min(low, row.deviation);
+        high = std::max(high, row.deviation);
     }
     auto *series = new QHorizontalBarSeries;
     series->append(set);
     auto *values = new QValueAxis;
-    values->setRange(-extent * 1.1, extent * 1.1);
+    values->setRange(low * 1.1, high * 1.1);
+    values->applyNiceNumbers();
     values->setLabelFormat(QStringLiteral("%.0f%%"));
     replaceSeries(m_worst->chart(), series, categories, values, true);
 }

@@ -60,8 +60,8 @@ PriceCheckReportWindow::PriceCheckReportWindow(HostContext &host, QWidget *paren
     auto *splitter = new QSplitter(Qt::Vertical, this);
     splitter->addWidget(m_table);
     splitter->addWidget(m_chart);
-    m_chart->setMinimumHeight(260);
-    splitter->setSizes({420, 300});
+    m_chart->setMinimumHeight(340);
+    splitter->setSizes({340, 360});
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(buildControls());
     layout->addWidget(splitter, 1);
