@@ -60,7 +60,8 @@ void PriceCheckReportRun::threadDone(unsigned run, bool complete, const QList<Pr
 
 void PriceCheckReportRun::cancel()
 {
-    if (isRunning())
+    // Also wins over a run whose end is still on its way to the GUI thread.
+    if (m_thread)
         m_cancel = true;
 }
 
