@@ -135,10 +135,17 @@ QVariant BillTreeModel::headerData(int section, Qt::Orientation orientation, int
 void BillTreeModel::setHighlighted(const QList<BaseDataItem *> &bills)
 {
     const QSet<BaseDataItem *> now(bills.cbegin(), bills.cend());
-    const QSet<BaseDataItem *> touched = now + m_highlighted;
+    QSet<BaseDataItem *> parents;
+    for (BaseDataItem *item : now + m_highlighted)
+        parents.insert(item->parentItem());
     m_highlighted = now;
-    for (BaseDataItem *item : touched)
-        itemChanged(item);
+    // One change per group of siblings: a check may shade thousands of bills.
+    for (BaseDataItem *parent : qAsConst(parents)) {
+        const QModelIndex owner = indexOf(parent);
+        const int rows = rowCount(owner);
+        if (rows > 0 && (owner.isValid() || parent == root()))
+            emit dataChanged(index(0, 0, owner), index(rows - 1, ColumnCount - 1, owner));
+    }
 }
 
 void BillTreeModel::itemChanged(BaseDataItem *item)

@@ -12,6 +12,10 @@ void PriceCheckReportModel::setRows(const QList<PriceCheckReportRow> &rows)
 {
     beginResetModel();
     m_rows = rows;
+    m_texts.clear();
+    m_texts.reserve(rows.size());
+    for (const PriceCheckReportRow &row : rows)
+        m_texts.append(PriceCheckReport::cells(row));
     endResetModel();
 }
 
@@ -42,8 +46,9 @@ int PriceCheckReportModel::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : DeviationColumn + 1;
 }
 
-QVariant PriceCheckReportModel::sortValue(const PriceCheckReportRow &row, int column) const
+QVariant PriceCheckReportModel::sortValue(int r, int column) const
 {
+    const PriceCheckReportRow &row = m_rows.at(r);
     switch (column) {
     case PriceColumn:
         return row.ownPrice;
@@ -54,7 +59,7 @@ QVariant PriceCheckReportModel::sortValue(const PriceCheckReportRow &row, int co
     case DeviationColumn:
         return row.hasDeviation ? row.deviation : std::numeric_limits<double>::lowest();
     default:
-        return PriceCheckReport::cells(row).value(column);
+        return m_texts.at(r).value(column);
     }
 }
 
@@ -67,9 +72,9 @@ QVariant PriceCheckReportModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DisplayRole:
     case Qt::ToolTipRole:
-        return PriceCheckReport::cells(row).value(index.column());
+        return m_texts.at(index.row()).value(index.column());
     case SortRole:
-        return sortValue(row, index.column());
+        return sortValue(index.row(), index.column());
     case BeyondRole:
         return beyond;
     case Qt::TextAlignmentRole:

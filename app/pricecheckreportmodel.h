@@ -3,6 +3,8 @@
 
 #include <QAbstractTableModel>
 #include <QList>
+#include <QStringList>
+#include <QVector>
 
 // The rows of the project unit-price check report; bills whose deviation lies
 // beyond the limit are shaded. SortRole gives numbers for the price columns.
@@ -29,8 +31,10 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 private:
-    QVariant sortValue(const PriceCheckReportRow &row, int column) const;
+    QVariant sortValue(int row, int column) const;
 
     QList<PriceCheckReportRow> m_rows;
+    // Display texts, made once per row: sorting and filtering ask often.
+    QVector<QStringList> m_texts;
     double m_limit = 10.0;
 };
