@@ -553,7 +553,7 @@ void TVelQddjjc::Modification()
         bool sync = false;
         ChildDialog::run(this, m_yxys, [&](int) { sync = m_yxys->isConfirmed() && m_yxys->getChecked(); });
         if (sync)
-            emit signalYxysChanged(m_time, m_place == QLatin1String("无") ? QString() : m_place);
+            emit signalYxysChanged(m_time, m_place == QStringLiteral("无") ? QString() : m_place);
     });
 }
 

@@ -1,6 +1,7 @@
 #include "hosttestcase.h"
 #include "loginanswers.h"
 
+#include <cloud/tvelqddjjc_yxys.h>
 #include <pricecheck/pricecheckdetails.h>
 #include <pricecheck/tvelqddjjc.h>
 #include <smartpricing/veldqqdznzj_fymodal.h>
@@ -18,7 +19,9 @@
 
 #include <QDate>
 #include <QJsonArray>
+#include <QCheckBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QtTest>
 
@@ -279,6 +282,48 @@ private slots:
         dlg->CreateUI();
         dlg->checkButton()->click();
         QCOMPARE(fx->messageTexts(), QStringList{"请选择服务器"});
+    }
+
+    void modification_data()
+    {
+        QTest::addColumn<bool>("sync");
+        QTest::addColumn<bool>("confirm");
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<QStringList>("emitted");
+        QTest::newRow("synced, place cleared") << true << true << "" << QStringList{"2024年01月", ""};
+        QTest::newRow("synced") << true << true << "四川省成都市" << QStringList{"2024年01月", "四川省成都市"};
+        QTest::newRow("not synced") << false << true << "四川省成都市" << QStringList();
+        QTest::newRow("closed") << true << false << "四川省成都市" << QStringList();
+    }
+    void modification()
+    {
+        QFETCH(bool, sync);
+        QFETCH(bool, confirm);
+        QFETCH(QString, place);
+        open();
+        QString time = "2023年05月", before = "新疆";
+        dlg->setTime(time);
+        dlg->setPlace(before);
+        QStringList emitted, seen;
+        connect(dlg.get(), &TVelQddjjc::signalYxysChanged, [&](const QString &sj, const QString &dd) { emitted << sj << dd; });
+        fx->answerNextModal([&](QDialog *d) {
+            auto *yxys = qobject_cast<TVelQddjjc_Yxys *>(d);
+            seen << yxys->timeField()->text() << yxys->placeField()->text();
+            yxys->syncBox()->setChecked(sync);
+            yxys->timeField()->setText("2024年01月");
+            if (place.isEmpty())
+                yxys->clearButton()->click();
+            else
+                yxys->placeField()->setText(place);
+            if (confirm)
+                yxys->confirmButton()->click();
+            return d->result();
+        });
+        dlg->modifyButton()->click();
+        QCOMPARE(seen, (QStringList{"2023年05月", "新疆"}));
+        QTEST(emitted, "emitted");
+        if (confirm)
+            QCOMPARE(dlg->label("lblDdsj")->text(), place.isEmpty() ? QStringLiteral("无") : place);
     }
 
     void feeTemplate()
