@@ -5,6 +5,7 @@
 #include <mainwindow.h>
 #include <pricecheckreport.h>
 #include <pricecheckreporthost.h>
+#include <pricecheckreportfilter.h>
 #include <pricecheckreportmodel.h>
 #include <pricecheckreportrun.h>
 #include <pricecheckreportwindow.h>
@@ -95,6 +96,12 @@ private slots:
         const QModelIndex c3 = tree->indexOf(project->billByCode("C3"));
         QVERIFY(a1.data(Qt::BackgroundRole).isValid());
         QVERIFY(!c3.data(Qt::BackgroundRole).isValid());
+        window->filter()->setOnlyBeyond(true);
+        QCOMPARE(window->filter()->rowCount(), 1);
+        window->filter()->setOnlyBeyond(false);
+        window->filter()->setText(QStringLiteral("c3"));
+        QCOMPARE(window->filter()->index(0, 0).data().toString(), QStringLiteral("C3"));
+        QCOMPARE(window->filter()->rowCount(), 1);
 
         QSignalSpy cancelled(window->run(), &PriceCheckReportRun::cancelled);
         window->startCheck();
