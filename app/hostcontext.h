@@ -1,4 +1,5 @@
 #pragma once
+#include <QList>
 #include <QString>
 
 #include <functional>
@@ -30,4 +31,6 @@ public:
     QString scopeLabel() const;
 
     std::function<void(BaseDataItem *)> onCurrentBillChanged;
+    // Shades `bills` in the host's bill tree (none: no shading).
+    std::function<void(const QList<BaseDataItem *> &)> onHighlightBills;
 };
