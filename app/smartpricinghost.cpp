@@ -24,6 +24,8 @@
 #include <QProgressDialog>
 #include <QUndoStack>
 
+#include <memory>
+
 namespace {
 const char kSource[] = "velora-host";
 
@@ -56,20 +58,24 @@ SetupChoice runSetup(HostContext &host, bool tour)
 
 bool waitForMatches(BatchPricingRun &run, HostContext &host, int total)
 {
-    QProgressDialog progress(QStringLiteral("正在匹配清单组价…"), QStringLiteral("取消"), 0, total, host.window);
-    progress.setWindowTitle(QStringLiteral("智能云组价"));
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(0);
-    progress.setAutoReset(false);
     QEventLoop loop;
     bool finished = false;
-    QObject::connect(&run, &BatchPricingRun::progress, &progress, [&progress](int done, int) { progress.setValue(done); });
-    QObject::connect(&progress, &QProgressDialog::canceled, &run, &BatchPricingRun::cancel);
     QObject::connect(&run, &BatchPricingRun::finished, &loop, [&] { finished = true; loop.quit(); });
     QObject::connect(&run, &BatchPricingRun::cancelled, &loop, &QEventLoop::quit);
     // The tour's pictures stay the same from run to run without it.
-    if (!host.tour)
-        progress.show();
+    std::unique_ptr<QProgressDialog> progress;
+    if (!host.tour) {
+        progress = std::make_unique<QProgressDialog>(QStringLiteral("正在匹配清单组价…"), QStringLiteral("取消"), 0,
+                                                     total, host.window);
+        progress->setWindowTitle(QStringLiteral("智能云组价"));
+        progress->setWindowModality(Qt::WindowModal);
+        progress->setMinimumDuration(0);
+        progress->setAutoReset(false);
+        QProgressDialog *bar = progress.get();
+        QObject::connect(&run, &BatchPricingRun::progress, bar, [bar](int done, int) { bar->setValue(done); });
+        QObject::connect(bar, &QProgressDialog::canceled, &run, &BatchPricingRun::cancel);
+        bar->show();
+    }
     loop.exec();
     return finished;
 }
