@@ -34,6 +34,9 @@ void BatchPricingRun::start(const QList<QJsonObject> &requests)
             if (m_cancel)
                 break;
             replies.append(CloudEnvelope::send(request));
+            // A server that does not answer will not answer the next bill either.
+            if (replies.last().isEmpty())
+                break;
             const int done = replies.size();
             const int total = requests.size();
             QMetaObject::invokeMethod(this, [this, run, done, total] {
@@ -41,7 +44,7 @@ void BatchPricingRun::start(const QList<QJsonObject> &requests)
                     emit progress(done, total);
             }, Qt::QueuedConnection);
         }
-        const bool complete = replies.size() == requests.size();
+        const bool complete = !m_cancel;
         QMetaObject::invokeMethod(this, [this, run, complete, replies] { threadDone(run, complete, replies); },
                                   Qt::QueuedConnection);
     });

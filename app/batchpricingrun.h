@@ -22,7 +22,8 @@ public:
     void start(const QList<QJsonObject> &requests);
     void cancel();
     bool isRunning() const;
-    // The replies of the finished run, in request order.
+    // The replies of the finished run, in request order; it ends early at an
+    // unanswered request, the last reply then being empty.
     QList<QJsonObject> takeReplies();
 
 signals:

@@ -188,6 +188,17 @@ private slots:
         QCOMPARE(fx->channel().requests().size(), 2);
     }
 
+    void closingWhileMatching()
+    {
+        auto dlg = open();
+        fx->channel().replyOk(QJsonArray{matched(1)});
+        dlg->matchButton()->click();
+        dlg.reset();
+        QVERIFY(CloudWorkerRequest::waitForWorkers(5000));
+        QTest::qWait(20);
+        QVERIFY(fx->exceptionReports().isEmpty());
+    }
+
     void errorReplyShowsMessage()
     {
         auto dlg = open();
