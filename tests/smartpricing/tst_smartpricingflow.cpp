@@ -2,6 +2,7 @@
 #include "cloudjson.h"
 #include "hosttestcase.h"
 
+#include <batchpricing.h>
 #include <batchpricingrun.h>
 #include <billdetailpanel.h>
 #include <compositionwriter.h>
@@ -13,6 +14,7 @@
 #include <smartpricing/veldqqdznzj.h>
 
 #include <hostapi/hostconstants.h>
+#include <hostapi/jjbtablebase.h>
 #include <hostapi/rurecordcontrol.h>
 #include <hostapi/servicesutil.h>
 #include <hostapi/users.h>
@@ -107,6 +109,49 @@ private slots:
         QVERIFY(!main.detailPanel()->compositionLines().isEmpty());
         undo->undo();
         QCOMPARE(snapshot(*project), before);
+    }
+
+    void batchPlanAndOutcomes_data()
+    {
+        QTest::addColumn<double>("quantity");
+        QTest::addColumn<double>("price");
+        QTest::addColumn<bool>("tempDeleted");
+        QTest::addColumn<int>("tableKind");
+        QTest::addColumn<QJsonObject>("reply");
+        QTest::addColumn<QString>("outcome");
+        const QJsonObject one{{"code", 0}, {"data", QJsonArray{QJsonObject{{"id", 9}}}}};
+        const QJsonObject none{{"code", 0}, {"data", QJsonArray()}};
+        const int bills = JJBTableBase::BillTableKind, measures = JJBTableBase::MeasureTableKind;
+        QTest::newRow("matched") << 2.0 << 0.0 << false << bills << one << "已组价 ";
+        QTest::newRow("priced, not skipped in measures") << 2.0 << 5.0 << false << measures << one << "已组价 ";
+        QTest::newRow("no match") << 2.0 << 0.0 << false << bills << none << "未匹配 没有匹配的组价";
+        QTest::newRow("refused") << 2.0 << 0.0 << false << bills << QJsonObject{{"code", 1}, {"msg", "无权限"}} << "未匹配 无权限";
+        QTest::newRow("unanswered") << 2.0 << 0.0 << false << bills << QJsonObject() << "未匹配 ";
+        QTest::newRow("zero quantity") << 0.0 << 0.0 << false << bills << one << "跳过 工程量为零";
+        QTest::newRow("priced") << 2.0 << 5.0 << false << bills << one << "跳过 已有单价";
+        QTest::newRow("temporarily removed") << 2.0 << 0.0 << true << bills << one << "跳过 临时删除";
+    }
+    void batchPlanAndOutcomes()
+    {
+        QFETCH(double, quantity);
+        QFETCH(double, price);
+        QFETCH(bool, tempDeleted);
+        QFETCH(int, tableKind);
+        QFETCH(QJsonObject, reply);
+        JJBTableBase table("表", tableKind);
+        auto item = std::make_unique<BaseDataItem>(1, BaseDataItem::BillKind);
+        item->setData(BaseDataItem::QuantityRole, quantity);
+        item->setData(BaseDataItem::UnitPriceRole, price);
+        item->setTempDeleted(tempDeleted);
+        BaseDataItem *bill = table.rootItem()->appendChild(std::move(item));
+        // Priced bills are skipped only in the bill table's case: the measure row asks not to skip.
+        BatchPricing pricing(LtdInfo("个人云", KvTokenUser, 0, 0, true), tableKind == JJBTableBase::BillTableKind, 1, {},
+                             TQDNodeInfo());
+        pricing.plan({bill}, [&table](BaseDataItem *) { return &table; });
+        pricing.takeReplies(QList<QJsonObject>{reply}.mid(0, pricing.requests().size()));
+        const BatchPricing::Row row = pricing.rows().first();
+        QTEST(QString(BatchPricing::outcomeText(row.outcome) + ' ' + row.note), "outcome");
+        QCOMPARE(pricing.choices().size(), row.outcome == BatchPricing::Applied ? 1 : 0);
     }
 
     void cancelledRunDeliversNothing()
