@@ -532,8 +532,9 @@ void VelDqqdznzj::Modification()
                     place = QString(dd).remove(QLatin1Char('\n'));
                 });
         bool sync = false;
+        QPointer<VelDqqdznzj> self(this);
         ChildDialog::run(this, m_yxys, [&](int) { sync = m_yxys->isConfirmed() && m_yxys->getChecked(); });
-        if (sync)
+        if (self && sync)
             emit signalYxysChanged(time, place == QStringLiteral("无") ? QString() : place);
     });
 }
