@@ -241,6 +241,18 @@ private slots:
         QCOMPARE(dlg->replaceBox()->text(), QStringLiteral("选用时替换项目特征"));
     }
 
+    void modificationAsksForUploadLibraries()
+    {
+        ServicesUtil::publish();
+        auto dlg = open();
+        fx->channel().replyOk(QJsonArray{QJsonObject{{"bzqdkid", "k1"}, {"mc", "我的清单库"}}});
+        fx->answerNextModal([](QDialog *) { return 0; });
+        dlg->modifyButton()->click();
+        QTRY_COMPARE(dlg->uploadLibraries().size(), 1);
+        QCOMPARE(fx->channel().requests().last(), envelope(QString(), method("personchapterinfoforuploadqd"), 16));
+        qApp->setProperty("ServicesUtil", QVariant());
+    }
+
     void batchSetupGuards_data()
     {
         QTest::addColumn<bool>("loggedIn");
