@@ -14,6 +14,7 @@
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace {
@@ -91,13 +92,13 @@ void TZnyzj::CreateUI()
         body->addStretch();
         auto *buttons = new ButtonRow(client);
         buttons->setButtonSize(72, 28);
-        buttons->addButton(QStringLiteral("确定"), QStringLiteral("btnOk"));
+        QPushButton *ok = buttons->addButton(QStringLiteral("确定"), QStringLiteral("btnOk"));
         buttons->addGap(8);
-        buttons->addButton(QStringLiteral("取消"), QStringLiteral("btnCancel"));
+        QPushButton *cancel = buttons->addButton(QStringLiteral("取消"), QStringLiteral("btnCancel"));
         body->addLayout(buttons);
         clientLayout()->addLayout(body);
-        connect(findChild<QPushButton *>(QStringLiteral("btnOk")), &QPushButton::clicked, this, &TZnyzj::QdButton);
-        connect(findChild<QPushButton *>(QStringLiteral("btnCancel")), &QPushButton::clicked, this, &TZnyzj::GbButton);
+        connect(ok, &QPushButton::clicked, this, &TZnyzj::QdButton);
+        connect(cancel, &QPushButton::clicked, this, &TZnyzj::GbButton);
 
         CloudServerChoice *choice = createServerChoice(m_comServer, GuardSite(kSource, this));
         m_sources->follow(choice);
