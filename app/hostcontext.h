@@ -1,10 +1,14 @@
 #pragma once
+#include <QList>
 #include <QString>
 
 #include <functional>
 
 class BaseDataItem;
+class GljBean;
 class JJBTableBase;
+class MaterialTableModel;
+class QItemSelectionModel;
 class ProjectDocument;
 class QWidget;
 
@@ -17,6 +21,9 @@ public:
     ProjectDocument *project = nullptr;
     BaseDataItem *currentBill = nullptr;
     JJBTableBase *currentTable = nullptr;
+    // The material list and its selection.
+    MaterialTableModel *materials = nullptr;
+    QItemSelectionModel *materialSelection = nullptr;
     // True while the offscreen tour runs: every modal run is grabbed to PNG
     // and rejected, every message box answered with 0.
     bool tour = false;
@@ -28,6 +35,8 @@ public:
     QString sjkm() const;
     // The current table's caption for "应用范围" labels.
     QString scopeLabel() const;
+    // The materials selected in the material list, in list order.
+    QList<GljBean *> selectedMaterials() const;
 
     std::function<void(BaseDataItem *)> onCurrentBillChanged;
 };

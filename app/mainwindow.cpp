@@ -89,6 +89,8 @@ void MainWindow::buildCentral()
     auto *materialView = new QTableView(lower);
     materialView->setObjectName(QStringLiteral("tableMaterials"));
     materialView->setModel(m_materials);
+    m_context.materials = m_materials;
+    m_context.materialSelection = materialView->selectionModel();
     materialView->verticalHeader()->setDefaultSectionSize(24);
     materialView->resizeColumnsToContents();
     materialView->horizontalHeader()->setSectionResizeMode(MaterialTableModel::MakerColumn, QHeaderView::Stretch);

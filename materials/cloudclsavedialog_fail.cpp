@@ -8,6 +8,7 @@
 #include <hostapi/ztreeview.h>
 
 #include <QColor>
+#include <QHeaderView>
 #include <QVBoxLayout>
 
 namespace {
@@ -37,6 +38,7 @@ CloudCLSaveDialog_fail::CloudCLSaveDialog_fail(QList<CloudCjyjcBean> &records, Q
         auto *view = new zTreeView(clientWidget());
         view->setObjectName(QStringLiteral("gdTree"));
         view->setModel(m_model);
+        view->header()->setStretchLastSection(true);
         auto *body = new QVBoxLayout;
         const int m = InterfaceAdaptation::scaled(14);
         body->setContentsMargins(m, m, m, m);

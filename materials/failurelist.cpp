@@ -7,6 +7,7 @@
 #include <hostapi/ztitlemodal.h>
 
 #include <QColor>
+#include <QHeaderView>
 #include <QVBoxLayout>
 
 zTableModel *FailureList::build(zTitleModal *dialog, const QString &codeKey)
@@ -22,6 +23,7 @@ zTableModel *FailureList::build(zTitleModal *dialog, const QString &codeKey)
     auto *view = new zTableView(client);
     view->setObjectName(QStringLiteral("gdTable"));
     view->setModel(model);
+    view->horizontalHeader()->setStretchLastSection(true);
     auto *body = new QVBoxLayout;
     const int m = InterfaceAdaptation::scaled(14);
     body->setContentsMargins(m, m, m, m);

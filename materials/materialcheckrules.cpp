@@ -24,22 +24,25 @@ MaterialCheckRules::Outcome MaterialCheckRules::evaluate(const QList<CloudCjyjcB
         return out;
     }
     double price = sum / count;
-    QString deviation;
     if (std::fabs(price) <= 1e-12) {
         price = 0.0;
         out.priceText = QStringLiteral("0.00");
-        deviation = QStringLiteral("100");
     } else {
         out.priceText = Round(price, 2, true);
         price = out.priceText.toDouble();
-        if (std::min(std::fabs(price), std::fabs(tj)) >= std::fabs(tj - price) * 1e12)
-            deviation = QStringLiteral("0.00");
-        else
-            deviation = Round((tj - price) / price * 100.0, 2, true);
     }
     out.cloudPrice = price;
-    out.pcl = deviation + QLatin1Char('%');
+    out.pcl = deviationText(tj, price);
     return out;
+}
+
+QString MaterialCheckRules::deviationText(double tj, double cloudPrice)
+{
+    if (std::fabs(cloudPrice) <= 1e-12)
+        return QStringLiteral("100%");
+    if (std::min(std::fabs(cloudPrice), std::fabs(tj)) >= std::fabs(tj - cloudPrice) * 1e12)
+        return QStringLiteral("0.00%");
+    return Round((tj - cloudPrice) / cloudPrice * 100.0, 2, true) + QLatin1Char('%');
 }
 
 double MaterialCheckRules::deviationOf(const QString &pcl)

@@ -24,6 +24,9 @@ public:
     // Mean of the records of material `key` (tax-included or not) against
     // the adjusted price `tj`.
     static Outcome evaluate(const QList<CloudCjyjcBean> &records, int key, double tj, bool taxIncluded);
+    // (tj − cloud) / cloud in percent with "%"; "100%" for a zero cloud
+    // price, "0.00%" when both agree to 12 digits.
+    static QString deviationText(double tj, double cloudPrice);
     // The deviation as a number ("20.00%" -> 20); 0 for "null".
     static double deviationOf(const QString &pcl);
 

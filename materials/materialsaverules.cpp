@@ -1,5 +1,7 @@
 #include "materialsaverules.h"
 
+#include <hostapi/gljbean.h>
+
 #include <QJsonArray>
 #include <QJsonObject>
 
@@ -27,4 +29,11 @@ QList<QPair<QString, QString>> MaterialSaveRules::libraries(const QJsonValue &da
         out.append({o.value(QStringLiteral("kmms")).toString(), o.value(QStringLiteral("_id")).toVariant().toString()});
     }
     return out;
+}
+
+bool MaterialSaveRules::storable(const GljBean &material)
+{
+    const QString kind = material.GetZhfl();
+    return !material.GetClmc().trimmed().isEmpty() && material.GetTj() > 0 && kind != QStringLiteral("人工")
+           && kind != QStringLiteral("机械");
 }

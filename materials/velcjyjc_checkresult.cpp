@@ -115,7 +115,7 @@ void VelCjyjc_CheckResult::fillRows()
             continue;
         m_model->appendCell(QStringLiteral("pcl"), o.pcl, 5005);
         m_model->appendCell(QStringLiteral("ckxq"), QStringLiteral("查看详情"), 5008);
-        m_model->appendCell(QStringLiteral("xy"), false, 5006);
+        m_model->appendCell(QStringLiteral("xy"), QString(), 5006);
         m_model->setCellForeground(row, QStringLiteral("ckxq"), kLinkColour);
         m_model->setCellForeground(row, QStringLiteral("xy"), kLinkColour);
     }
