@@ -35,7 +35,8 @@ MaterialDeviationChart::MaterialDeviationChart(const QList<MaterialDeviations::E
     series->setLabelsPrecision(12);
     m_chart = new QChart;
     m_chart->addSeries(series);
-    m_chart->setTitle(QStringLiteral("调价高于云单价的材料（按数量加权，前%1项）").arg(Limit));
+    m_chart->setTitle(ranking.isEmpty() ? QStringLiteral("没有调价高于云单价的材料")
+                                        : QStringLiteral("调价高于云单价的材料（按数量加权，前%1项）").arg(Limit));
     auto *nameAxis = new QBarCategoryAxis;
     nameAxis->append(names);
     m_chart->addAxis(nameAxis, Qt::AlignLeft);

@@ -31,7 +31,7 @@ QWidget *MaterialDeviationHost::openRate(HostContext &host)
 QWidget *MaterialDeviationHost::openChart(HostContext &host)
 {
     GUARDED(kSource, [&] {
-        if (!host.materials || host.materials->deviations().isEmpty()) {
+        if (!host.materials || (host.materials->deviations().isEmpty() && !host.tour)) {
             showMessageBox(QStringLiteral("请先进行材价云检查"), host.window);
             return;
         }

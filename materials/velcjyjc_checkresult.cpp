@@ -154,10 +154,12 @@ void VelCjyjc_CheckResult::slotLinkClicked(const QModelIndex &index)
 void VelCjyjc_CheckResult::GbButton()
 {
     GUARDED(kSource, [&] {
+        // Record kind 0, as every other table edit of the host: the chosen
+        // prices undo and redo together with the material table.
         RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(m_table, 0, QStringLiteral("材料价格选用")));
         emit signalGbButtonClicked(m_results);
         RURecordControl::EndRecord();
-        close();
+        zTitleModal::actOk();
     });
 }
 

@@ -10,6 +10,7 @@
 #include <materials/velcjyjc_checkresult.h>
 
 #include <hostapi/generaltablebase.h>
+#include <hostapi/hostconfig.h>
 #include <hostapi/ltdinfo.h>
 #include <hostapi/rurecordcontrol.h>
 #include <hostapi/users.h>
@@ -205,6 +206,73 @@ private slots:
         QCOMPARE(args, QList<QVariant>({"2", "5"}));
         QCOMPARE(dialog.matchCount(), 0);
         QVERIFY(fx->messageTexts().isEmpty());
+    }
+
+    void cloudTablesAreEditedPerTier_data()
+    {
+        QTest::addColumn<QString>("server");
+        QTest::addColumn<QJsonObject>("create");
+        QTest::addColumn<QJsonObject>("remove");
+        QTest::addColumn<QStringList>("methods");
+        QTest::newRow("personal") << "个人云"
+                                  << QJsonObject{{"method", "personmaterialedit"}, {"sjksyid", ""}, {"kmc", "新库"}, {"oper", 1}}
+                                  << QJsonObject{{"method", "personmaterialedit"}, {"sjksyid", "L1"}, {"kmc", "旧库"}, {"oper", 3}}
+                                  << QStringList{"materiallist", "personmaterialedit", "materiallist", "personmaterialedit",
+                                                 "materiallist"};
+        QTest::newRow("enterprise") << "华东企业材价库"
+                                    << QJsonObject{{"method", "enterprisematrialedit"}, {"sjksyid", ""}, {"kuName", "新库"},
+                                                   {"oper", 1}, {"qiyeId", 11}}
+                                    << QJsonObject{{"method", "enterprisematrialedit"}, {"sjksyid", "L1"}, {"kuName", "旧库"},
+                                                   {"oper", 3}, {"qiyeId", 11}}
+                                    << QStringList{"getenterprisepricelist", "isauthorityforenterprise",
+                                                   "enterprisematrialedit", "getenterprisepricelist",
+                                                   "isauthorityforenterprise", "isauthorityforenterprise",
+                                                   "enterprisematrialedit", "getenterprisepricelist"};
+    }
+    void cloudTablesAreEditedPerTier()
+    {
+        QFETCH(QString, server);
+        Users::Instance()->Kvy()->setLogin("u1", "张三", "sess-1");
+        HostConfig::openSysSet()->setValue("CloudApp/CurrServer_all", server);
+        const bool enterprise = server != "个人云";
+        const QJsonArray one{QJsonObject{{"kmms", "旧库"}, {"_id", "L1"}}};
+        const QJsonArray two{one.first(), QJsonObject{{"kmms", "新库"}, {"_id", "L2"}}};
+        // Lists, permissions and edits in the order the dialog asks.
+        const QList<QJsonValue> replies{loginanswers::serverList(), one, QJsonValue(), QJsonValue(), two, QJsonValue(),
+                                        QJsonValue(), QJsonValue(), one};
+        const QList<bool> permission{false, false, true, false, false, true, true, false, false};
+        for (int i = 0; i < replies.size(); ++i)
+            if (enterprise || !permission.at(i))
+                fx->channel().replyOk(replies.at(i));
+        CloudCLSaveDialogm dialog(0);
+        QMetaObject::invokeMethod(&dialog, "Cloud");
+        QCOMPARE(dialog.getCurrServer()->getServerName(), server);
+        answerName("新库");
+        QMetaObject::invokeMethod(&dialog, "NewTable");
+        QCOMPARE(dialog.cloudList()->selectionModel()->selectedRows().value(0).row(), 1);
+
+        dialog.cloudList()->selectRowAt(0);
+        answerName("新库");
+        QMetaObject::invokeMethod(&dialog, "Rename");
+        fx->answerNextMessage(0);
+        QMetaObject::invokeMethod(&dialog, "SlotDelete");
+        QCOMPARE(fx->messageTexts(), QStringList({"表已存在", "是否删除该价表下包含的材料？"}));
+
+        QStringList methods;
+        QList<QJsonObject> edits;
+        for (const QJsonObject &r : fx->channel().requests()) {
+            const QJsonObject data = r.value("data").toObject();
+            const QString method = data.value("method").toString();
+            if (method.contains("material") || method.contains("matrial") || method.contains("authority")
+                || method.contains("pricelist"))
+                methods << method;
+            if (method.contains("edit"))
+                edits << data;
+        }
+        QTEST(methods, "methods");
+        QCOMPARE(edits.size(), 2);
+        QTEST(edits.first(), "create");
+        QTEST(edits.last(), "remove");
     }
 
     void checkSetupHandsOverLibraryAndPlace_data()
