@@ -112,6 +112,69 @@ private slots:
         QVERIFY(fx->exceptionReports().isEmpty());
     }
 
+    void hostRequestsPerTier_data()
+    {
+        QTest::addColumn<QString>("token");
+        QTest::addColumn<int>("qiyeID");
+        QTest::addColumn<int>("usetype");
+        QTest::newRow("personal") << "kv_token_user" << -1 << 1;
+        QTest::newRow("enterprise") << "cj_11" << 11 << 2;
+    }
+    void hostRequestsPerTier()
+    {
+        QFETCH(QString, token);
+        QFETCH(int, qiyeID);
+        QFETCH(int, usetype);
+        LtdInfo server("库", token, 2, 11, true);
+        GeneralTableBase table(QStringLiteral("工料机汇总"));
+        GljBean pipe;
+        pipe.SetGuid(5);
+        pipe.SetBh("01005");
+        pipe.SetClmc("PP-R给水管");
+        pipe.SetGgxh("dn32 S4");
+        pipe.SetDw("m");
+        pipe.SetTj(10.24);
+        GljBean labour = pipe;
+        labour.SetGuid(31);
+        labour.SetZhfl("人工");
+        const QList<GljBean *> materials{table.addMaterial(pipe), table.addMaterial(labour)};
+        const QJsonObject tier{{"qiyeID", qiyeID}, {"usetype", usetype}};
+        auto expect = [&](QJsonObject fields) {
+            for (auto it = tier.begin(); it != tier.end(); ++it)
+                fields.insert(it.key(), it.value());
+            return fields;
+        };
+
+        fx->channel().replyOk(QJsonObject{{"saved", 1}, {"failed", QJsonArray()}});
+        MaterialStorageHost::Outcome outcome;
+        QVERIFY(MaterialStorageHost::saveToCloud(materials, &server, "L7", nullptr, outcome));
+        QCOMPARE(fx->channel().lastRequest().value("data").toObject(),
+                 expect({{"method", "savematerialprices"}, {"sjksyid", "L7"}, {"hsbz", 1}, {"sj", ""}, {"dd", ""},
+                         {"materials", QJsonArray{QJsonObject{{"guid", 5}, {"bh", "01005"}, {"clmc", "PP-R给水管"},
+                                                              {"ggxh", "dn32 S4"}, {"dw", "m"}, {"cd", ""}, {"cj", ""},
+                                                              {"tj", 10.24}}}}}));
+        QCOMPARE(outcome.total, 2);
+        QCOMPARE(outcome.saved, 1);
+        QCOMPARE(outcome.failed, QList<GljBean *>{materials.at(1)});
+
+        MaterialCheckHost::Choice choice;
+        choice.server = &server;
+        choice.libraryId = "L7";
+        choice.params.setTaxBasis(0);
+        choice.params.setTime("2024年05月");
+        fx->channel().replyOk(QJsonArray{QJsonObject{{"guid", 5}, {"ydjhs", "11.5"}, {"ydjbhs", 10.2}}});
+        const auto records = MaterialCheckHost::fetchRecords(choice, materials.mid(0, 1), nullptr);
+        QCOMPARE(fx->channel().lastRequest().value("data").toObject(),
+                 expect({{"method", "getmaterialcheckrecords"}, {"sjksyid", "L7"}, {"params", choice.params.toJson()},
+                         {"materials", QJsonArray{QJsonObject{
+                                           {"guid", 5}, {"clmc", "PP-R给水管"}, {"ggxh", "dn32 S4"}, {"dw", "m"}}}}}));
+        QVERIFY(records && records->size() == 1);
+        QCOMPARE(records->first().getYdjhs(), 11.5);
+        fx->channel().replyError(3, "价表不存在");
+        QVERIFY(!MaterialCheckHost::fetchRecords(choice, materials, nullptr));
+        QCOMPARE(fx->messageTexts(), QStringList("价表不存在"));
+    }
+
 private:
     static QString MaterialLibraryListRow(CloudCLSaveDialogm &dialog)
     {
