@@ -48,6 +48,10 @@ public:
     // Looks the line up with its quotes doubled, then deletes that FID.
     static void deleteCustomLine(const QString &table, const QString &text);
 
+    // The library code of a bill code: its first 9 characters (a bill code
+    // is the standard item's code followed by a 3-digit sequence number).
+    static QString itemCode(const QString &billCode) { return billCode.left(9); }
+
     static QString doubledQuotes(QString text) { return text.replace(QLatin1Char('\''), QStringLiteral("''")); }
     static bool isCustomCode(const QString &code) { return code.startsWith(customMark()); }
     static QString customMark() { return QStringLiteral("[自编]"); }
