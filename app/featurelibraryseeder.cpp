@@ -51,9 +51,9 @@ void insertItem(DBM::clsDAC &db, const QString &libraryName, const QJsonObject &
                                   strings(item.value(QStringLiteral("work_content"))).join(QStringLiteral("、")));
     db.execPrepared(insertLine, {code, name, hint});
     if (!features.isEmpty())
-        db.execPrepared(insertLine, {code, QString(), numbered(features)});
+        db.execPrepared(insertLine, {code, QStringLiteral(""), numbered(features)});
     for (int i = 0; i < features.size(); ++i)
-        db.execPrepared(insertLine, {code, QString(), QStringLiteral("%1.%2：").arg(i + 1).arg(features.at(i))});
+        db.execPrepared(insertLine, {code, QStringLiteral(""), QStringLiteral("%1.%2：").arg(i + 1).arg(features.at(i))});
     const QString specialty = FeatureStore::specialtyTable(libraryName, code);
     if (!specialty.isEmpty()) {
         db.execPrepared(QStringLiteral("INSERT INTO %1 (debh, xmmc, jldw, xmtz) VALUES (?, ?, ?, ?)").arg(specialty),

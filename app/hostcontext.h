@@ -30,4 +30,6 @@ public:
     QString scopeLabel() const;
 
     std::function<void(BaseDataItem *)> onCurrentBillChanged;
+    // A non-modal window that follows the bill the user makes current.
+    std::function<void(BaseDataItem *)> onBillFollowed;
 };

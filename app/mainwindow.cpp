@@ -233,6 +233,8 @@ void MainWindow::currentRowChanged(BillTreeModel *model, const QModelIndex &inde
         m_context.currentBill = item;
         m_context.currentTable = model->table();
         m_detail->showBill(item);
+        if (m_context.onBillFollowed)
+            m_context.onBillFollowed(item);
     }
 }
 

@@ -40,6 +40,7 @@
 #include <QStackedWidget>
 #include <QTableWidget>
 #include <QTextEdit>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
@@ -51,6 +52,13 @@ const QString kIcons = QStringLiteral(":/Image/Velostra/");
 int px(int pixels)
 {
     return InterfaceAdaptation::scaled(pixels);
+}
+
+// Text rows follow their wrapped text whenever the column widths change.
+void fitTextRows(QTableWidget *table)
+{
+    for (int row = 1; row < table->rowCount(); row += 2)
+        table->resizeRowToContents(row);
 }
 
 QTableWidget *grid(const QString &name, QWidget *parent)
@@ -111,7 +119,6 @@ void Gqdxmtzmszn::CreateUI()
     QWidget *client = clientWidget();
     m_gdTableMszn = grid(QStringLiteral("gdTableMszn"), client);
     m_gdTableMszn->horizontalHeader()->setStyleSheet(QStringLiteral("QHeaderView{border: 0px;background-color:white;}"));
-    m_gdTableMszn->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_stack = new QStackedWidget(client);
     m_stack->addWidget(m_gdTableMszn);
     m_stack->addWidget(buildCloudPage());
@@ -350,6 +357,7 @@ void Gqdxmtzmszn::setCurrQd(BaseDataItem *item)
         setItemId(id);
         QString name = item->text(BaseDataItem::NameRole);
         setItemName(name);
+        NotEditable(item->IsReadOnly());
         setXmbhmc(item);
         sourceChanged();
     });
@@ -409,6 +417,7 @@ void Gqdxmtzmszn::showLocalPage(int page, int rows)
             break;
         placeLine(line, m_lines.at(entry), m_lines.at(entry + 1));
     }
+    refitLater();
     setLocalPagingEnabled();
 }
 
@@ -462,6 +471,7 @@ void Gqdxmtzmszn::sourceChanged()
     GUARDED(kSource, [&] {
         const bool cloud = m_rbCloud->isChecked();
         m_stack->setCurrentIndex(cloud ? 1 : 0);
+        refitLater();
         m_cloudBar->setVisible(cloud);
         m_sources->selectionRow()->setVisible(cloud && m_sources->selectionRow()->isVisibleTo(this));
         m_chkSkip->setVisible(cloud);
@@ -633,6 +643,21 @@ void Gqdxmtzmszn::EditCustomLine()
 void Gqdxmtzmszn::GbButton()
 {
     GUARDED(kSource, [&] { close(); });
+}
+
+void Gqdxmtzmszn::showEvent(QShowEvent *event)
+{
+    zTitleModal::showEvent(event);
+    refitLater();
+}
+
+void Gqdxmtzmszn::refitLater()
+{
+    // The column widths are known only once the grid is laid out on screen.
+    QTimer::singleShot(0, this, [this] {
+        fitTextRows(m_gdTableMszn);
+        fitTextRows(m_gdCloudTabMszn);
+    });
 }
 
 void Gqdxmtzmszn::closeEvent(QCloseEvent *event)
@@ -828,7 +853,7 @@ void Gqdxmtzmszn::setXmtzData(QList<CloudZnytzBean> &results, int pageCount)
             HOSTLOG("znytz:", QStringLiteral("for tempTzNum:%1").arg(i));
             addCloudHeader(i, results.at(i));
         }
-        m_gdCloudTabMszn->resizeRowsToContents();
+        refitLater();
         HOSTLOG("znytz:", "开始cloudLibraries");
         for (const CloudZnytzBean &r : results) {
             const QString name = r.getBzQd() ? r.getQdkMc() : QStringLiteral("工程实例");

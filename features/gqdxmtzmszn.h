@@ -114,6 +114,8 @@ public slots:
     void slotUpdataTzData(int number);
     void slotUpdataGcslData(int number);
     void resetLogin();
+    // The project information of the result behind the header at (row, column).
+    void requestProjectInfo(int row, int column);
     void YyButton();
     void HyButton();
     void GfButton();
@@ -124,6 +126,7 @@ public slots:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     void CreateUI();
@@ -133,12 +136,12 @@ private:
     QLayout *buildButtons();
     QPushButton *pageButton(const QString &name, const QString &disabled, const QString &normal, const QString &hover);
     void applyMode();
+    void refitLater();
     void sourceChanged();
     void showLocalPage(int page, int rows);
     void placeLine(int line, const QString &code, const QString &text);
     void localCellClicked(int row, int column);
     void selectCloudResult(int row, int column);
-    void requestProjectInfo(int row, int column);
     void addCloudHeader(int index, const CloudZnytzBean &result);
     void showText(const QString &caption, const QString &text);
     bool cloudPaging() const;
