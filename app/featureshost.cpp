@@ -16,6 +16,7 @@
 #include <hostapi/ltdinfo.h>
 #include <hostapi/messagebox.h>
 
+#include <QCheckBox>
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QLabel>
@@ -58,8 +59,9 @@ Gqdxmtzmszn *createGuide(HostContext &host)
     });
     QObject::connect(guide, &Gqdxmtzmszn::TheCurrentListing, guide,
                      [context, guide](BaseDataItem *&item, const bool forward, bool &found) {
-                         BaseDataItem *next = context->project ? context->project->neighbourBill(item, forward, false)
-                                                               : nullptr;
+                         const bool skipPriced = guide->skipPricedBox()->isChecked();
+                         BaseDataItem *next =
+                             context->project ? context->project->neighbourBill(item, forward, skipPriced) : nullptr;
                          found = next != nullptr;
                          if (!next)
                              return;

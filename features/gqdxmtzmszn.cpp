@@ -474,7 +474,6 @@ void Gqdxmtzmszn::sourceChanged()
         refitLater();
         m_cloudBar->setVisible(cloud);
         m_sources->selectionRow()->setVisible(cloud && m_sources->selectionRow()->isVisibleTo(this));
-        m_chkSkip->setVisible(cloud);
         setCustomButtonsVisible(false);
         if (!cloud) {
             if (m_lineCount > 0)
@@ -800,6 +799,7 @@ void Gqdxmtzmszn::requestTzData()
         const LtdInfo entry = *server;
         const int mode = m_sources->mode();
         const QStringList ids = m_sources->projectIds();
+        emit signalRequestData(server, params.getPage(), params.getSearchText(), params.getPageSize(), ids);
         m_tzWorker->start([item, params, entry, mode, ids](QJsonObject &reply) {
             LtdInfo copy = entry;
             CloudBusiness::MatchQdtz(item, params, &copy, reply, mode, ids);
@@ -887,8 +887,10 @@ void Gqdxmtzmszn::addCloudHeader(int index, const CloudZnytzBean &result)
     layout->addWidget(number);
     layout->addWidget(name, 1);
     layout->addWidget(source);
-    for (curLabel *label : {number, name})
+    for (curLabel *label : {number, name}) {
         connect(label, &curLabel::clicked, this, &Gqdxmtzmszn::selectCloudResult);
+        connect(label, &curLabel::dClicked, this, &Gqdxmtzmszn::selectCloudResult);
+    }
     connect(source, &curLabel::clicked, this, &Gqdxmtzmszn::requestProjectInfo);
     m_gdCloudTabMszn->setCellWidget(row, column, header);
     m_gdCloudTabMszn->setRowHeight(row, px(30));
@@ -920,7 +922,8 @@ void Gqdxmtzmszn::requestProjectInfo(int row, int column)
             return;
         setLoading(true);
         const LtdInfo entry = *server;
-        const QString id = m_results.at(index).getXmid();
+        QString id = m_results.at(index).getXmid();
+        emit signalRequestGcslData(server, id);
         m_gcslWorker->start([entry, id](QJsonObject &reply) {
             LtdInfo copy = entry;
             QString xmid = id;

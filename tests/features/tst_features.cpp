@@ -3,6 +3,7 @@
 #include "loginanswers.h"
 
 #include <customfeaturelines.h>
+#include <featureshost.h>
 #include <featurelibraryseeder.h>
 #include <hostcontext.h>
 #include <projectdocument.h>
@@ -17,6 +18,7 @@
 #include <features/gqdxmtzmszn.h>
 #include <features/txmytz.h>
 
+#include <hostapi/datalibrary.h>
 #include <hostapi/hostconfig.h>
 #include <hostapi/jjbtablebase.h>
 #include <hostapi/rurecordcontrol.h>
@@ -111,6 +113,7 @@ private slots:
             item->setData(BaseDataItem::WorkContentRole, "1.配线");
         }
         bill.setData(BaseDataItem::KindRole, "gb24");
+        bill.setReadOnly(false);
         measure.setData(BaseDataItem::KindRole, "ZJXQDA");
     }
     void cleanup()
@@ -165,9 +168,11 @@ private slots:
         QTest::addColumn<int>("rows");
         QTest::addColumn<int>("placed");
         QTest::addColumn<bool>("nextPage");
-        QTest::newRow("none") << 0 << 0 << 0 << false;
-        QTest::newRow("three") << 3 << 4 << 3 << false;
-        QTest::newRow("twelve") << 12 << 10 << 10 << true;
+        QTest::addColumn<bool>("readOnly");
+        QTest::newRow("none") << 0 << 0 << 0 << false << false;
+        QTest::newRow("three") << 3 << 4 << 3 << false << false;
+        QTest::newRow("twelve") << 12 << 10 << 10 << true << false;
+        QTest::newRow("read-only bill") << 12 << 0 << 0 << false << true;
     }
     void gridSizes()
     {
@@ -175,6 +180,8 @@ private slots:
         QFETCH(int, rows);
         QFETCH(int, placed);
         QFETCH(bool, nextPage);
+        QFETCH(bool, readOnly);
+        bill.setReadOnly(readOnly);
         // Longer codes starting with the bill's library code are its lines too.
         for (int i = 0; i < lines; ++i)
             addCustom(QString("0304120040%1").arg(i, 2, 10, QChar('0')), QString("自编%1").arg(i));
@@ -187,6 +194,7 @@ private slots:
             QCOMPARE(codeCells(guide->localGrid()).first(), QString("[自编]030412004000"));
         QCOMPARE(guide->pageButtons().at(2)->isEnabled(), nextPage);
         QVERIFY(!guide->pageButtons().at(0)->isEnabled());
+        QCOMPARE(guide->featureEdit()->isReadOnly(), readOnly);
         if (nextPage) {
             guide->NextPage();
             QCOMPARE(codeCells(guide->localGrid()), (QStringList{"[自编]030412004010", "[自编]030412004011"}));
@@ -239,11 +247,70 @@ private slots:
         });
         guide->EditCustomLine();
         QCOMPARE(guide->localGrid()->item(1, 0)->text(), QString("1.名称：新的桥架"));
+        // The edited text is written as typed: a quote breaks the statement,
+        // which goes unreported, and the window still signals and closes.
+        fx->answerNextModal([](QDialog *d) {
+            auto *w = qobject_cast<Gclqdxmtz_Txtz *>(d);
+            QSignalSpy updated(w, &Gclqdxmtz_Txtz::Updata);
+            w->edit()->setPlainText("1.名称：坏'引号");
+            w->okButton()->click();
+            return updated.count() == 1 && !w->isVisible() ? 1 : -1;
+        });
+        guide->EditCustomLine();
+        QCOMPARE(guide->localGrid()->item(1, 0)->text(), QString("1.名称：新的桥架"));
         guide->localGrid()->cellClicked(1, 0);
         guide->DeleteCustomLine();
         QCOMPARE(customRows(), 0);
         QCOMPARE(guide->localGrid()->rowCount(), 0);
         QVERIFY(fx->exceptionReports().isEmpty());
+    }
+
+    void titleAndCloudSource_data()
+    {
+        QTest::addColumn<int>("appType");
+        QTest::addColumn<QString>("areaVersion");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<bool>("cloud");
+        QTest::newRow("16") << 16 << "HB2024" << "工程量清单项目特征/工程内容描述指南" << true;
+        QTest::newRow("other JL") << 3 << "JL2019" << "工程量清单项目特征描述指南" << false;
+        QTest::newRow("YN") << 16 << "YN" << "工程量清单项目特征/工程内容描述指南" << false;
+    }
+    void titleAndCloudSource()
+    {
+        QFETCH(int, appType);
+        QFETCH(QString, areaVersion);
+        QFETCH(QString, title);
+        QFETCH(bool, cloud);
+        DataLibrary::Instance()->setAppType(appType);
+        HostConfig::setValue("AreaVer", areaVersion);
+        openGuide();
+        DataLibrary::Instance()->clearAppType();
+        QCOMPARE(guide->caption(), title);
+        QCOMPARE(guide->cloudRadio()->isVisibleTo(guide.get()), cloud);
+    }
+
+    void hostGuideFollowsBills()
+    {
+        ProjectDocument project;
+        QString error;
+        QVERIFY(project.loadFile(ProjectDocument::samplePath(), &error));
+        const QList<BaseDataItem *> bills = project.allBills();
+        bills[2]->setData(BaseDataItem::UnitPriceRole, 0.0);
+        HostContext host;
+        host.project = &project;
+        host.setCurrentBill(bills[0]);
+        fx->channel().replyOk(serverList());
+        QPointer<QWidget> window = FeaturesHost::openGuide(host);
+        auto *opened = qobject_cast<Gqdxmtzmszn *>(window.data());
+        QVERIFY(opened && opened->isVisible());
+        opened->skipPricedBox()->setChecked(true);
+        opened->ObtainNextRow();
+        QCOMPARE(host.currentBill, bills[2]);
+        QCOMPARE(opened->currentItem(), bills[2]);
+        host.onBillFollowed(bills[5]);
+        QCOMPARE(opened->currentItem(), bills[5]);
+        opened->close();
+        QTRY_VERIFY(!window);
     }
 
     void libraryOfNoneKeepsTheTable()
