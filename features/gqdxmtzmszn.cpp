@@ -791,9 +791,12 @@ void Gqdxmtzmszn::requestTzData()
         m_params.setSearchText(m_search->text());
         m_params.setPage(m_cloudPage);
         m_params.setPageSize(FeatureCloudReply::PageSize);
-        setLoading(true);
-        if (!m_rbCloud->isChecked())
+        if (!m_rbCloud->isChecked()) {
+            // Still a new request: whatever was asked before is stale now.
+            m_tzWorker->discardPending();
             return;
+        }
+        setLoading(true);
         BaseDataItem *item = m_item;
         const CloudParams params = m_params;
         const LtdInfo entry = *server;
