@@ -473,7 +473,10 @@ void Gqdxmtzmszn::sourceChanged()
         m_stack->setCurrentIndex(cloud ? 1 : 0);
         refitLater();
         m_cloudBar->setVisible(cloud);
-        m_sources->selectionRow()->setVisible(cloud && m_sources->selectionRow()->isVisibleTo(this));
+        if (cloud)
+            m_sources->setGcCheckedName();
+        else
+            m_sources->selectionRow()->hide();
         setCustomButtonsVisible(false);
         if (!cloud) {
             if (m_lineCount > 0)
