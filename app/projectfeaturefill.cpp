@@ -22,7 +22,8 @@ ProjectFeatureFill::Summary ProjectFeatureFill::run(const QList<BaseDataItem *> 
             break;
         }
         BaseDataItem *bill = bills.at(i);
-        if (bill->IsReadOnly() || (skipPriced && bill->data(BaseDataItem::UnitPriceRole).toDouble() != 0.0)) {
+        const bool priced = bill->data(BaseDataItem::UnitPriceRole).toDouble() != 0.0;
+        if (bill->IsReadOnly() || bill->IsExcludeInChain() || (skipPriced && priced)) {
             ++summary.skipped;
             continue;
         }

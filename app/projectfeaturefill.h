@@ -9,7 +9,8 @@ class LtdInfo;
 class ProjectDocument;
 
 // The host's side of "项目云特征": each bill gets the features (the work
-// content for a measure bill) of its best cloud match. Runs inside the undo
+// content for a measure bill) of its best cloud match. Read-only bills and
+// excluded ones (organisation measures) are passed over. Runs inside the undo
 // record the dialog holds open, so the whole fill is one step.
 class ProjectFeatureFill
 {

@@ -7,7 +7,6 @@
 #include <featurelibraryseeder.h>
 #include <hostcontext.h>
 #include <projectdocument.h>
-#include <projectfeaturefill.h>
 
 #include <cloud/cloudsources.h>
 #include <cloud/cloudworkerrequest.h>
@@ -510,34 +509,37 @@ private slots:
         QVERIFY(!RURecordControl::IsRecording());
     }
 
-    void hostFillsFeaturesAsOneStep()
+    void hostFillsMeasureBillsAsOneStep()
     {
         ProjectDocument project;
         QString error;
         QVERIFY(project.loadFile(ProjectDocument::samplePath(), &error));
-        QList<BaseDataItem *> bills = project.allBills().mid(0, 3);
-        bills << project.measureTable()->rootItem()->bills().first();
-        for (int i : {0, 1, 3})
-            bills[i]->setData(BaseDataItem::UnitPriceRole, 0.0);
-        const QString before = bills[0]->text(BaseDataItem::FeaturesRole);
+        const QList<BaseDataItem *> bills = project.measureTable()->rootItem()->bills();
+        const QString before = bills[0]->text(BaseDataItem::WorkContentRole);
+        HostContext host;
+        host.project = &project;
+        host.setCurrentBill(bills[0]);
+        Users::Instance()->Kvy()->setLogin("u1", "张三", "sess-1");
+        fx->channel().replyOk(serverList());
         fx->channel().reply(matchReply({}, {match("工1")}));
         fx->channel().reply(matchReply({}, {}));
         fx->channel().reply(matchReply({match("标1", "库A")}, {}));
-        LtdInfo server("个人云", "kv_token_user", 0, 0, true);
         const int steps = RURecordControl::undoStack()->count();
-        RURecordControl::BeginRecord(TableRedoUIInfo{});
-        const auto summary = ProjectFeatureFill(&project, &server, 3, {}).run(bills, true);
-        RURecordControl::EndRecord();
-        QCOMPARE(ProjectFeatureFill::summaryText(summary), QString("已填写2条清单的项目特征，1条未找到匹配清单，1条跳过。"));
-        QCOMPARE(bills[0]->text(BaseDataItem::FeaturesRole), QString("工1特征"));
-        QCOMPARE(bills[3]->text(BaseDataItem::WorkContentRole), QString("标1内容"));
+        fx->answerNextModal([](QDialog *d) {
+            d->findChild<QPushButton *>("btnOk")->click();
+            return 0;
+        });
+        FeaturesHost::openProjectFeatures(host);
+        QCOMPARE(fx->messageTexts(), QStringList{"已填写2条清单的项目特征，1条未找到匹配清单，6条跳过。"});
+        QCOMPARE(bills[0]->text(BaseDataItem::WorkContentRole), QString("工1内容"));
+        QCOMPARE(bills[2]->text(BaseDataItem::WorkContentRole), QString("标1内容"));
         QCOMPARE(RURecordControl::undoStack()->count(), steps + 1);
+        QCOMPARE(RURecordControl::undoStack()->undoText(), QString("修改项目特征"));
         RURecordControl::undoStack()->undo();
-        QCOMPARE(bills[0]->text(BaseDataItem::FeaturesRole), before);
-        QVERIFY(bills[3]->text(BaseDataItem::WorkContentRole) != "标1内容");
-        // The host adds custom lines; the guide lists them.
-        QVERIFY(CustomFeatureLines::add(bills[0], "1.名称：自编"));
-        QVERIFY(!CustomFeatureLines::add(bills[3], "1.名称：自编"));
+        QCOMPARE(bills[0]->text(BaseDataItem::WorkContentRole), before);
+        // The host adds custom lines to the library of a bill; a measure bill has none.
+        QVERIFY(CustomFeatureLines::add(project.allBills().first(), "1.名称：自编"));
+        QVERIFY(!CustomFeatureLines::add(bills[0], "1.名称：自编"));
         QCOMPARE(customRows(), 1);
     }
 };
