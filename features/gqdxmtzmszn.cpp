@@ -1,7 +1,7 @@
 #include "gqdxmtzmszn.h"
-#include "curlabel.h"
 #include "customitemdelegate.h"
 #include "featurecloudreply.h"
+#include "featuregrid.h"
 #include "featuregridlayout.h"
 #include "gclqdxmszn_xmxx.h"
 #include "gclqdxmtz_txtz.h"
@@ -46,37 +46,11 @@
 namespace {
 const char kSource[] = "..\\Gclqdxmttzmszn";
 const QString kAppCloseKey = QStringLiteral("CloudApp/MSZN_AppClose");
-const QColor kCodeRowColor(0xF2, 0xF3, 0xF5);
 const QString kIcons = QStringLiteral(":/Image/Velostra/");
 
 int px(int pixels)
 {
     return InterfaceAdaptation::scaled(pixels);
-}
-
-// Text rows follow their wrapped text whenever the column widths change.
-void fitTextRows(QTableWidget *table)
-{
-    for (int row = 1; row < table->rowCount(); row += 2)
-        table->resizeRowToContents(row);
-}
-
-QTableWidget *grid(const QString &name, QWidget *parent)
-{
-    auto *table = new QTableWidget(0, 2, parent);
-    table->setObjectName(name);
-    table->horizontalHeader()->hide();
-    table->verticalHeader()->hide();
-    table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table->setSelectionMode(QAbstractItemView::SingleSelection);
-    table->setWordWrap(true);
-    return table;
-}
-
-QTableWidgetItem *cell(const QString &text)
-{
-    return new QTableWidgetItem(text.isEmpty() ? QStringLiteral(" ") : text);
 }
 
 QString itemText(const BaseDataItem *item, bool workContent)
@@ -117,7 +91,7 @@ bool Gqdxmtzmszn::cloudOffered(const QString &areaVersion)
 void Gqdxmtzmszn::CreateUI()
 {
     QWidget *client = clientWidget();
-    m_gdTableMszn = grid(QStringLiteral("gdTableMszn"), client);
+    m_gdTableMszn = new FeatureGrid(QStringLiteral("gdTableMszn"), client);
     m_gdTableMszn->horizontalHeader()->setStyleSheet(QStringLiteral("QHeaderView{border: 0px;background-color:white;}"));
     m_stack = new QStackedWidget(client);
     m_stack->addWidget(m_gdTableMszn);
@@ -210,7 +184,7 @@ QWidget *Gqdxmtzmszn::buildCloudPage()
     m_libraries = new QListWidget(page);
     m_libraries->setObjectName(QStringLiteral("LQMCNSListWidget"));
     m_libraries->setFixedWidth(px(170));
-    m_gdCloudTabMszn = grid(QStringLiteral("gdCloudTabMszn"), page);
+    m_gdCloudTabMszn = new FeatureGrid(QStringLiteral("gdCloudTabMszn"), page);
     m_gdCloudTabMszn->setItemDelegate(new CustomItemDelegate(m_gdCloudTabMszn));
     auto *layout = new QHBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -307,6 +281,8 @@ void Gqdxmtzmszn::setconnect()
         connect(m_gdTableMszn, &QTableWidget::cellClicked, this, &Gqdxmtzmszn::localCellClicked);
         connect(m_gdCloudTabMszn, &QTableWidget::cellClicked, this,
                 [this](int row, int column) { selectCloudResult(row - 1, column); });
+        connect(m_gdCloudTabMszn, &FeatureGrid::resultClicked, this, &Gqdxmtzmszn::selectCloudResult);
+        connect(m_gdCloudTabMszn, &FeatureGrid::sourceClicked, this, &Gqdxmtzmszn::requestProjectInfo);
         connect(m_btnFirst, &QPushButton::clicked, this, &Gqdxmtzmszn::FirstPage);
         connect(m_btnPrevious, &QPushButton::clicked, this, &Gqdxmtzmszn::PreviousPage);
         connect(m_btnNext, &QPushButton::clicked, this, &Gqdxmtzmszn::NextPage);
@@ -404,34 +380,16 @@ void Gqdxmtzmszn::setXmbhmc(BaseDataItem *item)
 void Gqdxmtzmszn::showLocalPage(int page, int rows)
 {
     m_localPage = page;
-    m_gdTableMszn->clearContents();
-    m_gdTableMszn->setRowCount(rows);
-    for (int row = 0; row < rows; ++row) {
-        for (int column = 0; column < 2; ++column)
-            m_gdTableMszn->setItem(row, column, cell(QString()));
-    }
+    m_gdTableMszn->reset(rows);
     const int first = page * FeatureGridLayout::EntriesPerPage;
     for (int line = 0; line < FeatureGridLayout::LinesPerPage; ++line) {
         const int entry = first + 2 * line;
         if (entry + 1 >= m_lines.size() || FeatureGridLayout::codeRow(line) >= rows)
             break;
-        placeLine(line, m_lines.at(entry), m_lines.at(entry + 1));
+        m_gdTableMszn->placeLine(line, m_lines.at(entry), m_lines.at(entry + 1));
     }
     refitLater();
     setLocalPagingEnabled();
-}
-
-void Gqdxmtzmszn::placeLine(int line, const QString &code, const QString &text)
-{
-    const int row = FeatureGridLayout::codeRow(line);
-    const int column = FeatureGridLayout::column(line);
-    m_gdTableMszn->setItem(row, column, cell(code));
-    QTableWidgetItem *textCell = cell(text);
-    textCell->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    m_gdTableMszn->setItem(row + 1, column, textCell);
-    m_gdTableMszn->setRowHeight(row, px(30));
-    m_gdTableMszn->item(row, 0)->setBackground(kCodeRowColor);
-    m_gdTableMszn->item(row, 1)->setBackground(kCodeRowColor);
 }
 
 void Gqdxmtzmszn::setLocalPagingEnabled()
@@ -657,8 +615,8 @@ void Gqdxmtzmszn::refitLater()
 {
     // The column widths are known only once the grid is laid out on screen.
     QTimer::singleShot(0, this, [this] {
-        fitTextRows(m_gdTableMszn);
-        fitTextRows(m_gdCloudTabMszn);
+        m_gdTableMszn->fitTextRows();
+        m_gdCloudTabMszn->fitTextRows();
     });
 }
 
@@ -857,7 +815,7 @@ void Gqdxmtzmszn::setXmtzData(QList<CloudZnytzBean> &results, int pageCount)
         HOSTLOG("znytz:", QStringLiteral("tempTzNum:%1").arg(results.size()));
         for (int i = 0; i < results.size(); ++i) {
             HOSTLOG("znytz:", QStringLiteral("for tempTzNum:%1").arg(i));
-            addCloudHeader(i, results.at(i));
+            m_gdCloudTabMszn->placeResult(i, m_cloudPage, results.at(i), m_workContent);
         }
         refitLater();
         HOSTLOG("znytz:", "开始cloudLibraries");
@@ -869,41 +827,6 @@ void Gqdxmtzmszn::setXmtzData(QList<CloudZnytzBean> &results, int pageCount)
         setBtnpageEnable();
         HOSTLOG("znytz:", "结束setXmtzData");
     });
-}
-
-void Gqdxmtzmszn::addCloudHeader(int index, const CloudZnytzBean &result)
-{
-    const int row = FeatureGridLayout::codeRow(index);
-    const int column = FeatureGridLayout::column(index);
-    auto *header = new QWidget(m_gdCloudTabMszn);
-    header->setStyleSheet(QStringLiteral("background:#F2F3F5;"));
-    auto *layout = new QHBoxLayout(header);
-    layout->setContentsMargins(px(6), 0, px(6), 0);
-    auto *number = new curLabel(row, column, header);
-    number->setObjectName(QStringLiteral("lblNumber"));
-    number->setText(QString::number(FeatureCloudReply::number(m_cloudPage, row, column)));
-    auto *name = new curLabel(row, column, header);
-    name->setObjectName(QStringLiteral("lblName"));
-    name->setText(result.getXmmc());
-    auto *source = new curLabel(row, column, header);
-    source->setObjectName(QStringLiteral("lblSource"));
-    source->setText(result.getBzQd() ? result.getQdkMc() : QStringLiteral("工程实例"));
-    source->setStyleSheet(QStringLiteral("color:#2F7CF6;"));
-    source->setCursor(Qt::PointingHandCursor);
-    layout->addWidget(number);
-    layout->addWidget(name, 1);
-    layout->addWidget(source);
-    for (curLabel *label : {number, name}) {
-        connect(label, &curLabel::clicked, this, &Gqdxmtzmszn::selectCloudResult);
-        connect(label, &curLabel::dClicked, this, &Gqdxmtzmszn::selectCloudResult);
-    }
-    connect(source, &curLabel::clicked, this, &Gqdxmtzmszn::requestProjectInfo);
-    m_gdCloudTabMszn->setCellWidget(row, column, header);
-    m_gdCloudTabMszn->setRowHeight(row, px(30));
-    QTableWidgetItem *text = cell(m_workContent ? result.getGcnr() : result.getXmtz());
-    text->setFont(QFont(QStringLiteral("宋体")));
-    text->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    m_gdCloudTabMszn->setItem(row + 1, column, text);
 }
 
 void Gqdxmtzmszn::selectCloudResult(int row, int column)

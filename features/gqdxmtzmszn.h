@@ -1,4 +1,5 @@
 #pragma once
+#include "featuregrid.h"
 #include "featurestore.h"
 
 #include <cloud/cloudserverowner.h>
@@ -17,6 +18,7 @@ class BaseDataItem;
 class CloudReply;
 class CloudSources;
 class CloudWorkerRequest;
+
 class JJBTableBase;
 class LtdInfo;
 class QCheckBox;
@@ -139,10 +141,8 @@ private:
     void refitLater();
     void sourceChanged();
     void showLocalPage(int page, int rows);
-    void placeLine(int line, const QString &code, const QString &text);
     void localCellClicked(int row, int column);
     void selectCloudResult(int row, int column);
-    void addCloudHeader(int index, const CloudZnytzBean &result);
     void showText(const QString &caption, const QString &text);
     bool cloudPaging() const;
     void setLoading(bool shown);
@@ -181,8 +181,8 @@ private:
     QLabel *m_lblSource = nullptr;
     QLabel *m_lblEdit = nullptr;
     QStackedWidget *m_stack = nullptr;
-    QTableWidget *m_gdTableMszn = nullptr;
-    QTableWidget *m_gdCloudTabMszn = nullptr;
+    FeatureGrid *m_gdTableMszn = nullptr;
+    FeatureGrid *m_gdCloudTabMszn = nullptr;
     QListWidget *m_libraries = nullptr;
     zFilterSearchBox *m_search = nullptr;
     QWidget *m_cloudBar = nullptr;
