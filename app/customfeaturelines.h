@@ -4,7 +4,7 @@
 class BaseDataItem;
 
 // The host adds the user's own description lines ("自编") to the custom table
-// of the bill's specification library; the guide lists, edits and deletes them.
+// of the bill's bill standard library; the guide lists, edits and deletes them.
 class CustomFeatureLines
 {
 public:

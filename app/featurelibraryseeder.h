@@ -1,7 +1,7 @@
 #pragma once
 #include <QString>
 
-// Installs the four specification libraries of the feature guide in the
+// Installs the four bill standard libraries of the feature guide in the
 // application folder on first use. GB24 is filled from the standard
 // installation bill items of the shared data (a header row with the filling
 // hint per item, then description lines made of its feature names, and the

@@ -3,7 +3,7 @@
 #include <QStringList>
 
 // The local description sources of the feature guide: the read-only
-// specification libraries (standard lines in "xmtz_ms", the standard feature
+// bill standard libraries (standard lines in "xmtz_ms", the standard feature
 // text in the specialty tables) and the user's custom tables in "DB_USER".
 // Every operation opens its own connection and drops it at once. Statements
 // are built by text substitution; quotes are doubled only before a custom
