@@ -115,6 +115,10 @@ QVariant BillTreeModel::data(const QModelIndex &index, int role) const
         if (item->IsExcludeInChain())
             return QBrush(Qt::darkGray);
         return QVariant();
+    case Qt::BackgroundRole:
+        if (!item->text(BaseDataItem::MarkColorRole).isEmpty())
+            return QBrush(QColor(item->text(BaseDataItem::MarkColorRole)));
+        return QVariant();
     default:
         return QVariant();
     }

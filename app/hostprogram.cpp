@@ -5,6 +5,7 @@
 #include "tourrunner.h"
 
 #include <hostapi/apppaths.h>
+#include <hostapi/serverregistry.h>
 #include <hostapi/servicesutil.h>
 #include <resources/veloraresources.h>
 
@@ -13,6 +14,7 @@
 #include <QDir>
 #include <QFontDatabase>
 #include <QTextStream>
+#include <QTimer>
 
 namespace {
 bool loadSample(ProjectDocument &project, QString *error)
@@ -99,6 +101,9 @@ int HostProgram::run(QApplication &app)
     MainWindow window(&project);
     window.setChannelText(channel);
     window.show();
+    // Names a server that is down in the status bar from the start.
+    if (!channel.isEmpty())
+        QTimer::singleShot(0, &window, [] { ServerRegistry::instance()->refresh(); });
     const int code = app.exec();
     ServicesUtil::setChannel(nullptr);
     return code;

@@ -2,6 +2,8 @@
 #include "billdetailpanel.h"
 #include "billtreemodel.h"
 #include "dialogregistry.h"
+#include "elidedlabel.h"
+#include "hostcloudwaiter.h"
 #include "materialtablemodel.h"
 #include "projectdocument.h"
 #include "settingspanel.h"
@@ -10,6 +12,8 @@
 #include <hostapi/messagebox.h>
 #include <hostapi/rurecordcontrol.h>
 #include <hostapi/serverregistry.h>
+#include <hostapi/cloudchannel.h>
+#include <hostapi/servicesutil.h>
 #include <hostapi/staticpriloginobj.h>
 #include <hostapi/userlogin.h>
 #include <hostapi/users.h>
@@ -39,6 +43,7 @@ MainWindow::MainWindow(ProjectDocument *project, QWidget *parent)
     buildMenus();
     buildStatusBar();
     followLoginBroker();
+    followCloudWaits();
     const QList<BaseDataItem *> bills = project->allBills();
     if (!bills.isEmpty())
         selectBill(bills.first());
@@ -49,6 +54,7 @@ MainWindow::MainWindow(ProjectDocument *project, QWidget *parent)
 
 MainWindow::~MainWindow()
 {
+    ServicesUtil::setWaiter(nullptr);
     // The project outlives no undo step that points into it.
     RURecordControl::abandonRecord();
     RURecordControl::setUndoStack(nullptr);
@@ -98,6 +104,7 @@ void MainWindow::buildCentral()
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 2);
     setCentralWidget(splitter);
+    connect(m_billTabs, &QTabWidget::currentChanged, this, &MainWindow::billTabChanged);
 }
 
 void MainWindow::buildMenus()
@@ -145,10 +152,13 @@ void MainWindow::buildModuleMenu()
 
 void MainWindow::buildStatusBar()
 {
-    m_loginLabel = WidgetFactory::label(QString(), QStringLiteral("lblLoginState"), this);
-    m_channelLabel = WidgetFactory::label(QString(), QStringLiteral("lblChannel"), this);
-    statusBar()->addWidget(m_loginLabel);
-    statusBar()->addPermanentWidget(m_channelLabel);
+    m_loginLabel = new ElidedLabel(this);
+    m_loginLabel->setObjectName(QStringLiteral("lblLoginState"));
+    m_channelLabel = new ElidedLabel(this);
+    m_channelLabel->setObjectName(QStringLiteral("lblChannel"));
+    m_channelLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    statusBar()->addWidget(m_loginLabel, 3);
+    statusBar()->addPermanentWidget(m_channelLabel, 2);
     refreshLoginState();
 }
 
@@ -181,14 +191,53 @@ QString MainWindow::loginStateText() const
 
 void MainWindow::refreshLoginState()
 {
-    m_loginLabel->setText(loginStateText());
+    m_loginLabel->setFullText(loginStateText());
     const bool in = Users::Instance()->Kvy()->IsLogin();
     m_logoutAction->setEnabled(in);
 }
 
+void MainWindow::followCloudWaits()
+{
+    m_waiter = std::make_shared<HostCloudWaiter>(
+        this, [this] { return m_channelText; },
+        [this](const QString &text) {
+            if (text.isEmpty())
+                statusBar()->clearMessage();
+            else
+                statusBar()->showMessage(text);
+        });
+    ServicesUtil::setWaiter(m_waiter);
+    connect(ServicesUtil::instance(), &ServicesUtil::reachabilityChanged, this, &MainWindow::showChannelState);
+}
+
 void MainWindow::setChannelText(const QString &text)
 {
-    m_channelLabel->setText(text.isEmpty() ? QStringLiteral("未连接云服务") : text);
+    m_channelText = text.isEmpty() ? QStringLiteral("未连接云服务") : text;
+    showChannelState();
+}
+
+void MainWindow::showChannelState()
+{
+    const QString reason = ServicesUtil::instance()->unreachableReason();
+    m_channelLabel->setFullText(reason.isEmpty() ? m_channelText
+                                                 : QStringLiteral("%1：无法连接（%2）").arg(m_channelText, reason));
+    m_channelLabel->setStyleSheet(reason.isEmpty() ? QString() : QStringLiteral("color: #D9001B;"));
+}
+
+// A server known to be down is asked once more before a cloud function
+// opens; if it still does not answer the user is told so, instead of a
+// dialog with an empty server list.
+bool MainWindow::cloudAnswers()
+{
+    const std::shared_ptr<CloudChannel> channel = ServicesUtil::channel();
+    if (!channel || channel->unreachableReason().isEmpty())
+        return true;
+    ServerRegistry::instance()->refresh();
+    const QString reason = channel->unreachableReason();
+    if (reason.isEmpty())
+        return true;
+    showMessageBox(QStringLiteral("无法连接%1（%2），请检查网络或稍后再试。").arg(m_channelText, reason), this, 3);
+    return false;
 }
 
 void MainWindow::login()
@@ -212,9 +261,6 @@ QTreeView *MainWindow::billView(int index) const
 
 void MainWindow::selectBill(BaseDataItem *bill)
 {
-    m_context.currentBill = bill;
-    m_context.currentTable = m_project->tableOf(bill);
-    m_detail->showBill(bill);
     for (int i = 0; i < m_billModels.size(); ++i) {
         const QModelIndex index = m_billModels[i]->indexOf(bill);
         if (!index.isValid())
@@ -224,24 +270,44 @@ void MainWindow::selectBill(BaseDataItem *bill)
             m_billViews[i]->setCurrentIndex(index);
         m_billViews[i]->scrollTo(index);
     }
+    showCurrent(bill, m_project->tableOf(bill));
 }
 
 void MainWindow::currentRowChanged(BillTreeModel *model, const QModelIndex &index)
 {
     BaseDataItem *item = model->itemAt(index);
     if (item && item->isBill()) {
-        m_context.currentBill = item;
-        m_context.currentTable = model->table();
-        m_detail->showBill(item);
+        showCurrent(item, model->table());
         if (m_context.onBillFollowed)
             m_context.onBillFollowed(item);
     }
+}
+
+// The detail panel and the scope show the bill of the visible tab only: a
+// tab without a chosen bill shows none.
+void MainWindow::billTabChanged(int tab)
+{
+    BillTreeModel *model = m_billModels.value(tab);
+    if (!model)
+        return;
+    BaseDataItem *item = model->itemAt(m_billViews[tab]->currentIndex());
+    showCurrent(item && item->isBill() ? item : nullptr, model->table());
+}
+
+void MainWindow::showCurrent(BaseDataItem *bill, JJBTableBase *table)
+{
+    m_context.currentBill = bill;
+    m_context.currentTable = table;
+    m_detail->showBill(bill);
+    m_settings->setScope(m_context.scopeLabel());
 }
 
 QWidget *MainWindow::openEntry(const QString &id)
 {
     const HostDialogEntry *entry = DialogRegistry::find(id);
     if (!entry || !entry->open)
+        return nullptr;
+    if (!cloudAnswers())
         return nullptr;
     const std::function<QWidget *(HostContext &)> open = entry->open;
     return GUARDED("VeloraHost", [&]() -> QWidget * { return open(m_context); });

@@ -8,6 +8,9 @@
 
 class BillDetailPanel;
 class BillTreeModel;
+class ElidedLabel;
+class HostCloudWaiter;
+class JJBTableBase;
 class MaterialTableModel;
 class ProjectDocument;
 class QAction;
@@ -47,9 +50,14 @@ private:
     void buildModuleMenu();
     void buildStatusBar();
     void followLoginBroker();
+    void followCloudWaits();
+    void showChannelState();
+    bool cloudAnswers();
     void login();
     void logout();
     void currentRowChanged(BillTreeModel *model, const QModelIndex &index);
+    void billTabChanged(int tab);
+    void showCurrent(BaseDataItem *bill, JJBTableBase *table);
 
     ProjectDocument *m_project;
     QUndoStack *m_undo = nullptr;
@@ -60,9 +68,11 @@ private:
     MaterialTableModel *m_materials = nullptr;
     SettingsPanel *m_settings = nullptr;
     BillDetailPanel *m_detail = nullptr;
-    QLabel *m_loginLabel = nullptr;
-    QLabel *m_channelLabel = nullptr;
+    ElidedLabel *m_loginLabel = nullptr;
+    ElidedLabel *m_channelLabel = nullptr;
     QAction *m_loginAction = nullptr;
     QAction *m_logoutAction = nullptr;
     QHash<QString, QAction *> m_entryActions;
+    QString m_channelText;
+    std::shared_ptr<HostCloudWaiter> m_waiter;
 };

@@ -26,9 +26,15 @@ void SettingsPanel::refresh()
 {
     const ProjectSettingsInfo s = ProjectSettingHelper::GetProjectSettingsInfo();
     const QString place = s.placeCode.isEmpty() ? s.place : QStringLiteral("%1（%2）").arg(s.place, s.placeCode);
-    const QStringList values{s.time, place, s.altitude, s.taxMode, s.scope};
+    const QStringList values{s.time, place, s.altitude, s.taxMode, m_scope.isEmpty() ? s.scope : m_scope};
     for (int i = 0; i < m_values.size(); ++i)
         m_values[i]->setText(values.value(i));
+}
+
+void SettingsPanel::setScope(const QString &scope)
+{
+    m_scope = scope;
+    refresh();
 }
 
 QString SettingsPanel::valueText(int row) const

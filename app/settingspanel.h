@@ -11,8 +11,11 @@ class SettingsPanel : public QWidget
 public:
     explicit SettingsPanel(QWidget *parent = nullptr);
     void refresh();
+    // The scope of the active bill table; the stored scope shows when empty.
+    void setScope(const QString &scope);
     QString valueText(int row) const;
 
 private:
     QList<QLabel *> m_values;
+    QString m_scope;
 };

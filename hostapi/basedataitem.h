@@ -29,6 +29,8 @@ public:
         UnitPriceRole = 1021,
         // The library / kind identifier ("GB24", "ZJXQDA", ...); upper-cased by readers.
         KindRole = 1042,
+        // The mark colour ("#RRGGBB") of a marked row; none when empty.
+        MarkColorRole = 1100,
     };
     // Node kinds (GetKind).
     enum Kind { ProjectKind = 1, SectionKind = 2, BillKind = 4, QuotaKind = 5 };

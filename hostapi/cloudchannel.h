@@ -34,4 +34,8 @@ public:
     // the returned call.
     virtual CloudCall *start(const QJsonObject &request, const QString &session) = 0;
     virtual QString name() const = 0;
+    // Why the server could not be reached on the last call that got no
+    // answer (refused, unknown host, no connection in time, no reply in
+    // time); empty while it answers. A cancelled call leaves it unchanged.
+    virtual QString unreachableReason() const { return QString(); }
 };

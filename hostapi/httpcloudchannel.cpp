@@ -2,6 +2,7 @@
 #include "jsonnesting.h"
 
 #include <QJsonDocument>
+#include <QMutex>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
@@ -36,12 +37,85 @@ QByteArray replyBody(QNetworkReply *reply)
     return JsonNesting::within(body) ? body : QByteArray();
 }
 
+const char kAbortedFor[] = "veloraAbortedFor";
+
+QString failureReason(QNetworkReply *reply)
+{
+    if (reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid())
+        return QString();
+    const QString abortedFor = reply->property(kAbortedFor).toString();
+    if (reply->error() == QNetworkReply::OperationCanceledError)
+        return abortedFor;
+    switch (reply->error()) {
+    case QNetworkReply::ConnectionRefusedError:
+        return QStringLiteral("连接被拒绝");
+    case QNetworkReply::HostNotFoundError:
+        return QStringLiteral("找不到服务器");
+    case QNetworkReply::RemoteHostClosedError:
+        return QStringLiteral("连接被服务器关闭");
+    default:
+        return reply->errorString();
+    }
+}
+
+void abortFor(QNetworkReply *reply, const QString &reason)
+{
+    reply->setProperty(kAbortedFor, reason);
+    reply->abort();
+}
+
 } // namespace
 
-HttpCloudChannel::HttpCloudChannel(const QUrl &baseUrl, int timeoutMs)
+class HttpCloudChannel::Reachability
+{
+public:
+    QString reason() const
+    {
+        QMutexLocker lock(&m_mutex);
+        return m_reason;
+    }
+    // A cancelled call (no reason, no HTTP status) tells nothing.
+    void note(QNetworkReply *reply)
+    {
+        const bool answered = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+        const QString reason = failureReason(reply);
+        if (!answered && reason.isEmpty())
+            return;
+        QMutexLocker lock(&m_mutex);
+        m_reason = reason;
+    }
+
+private:
+    mutable QMutex m_mutex;
+    QString m_reason;
+};
+
+HttpCloudChannel::HttpCloudChannel(const QUrl &baseUrl, int timeoutMs, int connectTimeoutMs)
     : m_endpoint(endpointFor(baseUrl))
     , m_timeoutMs(timeoutMs)
+    , m_connectTimeoutMs(connectTimeoutMs)
+    , m_reachability(std::make_shared<Reachability>())
 {
+}
+
+QString HttpCloudChannel::unreachableReason() const
+{
+    return m_reachability->reason();
+}
+
+// Qt has no connect time-out: the first body bytes written (or any sign of
+// a reply) prove the connection.
+void HttpCloudChannel::watchConnect(QNetworkReply *reply, CloudCall *call) const
+{
+    auto *timer = new QTimer(call);
+    timer->setSingleShot(true);
+    QObject::connect(timer, &QTimer::timeout, reply, [reply] { abortFor(reply, QStringLiteral("连接超时")); });
+    QObject::connect(reply, &QNetworkReply::uploadProgress, timer, [timer](qint64 sent) {
+        if (sent > 0)
+            timer->stop();
+    });
+    QObject::connect(reply, &QNetworkReply::metaDataChanged, timer, &QTimer::stop);
+    timer->start(qMax(1, m_connectTimeoutMs));
 }
 
 QUrl HttpCloudChannel::endpointFor(const QUrl &baseUrl)
@@ -71,16 +145,19 @@ CloudCall *HttpCloudChannel::start(const QJsonObject &request, const QString &se
     // delete the call (its loop gone) before the reply arrives, and abort()
     // finishes the reply synchronously.
     QPointer<CloudCall> guard(call);
-    QObject::connect(reply, &QNetworkReply::finished, reply, [guard, reply] {
+    const std::shared_ptr<Reachability> reachability = m_reachability;
+    QObject::connect(reply, &QNetworkReply::finished, reply, [guard, reply, reachability] {
         reply->deleteLater();
+        reachability->note(reply);
         if (guard)
             guard->finish(replyBody(reply));
     });
     auto *timer = new QTimer(call);
     timer->setSingleShot(true);
     timer->setTimerType(Qt::PreciseTimer); // a coarse timer may fire 5% early
-    QObject::connect(timer, &QTimer::timeout, reply, [reply] { reply->abort(); });
+    QObject::connect(timer, &QTimer::timeout, reply, [reply] { abortFor(reply, QStringLiteral("服务器无响应")); });
     QObject::connect(call, &QObject::destroyed, reply, [reply] { reply->abort(); });
     timer->start(qMax(1, m_timeoutMs.load()));
+    watchConnect(reply, call);
     return call;
 }

@@ -44,6 +44,22 @@ bool ridesOnKorvaneLogin(const LtdInfo &entry)
 ServerRegistry::ServerRegistry(QObject *parent)
     : QObject(parent)
 {
+    connect(ServicesUtil::instance(), &ServicesUtil::sessionRejected, this, &ServerRegistry::sessionRejected);
+}
+
+// The server no longer knows a session we hold: show it as logged out. An
+// enterprise session ends alone; anything else was the Korvane login.
+void ServerRegistry::sessionRejected(const QString &token)
+{
+    for (LtdInfo *entry : std::as_const(m_current)) {
+        if (!token.isEmpty() && entry->getToken() == token && !ridesOnKorvaneLogin(*entry)) {
+            if (entry->getServerLogin())
+                logoutEnterprise(entry->getServerName(), true);
+            return;
+        }
+    }
+    if (Users::Instance()->Kvy()->IsLogin())
+        logoutKorvane(true);
 }
 
 ServerRegistry *ServerRegistry::instance()
@@ -100,6 +116,10 @@ bool ServerRegistry::refresh()
     m_current = list;
     applyLoginState();
     emit changed();
+    // The list of a session the server does not know shows the Korvane
+    // entries logged out.
+    if (Users::Instance()->Kvy()->IsLogin() && !list.isEmpty() && !m_cloudLogin.value(list.first()))
+        logoutKorvane(true);
     return true;
 }
 

@@ -41,6 +41,7 @@ signals:
 
 private:
     explicit ServerRegistry(QObject *parent = nullptr);
+    void sessionRejected(const QString &token);
     LtdInfo *entryFor(const QString &kind, const QString &name);
     LtdInfo *entryNamed(const QString &name) const;
     // Login flags and tokens from the Korvane login and the enterprise sessions.

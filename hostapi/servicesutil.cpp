@@ -1,18 +1,22 @@
 #include "servicesutil.h"
 #include "jsonnesting.h"
 #include "cloudchannel.h"
+#include "cloudwaiter.h"
 #include "hostconfig.h"
 #include "users.h"
 
 #include <QCoreApplication>
-#include <QEventLoop>
 #include <QJsonDocument>
 #include <QMutex>
 #include <QPointer>
+#include <QThread>
 
 namespace {
 QMutex s_channelMutex;
 std::shared_ptr<CloudChannel> s_channel;
+std::shared_ptr<CloudWaiter> s_waiter;
+// The service's "no or expired session" code.
+constexpr int kNotLoggedIn = 2;
 }
 
 ServicesUtil::ServicesUtil(QObject *parent)
@@ -34,14 +38,76 @@ ServicesUtil *ServicesUtil::instance()
 
 void ServicesUtil::setChannel(std::shared_ptr<CloudChannel> channel)
 {
-    QMutexLocker lock(&s_channelMutex);
-    s_channel = std::move(channel);
+    {
+        QMutexLocker lock(&s_channelMutex);
+        s_channel = std::move(channel);
+    }
+    // Nothing is known yet of a new channel's server.
+    ServicesUtil *self = instance();
+    QMetaObject::invokeMethod(self, [self] { self->noteUnreachable(QString()); }, Qt::QueuedConnection);
+}
+
+void ServicesUtil::noteUnreachable(const QString &reason)
+{
+    if (reason == m_unreachable)
+        return;
+    m_unreachable = reason;
+    emit reachabilityChanged(reason);
 }
 
 std::shared_ptr<CloudChannel> ServicesUtil::channel()
 {
     QMutexLocker lock(&s_channelMutex);
     return s_channel;
+}
+
+void ServicesUtil::setWaiter(std::shared_ptr<CloudWaiter> waiter)
+{
+    QMutexLocker lock(&s_channelMutex);
+    s_waiter = std::move(waiter);
+}
+
+QString ServicesUtil::unreachableReason() const
+{
+    return m_unreachable;
+}
+
+void ServicesUtil::waitFor(CloudCall &call)
+{
+    std::shared_ptr<CloudWaiter> waiter;
+    if (QCoreApplication::instance() && QThread::currentThread() == QCoreApplication::instance()->thread()) {
+        QMutexLocker lock(&s_channelMutex);
+        waiter = s_waiter;
+    }
+    if (waiter)
+        waiter->wait(call);
+    else
+        CloudWaiter::waitQuietly(call);
+}
+
+// Queued even on the instance's own thread: a forced logout must not run
+// inside the caller's handling of this reply.
+void ServicesUtil::noteLater(const std::shared_ptr<CloudChannel> &channel, const QJsonObject &request,
+                             const QByteArray &reply)
+{
+    ServicesUtil *self = instance();
+    QMetaObject::invokeMethod(
+        self, [self, channel, request, reply] { self->noteReply(*channel, request, reply); }, Qt::QueuedConnection);
+}
+
+// Runs on the instance's thread: reachability and rejected sessions are
+// announced there, whichever thread made the call.
+void ServicesUtil::noteReply(const CloudChannel &channel, const QJsonObject &request, const QByteArray &reply)
+{
+    const QString reason = reply.isEmpty() ? channel.unreachableReason() : QString();
+    // A cancelled call tells nothing about the server.
+    if (!(reply.isEmpty() && reason.isEmpty()))
+        noteUnreachable(reason);
+    if (reply.isEmpty())
+        return;
+    const QJsonObject object = JsonNesting::parse(reply).object();
+    if (object.value(QStringLiteral("code")).toInt() == kNotLoggedIn)
+        emit sessionRejected(request.value(QStringLiteral("orgin_token")).toString());
 }
 
 void ServicesUtil::publish()
@@ -71,13 +137,10 @@ QByteArray ServicesUtil::AsyncReplyLoop(QJsonObject &request)
     std::unique_ptr<CloudCall> call(ch->start(request, Users::Instance()->Kvy()->sessionToken()));
     if (!call)
         return {};
-    if (!call->isFinished()) {
-        QEventLoop loop;
-        QObject::connect(call.get(), &CloudCall::finished, &loop, &QEventLoop::quit);
-        if (!call->isFinished())
-            loop.exec(QEventLoop::ExcludeUserInputEvents);
-    }
-    return call->reply();
+    waitFor(*call);
+    const QByteArray reply = call->reply();
+    noteLater(ch, request, reply);
+    return reply;
 }
 
 void ServicesUtil::metaMsgSync(QJsonObject request)
@@ -93,7 +156,8 @@ void ServicesUtil::metaMsgSync(QJsonObject request)
         return;
     }
     call->setParent(this);
-    auto deliver = [this, call](const QByteArray &bytes) {
+    auto deliver = [this, call, ch, request](const QByteArray &bytes) {
+        noteLater(ch, request, bytes);
         emit doGotMsg(JsonNesting::parse(bytes).object());
         call->deleteLater();
     };

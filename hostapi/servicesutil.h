@@ -5,7 +5,9 @@
 
 #include <memory>
 
+class CloudCall;
 class CloudChannel;
+class CloudWaiter;
 
 // The host's cloud service access. AsyncReplyLoop is the blocking call that the
 // dialogs use; the instance is the asynchronous service object published as the
@@ -24,6 +26,12 @@ public:
 
     static void setChannel(std::shared_ptr<CloudChannel> channel);
     static std::shared_ptr<CloudChannel> channel();
+    // Used by blocking calls made on the application's thread; calls on other
+    // threads always wait quietly. Null restores the quiet wait.
+    static void setWaiter(std::shared_ptr<CloudWaiter> waiter);
+
+    // Empty while the channel's server answers, else why it does not.
+    QString unreachableReason() const;
 
     // Sets the dynamic property "ServicesUtil" of the application to the
     // address of instance() as a qlonglong.
@@ -35,8 +43,19 @@ public:
 
 signals:
     void doGotMsg(const QJsonObject &reply);
+    // The channel's server stopped or started answering (reason empty).
+    void reachabilityChanged(const QString &reason);
+    // A reply said the session behind `token` is not (or no longer) logged in.
+    void sessionRejected(const QString &token);
 
 private:
     explicit ServicesUtil(QObject *parent = nullptr);
     static QByteArray answerConfigQuery(const QJsonObject &request);
+    static void waitFor(CloudCall &call);
+    static void noteLater(const std::shared_ptr<CloudChannel> &channel, const QJsonObject &request,
+                          const QByteArray &reply);
+    void noteUnreachable(const QString &reason);
+    void noteReply(const CloudChannel &channel, const QJsonObject &request, const QByteArray &reply);
+
+    QString m_unreachable;
 };

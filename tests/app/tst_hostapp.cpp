@@ -4,6 +4,7 @@
 #include <billtreemodel.h>
 #include <channelsetup.h>
 #include <dialogregistry.h>
+#include <elidedlabel.h>
 #include <hostprogram.h>
 #include <mainwindow.h>
 #include <materialtablemodel.h>
@@ -27,6 +28,7 @@
 #include <QDir>
 #include <QImage>
 #include <QLabel>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTreeView>
 #include <QUndoStack>
@@ -217,6 +219,40 @@ private slots:
         QCOMPARE(measure->text(BaseDataItem::WorkContentRole), QString());
     }
 
+    void visibleTabDecidesBillAndScope()
+    {
+        MainWindow window(project.get());
+        auto *tabs = window.findChild<QTabWidget *>("tabBills");
+        auto *settings = window.findChild<SettingsPanel *>();
+        BaseDataItem *first = project->billTable()->rootItem()->bills().first();
+        QCOMPARE(window.context().currentBill, first);
+        QCOMPARE(settings->valueText(4), project->billTable()->GetName());
+        tabs->setCurrentIndex(1);
+        QCOMPARE(window.context().currentBill, nullptr);
+        QCOMPARE(window.detailPanel()->headerText(), QStringLiteral("当前清单：无"));
+        QCOMPARE(settings->valueText(4), project->measureTable()->GetName());
+        tabs->setCurrentIndex(0);
+        QCOMPARE(window.context().currentBill, first);
+        QCOMPARE(window.context().currentTable, project->billTable());
+        QVERIFY(window.detailPanel()->headerText().contains(first->text(BaseDataItem::NameRole)));
+    }
+
+    void statusBarTextsNeverOverlap()
+    {
+        MainWindow window(project.get());
+        window.setChannelText(QStringLiteral("嵌入式云服务（本机数据目录 /a/rather/long/path/to/the/cloud/data）"));
+        Users::Instance()->Kvy()->setLogin("u1", "一个名字相当长的演示用户", "s1");
+        window.refreshLoginState();
+        window.resize(420, 300);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        auto *login = window.findChild<ElidedLabel *>("lblLoginState");
+        auto *channel = window.findChild<ElidedLabel *>("lblChannel");
+        QVERIFY(!login->geometry().intersects(channel->geometry()));
+        QVERIFY(login->text().endsWith(QStringLiteral("…")));
+        QCOMPARE(login->toolTip(), window.loginStateText());
+    }
+
     void materialPricesAreOneStep()
     {
         MainWindow window(project.get());
@@ -255,11 +291,11 @@ private slots:
     void loginStateFollowsBrokerAndAction()
     {
         MainWindow window(project.get());
-        auto *label = window.findChild<QLabel *>("lblLoginState");
+        auto *label = window.findChild<ElidedLabel *>("lblLoginState");
         auto *login = window.findChild<QAction *>("actLogin");
         auto *logout = window.findChild<QAction *>("actLogout");
         QVERIFY(label && login && logout);
-        QCOMPARE(label->text(), QStringLiteral("Korvane云：未登录"));
+        QCOMPARE(label->fullText(), QStringLiteral("Korvane云：未登录"));
         QVERIFY(login->isEnabled() && !logout->isEnabled());
         // The login action runs the host's login form (here closed unanswered).
         login->trigger();
@@ -268,10 +304,10 @@ private slots:
         QCOMPARE(window.loginStateText(), QStringLiteral("Korvane云：未登录"));
         Users::Instance()->Kvy()->setLogin("u1", "demo", "s1");
         emit staticPriLoginObj::GetInstance()->kvyLogin();
-        QCOMPARE(label->text(), QStringLiteral("Korvane云：已登录（demo）"));
+        QCOMPARE(label->fullText(), QStringLiteral("Korvane云：已登录（demo）"));
         Users::Instance()->Kvy()->setLogout();
         emit staticPriLoginObj::GetInstance()->kvyForceExit();
-        QCOMPARE(label->text(), QStringLiteral("Korvane云：未登录"));
+        QCOMPARE(label->fullText(), QStringLiteral("Korvane云：未登录"));
     }
 
     void tourWritesOnePngPerDialog()

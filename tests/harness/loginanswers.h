@@ -22,12 +22,14 @@ inline QJsonObject entry(const QString &name, const QString &token, int type, in
 }
 
 // The cloud's full list: personal, Korvane, big data, two enterprises, then
-// one material price server (open to the Korvane login).
-inline QJsonArray serverList()
+// one material price server (open to the Korvane login). The Korvane entries
+// say whether the server knows the caller's session; a host that believes
+// itself logged in takes "false" as a lost session.
+inline QJsonArray serverList(bool knownSession = true)
 {
-    return QJsonArray{entry("个人云", "kv_token_user", 0, 0, "kv"),
-                      entry("Korvane云", "kv_token", 0, 0, "kv"),
-                      entry("Korvane大数据", "kv_token_bigdata", 0, 0, "kv"),
+    return QJsonArray{entry("个人云", "kv_token_user", 0, 0, "kv", knownSession),
+                      entry("Korvane云", "kv_token", 0, 0, "kv", knownSession),
+                      entry("Korvane大数据", "kv_token_bigdata", 0, 0, "kv", knownSession),
                       entry("华东企业", "ent_11", 1, 11, "pri"),
                       entry("华南企业", "ent_12", 2, 12, "pri"),
                       entry("华东企业材价库", "cj_11", 2, 11, "cj", true)};

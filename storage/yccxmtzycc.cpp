@@ -1,0 +1,6 @@
+#include "yccxmtzycc.h"
+
+YccXmtzycc::YccXmtzycc(QWidget *parent)
+    : YccTargetDialog(QStringLiteral("项目特征云存储"), parent)
+{
+}
