@@ -312,6 +312,20 @@ private slots:
         QTRY_VERIFY(!window);
     }
 
+    void brokenLibraryIsReported()
+    {
+        QFile broken(FeatureStore::libraryPath("GB24"));
+        QVERIFY(broken.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        broken.write(QByteArray(4096, 'x'));
+        broken.close();
+        openGuide();
+        guide->setCurrQd(&bill);
+        QCOMPARE(guide->localGrid()->rowCount(), 0);
+        QCOMPARE(fx->exceptionReports().size(), 1);
+        QVERIFY(fx->exceptionReports().first().contains("..\\Gclqdxmttzmszn"));
+        QVERIFY(fx->exceptionReports().first().contains("Gqdxmtzmszn::setXmbhmc"));
+    }
+
     void libraryOfNoneKeepsTheTable()
     {
         openGuide();
@@ -371,6 +385,10 @@ private slots:
         QTRY_COMPARE(guide->cloudResults().size(), 1);
         QCOMPARE(fx->channel().lastRequest()["data"].toObject()["params"].toObject()["page"].toInt(), 2);
         QCOMPARE(guide->cloudGrid()->findChild<QLabel *>("lblNumber")->text(), QString("11"));
+        // A login change elsewhere clears the cloud results.
+        emit guide->serverChoice()->signalServersReset();
+        QVERIFY(guide->cloudResults().isEmpty());
+        QCOMPARE(guide->cloudGrid()->rowCount(), 0);
     }
 
     void previousOnFirstPageSendsNothing()
