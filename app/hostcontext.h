@@ -1,4 +1,5 @@
 #pragma once
+#include <QList>
 #include <QString>
 
 #include <functional>
@@ -32,4 +33,6 @@ public:
     std::function<void(BaseDataItem *)> onCurrentBillChanged;
     // A non-modal window that follows the bill the user makes current.
     std::function<void(BaseDataItem *)> onBillFollowed;
+    // Shades `bills` in the host's bill tree (none: no shading).
+    std::function<void(const QList<BaseDataItem *> &)> onHighlightBills;
 };

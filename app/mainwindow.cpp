@@ -39,6 +39,10 @@ MainWindow::MainWindow(ProjectDocument *project, QWidget *parent)
     m_context.window = this;
     m_context.project = project;
     m_context.onCurrentBillChanged = [this](BaseDataItem *bill) { selectBill(bill); };
+    m_context.onHighlightBills = [this](const QList<BaseDataItem *> &bills) {
+        for (BillTreeModel *model : qAsConst(m_billModels))
+            model->setHighlighted(bills);
+    };
     buildCentral();
     buildMenus();
     buildStatusBar();
