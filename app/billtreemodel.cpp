@@ -112,16 +112,15 @@ QVariant BillTreeModel::data(const QModelIndex &index, int role) const
         }
         return QVariant();
     case Qt::BackgroundRole:
+        // The report's deviation shading wins over a bill's mark colour.
         if (m_highlighted.contains(itemAt(index)))
             return QBrush(QColor(0xFD, 0xE2, 0xE2));
+        if (!item->text(BaseDataItem::MarkColorRole).isEmpty())
+            return QBrush(QColor(item->text(BaseDataItem::MarkColorRole)));
         return QVariant();
     case Qt::ForegroundRole:
         if (item->IsExcludeInChain())
             return QBrush(Qt::darkGray);
-        return QVariant();
-    case Qt::BackgroundRole:
-        if (!item->text(BaseDataItem::MarkColorRole).isEmpty())
-            return QBrush(QColor(item->text(BaseDataItem::MarkColorRole)));
         return QVariant();
     default:
         return QVariant();
