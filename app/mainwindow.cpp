@@ -280,8 +280,11 @@ void MainWindow::selectBill(BaseDataItem *bill)
 void MainWindow::currentRowChanged(BillTreeModel *model, const QModelIndex &index)
 {
     BaseDataItem *item = model->itemAt(index);
-    if (item && item->isBill())
+    if (item && item->isBill()) {
         showCurrent(item, model->table());
+        if (m_context.onBillFollowed)
+            m_context.onBillFollowed(item);
+    }
 }
 
 // The detail panel and the scope show the bill of the visible tab only: a
