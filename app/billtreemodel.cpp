@@ -111,13 +111,16 @@ QVariant BillTreeModel::data(const QModelIndex &index, int role) const
             return bold;
         }
         return QVariant();
+    case Qt::BackgroundRole:
+        // The report's deviation shading wins over a bill's mark colour.
+        if (m_highlighted.contains(itemAt(index)))
+            return QBrush(QColor(0xFD, 0xE2, 0xE2));
+        if (!item->text(BaseDataItem::MarkColorRole).isEmpty())
+            return QBrush(QColor(item->text(BaseDataItem::MarkColorRole)));
+        return QVariant();
     case Qt::ForegroundRole:
         if (item->IsExcludeInChain())
             return QBrush(Qt::darkGray);
-        return QVariant();
-    case Qt::BackgroundRole:
-        if (!item->text(BaseDataItem::MarkColorRole).isEmpty())
-            return QBrush(QColor(item->text(BaseDataItem::MarkColorRole)));
         return QVariant();
     default:
         return QVariant();
@@ -130,6 +133,22 @@ QVariant BillTreeModel::headerData(int section, Qt::Orientation orientation, int
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= ColumnCount)
         return QVariant();
     return QString::fromUtf8(titles[section]);
+}
+
+void BillTreeModel::setHighlighted(const QList<BaseDataItem *> &bills)
+{
+    const QSet<BaseDataItem *> now(bills.cbegin(), bills.cend());
+    QSet<BaseDataItem *> parents;
+    for (BaseDataItem *item : now + m_highlighted)
+        parents.insert(item->parentItem());
+    m_highlighted = now;
+    // One change per group of siblings: a check may shade thousands of bills.
+    for (BaseDataItem *parent : qAsConst(parents)) {
+        const QModelIndex owner = indexOf(parent);
+        const int rows = rowCount(owner);
+        if (rows > 0 && (owner.isValid() || parent == root()))
+            emit dataChanged(index(0, 0, owner), index(rows - 1, ColumnCount - 1, owner));
+    }
 }
 
 void BillTreeModel::itemChanged(BaseDataItem *item)

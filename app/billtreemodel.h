@@ -1,5 +1,6 @@
 #pragma once
 #include <QAbstractItemModel>
+#include <QSet>
 
 class BaseDataItem;
 class JJBTableBase;
@@ -20,6 +21,8 @@ public:
     JJBTableBase *table() const { return m_table; }
     BaseDataItem *itemAt(const QModelIndex &index) const;
     QModelIndex indexOf(BaseDataItem *item, int column = 0) const;
+    // Bills shown shaded (those a check found out of range).
+    void setHighlighted(const QList<BaseDataItem *> &bills);
 
     QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
     QModelIndex parent(const QModelIndex &child) const override;
@@ -34,4 +37,5 @@ private:
     QString cellText(const BaseDataItem *item, int column) const;
 
     JJBTableBase *m_table;
+    QSet<BaseDataItem *> m_highlighted;
 };

@@ -39,4 +39,8 @@ public:
     QList<GljBean *> selectedMaterials() const;
 
     std::function<void(BaseDataItem *)> onCurrentBillChanged;
+    // A non-modal window that follows the bill the user makes current.
+    std::function<void(BaseDataItem *)> onBillFollowed;
+    // Shades `bills` in the host's bill tree (none: no shading).
+    std::function<void(const QList<BaseDataItem *> &)> onHighlightBills;
 };

@@ -39,6 +39,10 @@ MainWindow::MainWindow(ProjectDocument *project, QWidget *parent)
     m_context.window = this;
     m_context.project = project;
     m_context.onCurrentBillChanged = [this](BaseDataItem *bill) { selectBill(bill); };
+    m_context.onHighlightBills = [this](const QList<BaseDataItem *> &bills) {
+        for (BillTreeModel *model : qAsConst(m_billModels))
+            model->setHighlighted(bills);
+    };
     buildCentral();
     buildMenus();
     buildStatusBar();
@@ -278,8 +282,11 @@ void MainWindow::selectBill(BaseDataItem *bill)
 void MainWindow::currentRowChanged(BillTreeModel *model, const QModelIndex &index)
 {
     BaseDataItem *item = model->itemAt(index);
-    if (item && item->isBill())
+    if (item && item->isBill()) {
         showCurrent(item, model->table());
+        if (m_context.onBillFollowed)
+            m_context.onBillFollowed(item);
+    }
 }
 
 // The detail panel and the scope show the bill of the visible tab only: a

@@ -1,6 +1,7 @@
 #include "pricecheckhost.h"
 #include "dialogregistry.h"
 #include "hostcontext.h"
+#include "pricecheckbrowserhost.h"
 
 #include <pricecheck/tinitial.h>
 #include <pricecheck/tqdtjyjc.h>
@@ -35,6 +36,8 @@ QWidget *PriceCheckHost::tour(HostContext &host)
     // no server is logged in.
     QMetaObject::invokeMethod(&dialog, "NextStep");
     dialog.ShowModal();
+    // The browser the wizard leads to, on the current bill.
+    PriceCheckBrowserHost::tour(host, dialog.initialPage() ? dialog.initialPage()->getCurrServer() : nullptr);
     return nullptr;
 }
 
@@ -50,7 +53,8 @@ void PriceCheckHost::prepare(TQdtjyjc &dialog, HostContext &host)
     HostContext *context = &host;
     QObject::connect(&dialog, &TQdtjyjc::signalYxysChanged, &dialog,
                      [context](const QString &time, const QString &place) { writeYxys(*context, time, place); });
-    QObject::connect(&dialog, &TQdtjyjc::signalQdButtonClicked, &dialog, &PriceCheckHost::startCheck);
+    QObject::connect(&dialog, &TQdtjyjc::signalQdButtonClicked, &dialog,
+                     [context](LtdInfo *server, int matchNum) { startCheck(*context, server, matchNum); });
 }
 
 void PriceCheckHost::writeYxys(HostContext &host, const QString &sj, const QString &dd)
@@ -73,13 +77,13 @@ void PriceCheckHost::writeYxys(HostContext &host, const QString &sj, const QStri
     });
 }
 
-void PriceCheckHost::startCheck(LtdInfo *server, int matchNum)
+void PriceCheckHost::startCheck(HostContext &host, LtdInfo *server, int matchNum)
 {
-    // The check browser takes over from here once it is part of the host.
     HostLog::write(QStringLiteral("pricecheck:"),
                    QStringLiteral("unit-price check on %1, %2 similar bill(s)")
                        .arg(server ? server->getServerName() : QStringLiteral("-"))
                        .arg(matchNum));
+    PriceCheckBrowserHost::open(host, server, matchNum);
 }
 
 VELORA_REGISTER_DIALOG(pricecheck, {QStringLiteral("pricecheck"), QStringLiteral("清单单价云检查"),

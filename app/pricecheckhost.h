@@ -20,6 +20,6 @@ public:
     static void prepare(TQdtjyjc &dialog, HostContext &host);
     // Writes time and place into the project settings as one undo step.
     static void writeYxys(HostContext &host, const QString &sj, const QString &dd);
-    // The wizard's result: which server and how many similar bills.
-    static void startCheck(LtdInfo *server, int matchNum);
+    // The wizard's result: opens the check browser on the current bill.
+    static void startCheck(HostContext &host, LtdInfo *server, int matchNum);
 };

@@ -9,6 +9,8 @@ public:
     explicit TVelQddjjc_Yxys(QWidget *parent = nullptr);
     static InfluenceFactorLayout layout();
 
+    using InfluenceFactorDialog::setComDdText;
+
 public slots:
     void slotComSjClicked();
     void slotComDdClicked();

@@ -18,16 +18,11 @@ void FyModel::CreateUI()
     if (m_model)
         return;
     m_model = new zTableModel(this);
-    m_model->addColumn(QStringLiteral("费用编号"), QStringLiteral("fybh"), 120);
-    m_model->addColumn(QStringLiteral("费用名称"), QStringLiteral("fymc"), 120);
-    m_model->addColumn(QStringLiteral("计算公式"), QStringLiteral("jjgs"), 120);
-    m_model->addColumn(QStringLiteral("费率"), QStringLiteral("fl"), 120);
-    m_model->addColumn(QStringLiteral("金额"), QStringLiteral("jl"), 120);
-    m_model->addColumn(QStringLiteral("计价表字段"), QStringLiteral("jjbzd"), 120);
+    declareColumns(m_model);
     m_view = new zTableView(this);
     m_view->setObjectName(QStringLiteral("gdTableFy"));
     m_view->setModel(m_model);
-    fillRows();
+    appendFees(m_model, m_fees);
 
     auto *buttons = new ButtonRow(this);
     buttons->setButtonSize(60, 24);
@@ -42,15 +37,25 @@ void FyModel::CreateUI()
     clientLayout()->addLayout(body);
 }
 
-void FyModel::fillRows()
+void FyModel::declareColumns(zTableModel *model)
 {
-    for (const cloudFymb &fee : qAsConst(m_fees)) {
-        m_model->addRow();
-        m_model->appendCell(QStringLiteral("fybh"), fee.getFybh(), zTableCell::TextCell);
-        m_model->appendCell(QStringLiteral("fymc"), fee.getFymc(), zTableCell::TextCell);
-        m_model->appendCell(QStringLiteral("jjgs"), fee.getJsgs(), zTableCell::TextCell);
-        m_model->appendCell(QStringLiteral("fl"), fee.getFl(), zTableCell::NumberCell);
-        m_model->appendCell(QStringLiteral("jl"), fee.getJe(), zTableCell::NumberCell);
-        m_model->appendCell(QStringLiteral("jjbzd"), fee.getJjbzd(), zTableCell::TextCell);
+    model->addColumn(QStringLiteral("费用编号"), QStringLiteral("fybh"), 120);
+    model->addColumn(QStringLiteral("费用名称"), QStringLiteral("fymc"), 120);
+    model->addColumn(QStringLiteral("计算公式"), QStringLiteral("jjgs"), 120);
+    model->addColumn(QStringLiteral("费率"), QStringLiteral("fl"), 120);
+    model->addColumn(QStringLiteral("金额"), QStringLiteral("jl"), 120);
+    model->addColumn(QStringLiteral("计价表字段"), QStringLiteral("jjbzd"), 120);
+}
+
+void FyModel::appendFees(zTableModel *model, const QList<cloudFymb> &fees)
+{
+    for (const cloudFymb &fee : fees) {
+        model->addRow();
+        model->appendCell(QStringLiteral("fybh"), fee.getFybh(), zTableCell::TextCell);
+        model->appendCell(QStringLiteral("fymc"), fee.getFymc(), zTableCell::TextCell);
+        model->appendCell(QStringLiteral("jjgs"), fee.getJsgs(), zTableCell::TextCell);
+        model->appendCell(QStringLiteral("fl"), fee.getFl(), zTableCell::NumberCell);
+        model->appendCell(QStringLiteral("jl"), fee.getJe(), zTableCell::NumberCell);
+        model->appendCell(QStringLiteral("jjbzd"), fee.getJjbzd(), zTableCell::TextCell);
     }
 }

@@ -21,12 +21,16 @@ public:
     // Builds the table and buttons; a second call does nothing.
     void CreateUI();
 
+    // The six fee columns, each 120 wide; shared with the module's own fee
+    // template dialog so both show the same table.
+    static void declareColumns(zTableModel *model);
+    // One row per fee line, in list order.
+    static void appendFees(zTableModel *model, const QList<cloudFymb> &fees);
+
     zTableModel *tableModel() const { return m_model; }
     zTableView *tableView() const { return m_view; }
 
 private:
-    void fillRows();
-
     QList<cloudFymb> m_fees;
     zTableModel *m_model = nullptr;
     zTableView *m_view = nullptr;
