@@ -60,17 +60,10 @@ QWidget *MaterialStorageHost::tour(HostContext &host)
     QMetaObject::invokeMethod(&dialog, "Cloud");
     dialog.cloudList()->selectRowAt(0);
     dialog.ShowModal();
-    QMetaObject::invokeMethod(&dialog, "Confirm");
-    // The failure lists of that save: what "查看失败材料" opens, and the
-    // list built from check records.
-    QStringList codes;
-    QStringList names;
+    // The outcome as the host would report it, without writing to the cloud.
+    const Outcome outcome = split(all);
     QList<CloudCjyjcBean> records;
-    for (const GljBean *m : all) {
-        if (MaterialSaveRules::storable(*m))
-            continue;
-        codes << m->GetBh();
-        names << m->GetClmc() + QLatin1Char(' ') + m->GetGgxh();
+    for (const GljBean *m : outcome.failed) {
         CloudCjyjcBean r;
         r.setGuid(m->GetGuid());
         r.setClmc(m->GetClmc());
@@ -78,9 +71,7 @@ QWidget *MaterialStorageHost::tour(HostContext &host)
         r.setDw(m->GetDw());
         records << r;
     }
-    Prompt prompt(host.window);
-    prompt.GljPrompt(QString::number(all.size()), QString::number(all.size() - codes.size()), codes, names);
-    prompt.showFailed();
+    showOutcome(outcome, host.window, true);
     CloudCLSaveDialog_fail failures(records, host.window);
     failures.ShowModal();
     return nullptr;
@@ -149,11 +140,11 @@ MaterialStorageHost::Outcome MaterialStorageHost::saveLocally(const QList<GljBea
 bool MaterialStorageHost::saveToCloud(const QList<GljBean *> &materials, LtdInfo *server, const QString &libraryId,
                                       QWidget *parent, Outcome &outcome)
 {
-    outcome = Outcome();
-    outcome.total = materials.size();
+    outcome = split(materials);
     QList<GljBean *> sent;
     for (GljBean *m : materials)
-        (MaterialSaveRules::storable(*m) ? sent : outcome.failed) << m;
+        if (MaterialSaveRules::storable(*m))
+            sent << m;
     const ProjectSettingsInfo settings = ProjectSettingHelper::GetProjectSettingsInfo();
     CloudRequest request = CloudRequest(server, QStringLiteral("savematerialprices"))
                                .withTierFields()
@@ -173,7 +164,19 @@ bool MaterialStorageHost::saveToCloud(const QList<GljBean *> &materials, LtdInfo
     return true;
 }
 
-void MaterialStorageHost::showOutcome(const Outcome &outcome, QWidget *parent)
+MaterialStorageHost::Outcome MaterialStorageHost::split(const QList<GljBean *> &materials)
+{
+    Outcome outcome;
+    outcome.total = materials.size();
+    for (GljBean *m : materials)
+        if (MaterialSaveRules::storable(*m))
+            ++outcome.saved;
+        else
+            outcome.failed << m;
+    return outcome;
+}
+
+void MaterialStorageHost::showOutcome(const Outcome &outcome, QWidget *parent, bool withFailures)
 {
     QStringList codes;
     QStringList names;
@@ -183,7 +186,10 @@ void MaterialStorageHost::showOutcome(const Outcome &outcome, QWidget *parent)
     }
     auto *prompt = new Prompt(parent);
     prompt->GljPrompt(QString::number(outcome.total), QString::number(outcome.saved), codes, names);
-    ChildDialog::run(parent, prompt);
+    ChildDialog::run(parent, prompt, [prompt, withFailures](int) {
+        if (withFailures)
+            prompt->showFailed();
+    });
 }
 
 VELORA_REGISTER_DIALOG(materialstorage, {QStringLiteral("materialstorage"), QStringLiteral("材料价格存储"),

@@ -35,5 +35,8 @@ public:
     // "savematerialprices"; no value when the cloud refused (its "msg" shown).
     static bool saveToCloud(const QList<GljBean *> &materials, LtdInfo *server, const QString &libraryId,
                             QWidget *parent, Outcome &outcome);
-    static void showOutcome(const Outcome &outcome, QWidget *parent);
+    // What a save would keep: the storable materials, the others failed.
+    static Outcome split(const QList<GljBean *> &materials);
+    // Prompt; with `withFailures` the failed materials are opened as well.
+    static void showOutcome(const Outcome &outcome, QWidget *parent, bool withFailures = false);
 };
