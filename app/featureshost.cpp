@@ -186,8 +186,8 @@ void FeaturesHost::fillFeatures(HostContext &host, LtdInfo *server, bool skipPri
 }
 
 VELORA_REGISTER_DIALOG(featureguide, {QStringLiteral("featureguide"), QStringLiteral("项目特征描述指南"),
-                                      FeaturesHost::openGuide, FeaturesHost::tourGuide});
+                                      FeaturesHost::openGuide, FeaturesHost::tourGuide, true});
 VELORA_REGISTER_DIALOG(projectfeatures, {QStringLiteral("projectfeatures"), QStringLiteral("项目云特征"),
                                          FeaturesHost::openProjectFeatures, FeaturesHost::openProjectFeatures});
 VELORA_REGISTER_DIALOG(customfeature, {QStringLiteral("customfeature"), QStringLiteral("新增自编特征描述"),
-                                       FeaturesHost::openCustomLine, FeaturesHost::openCustomLine});
+                                       FeaturesHost::openCustomLine, FeaturesHost::openCustomLine, true});

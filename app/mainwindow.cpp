@@ -313,7 +313,7 @@ QWidget *MainWindow::openEntry(const QString &id)
     const HostDialogEntry *entry = DialogRegistry::find(id);
     if (!entry || !entry->open)
         return nullptr;
-    if (!cloudAnswers())
+    if (!entry->offline && !cloudAnswers())
         return nullptr;
     const std::function<QWidget *(HostContext &)> open = entry->open;
     return GUARDED("VeloraHost", [&]() -> QWidget * { return open(m_context); });
