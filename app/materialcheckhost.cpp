@@ -150,4 +150,4 @@ void MaterialCheckHost::run(HostContext &host, const Choice &choice, bool tour)
 }
 
 VELORA_REGISTER_DIALOG(materialcheck, {QStringLiteral("materialcheck"), QStringLiteral("材价云检查"),
-                                       MaterialCheckHost::open, MaterialCheckHost::tour});
+                                       MaterialCheckHost::open, MaterialCheckHost::tour, false});

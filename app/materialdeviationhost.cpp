@@ -44,6 +44,6 @@ QWidget *MaterialDeviationHost::openChart(HostContext &host)
 }
 
 VELORA_REGISTER_DIALOG(materialhighlight, {QStringLiteral("materialhighlight"), QStringLiteral("突出显示偏差率"),
-                                           MaterialDeviationHost::openRate, MaterialDeviationHost::openRate});
+                                           MaterialDeviationHost::openRate, MaterialDeviationHost::openRate, true});
 VELORA_REGISTER_DIALOG(materialchart, {QStringLiteral("materialchart"), QStringLiteral("材价偏差分析"),
-                                       MaterialDeviationHost::openChart, MaterialDeviationHost::openChart});
+                                       MaterialDeviationHost::openChart, MaterialDeviationHost::openChart, true});

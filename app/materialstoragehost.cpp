@@ -193,4 +193,4 @@ void MaterialStorageHost::showOutcome(const Outcome &outcome, QWidget *parent, b
 }
 
 VELORA_REGISTER_DIALOG(materialstorage, {QStringLiteral("materialstorage"), QStringLiteral("材料价格存储"),
-                                         MaterialStorageHost::open, MaterialStorageHost::tour});
+                                         MaterialStorageHost::open, MaterialStorageHost::tour, true});
