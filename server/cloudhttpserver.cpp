@@ -115,6 +115,13 @@ CloudHttpServer::CloudHttpServer(Handler handler)
 }
 
 CloudHttpServer::CloudHttpServer(Handler handler, const Limits &limits)
+    : CloudHttpServer(ClientHandler([handler = std::move(handler)](const QJsonObject &request, const QString &session,
+                                                                   const QString &) { return handler(request, session); }),
+                      limits)
+{
+}
+
+CloudHttpServer::CloudHttpServer(ClientHandler handler, const Limits &limits)
     : m_handler(std::move(handler))
     , m_limits(limits)
 {
@@ -266,7 +273,8 @@ int CloudHttpServer::serveCloud(mg_connection *conn)
     }
     const char *session = mg_get_header(conn, SessionHeader);
     try {
-        sendJson(conn, 200, answer(body, QString::fromUtf8(session ? session : "")));
+        const QString client = QString::fromLatin1(mg_get_request_info(conn)->remote_addr);
+        sendJson(conn, 200, answer(body, QString::fromUtf8(session ? session : ""), client));
         return 200;
     } catch (const std::exception &e) {
         std::fprintf(stderr, "velora-cloud: request failed: %s\n", e.what());
@@ -277,7 +285,7 @@ int CloudHttpServer::serveCloud(mg_connection *conn)
     return 500;
 }
 
-QJsonObject CloudHttpServer::answer(const QByteArray &body, const QString &session)
+QJsonObject CloudHttpServer::answer(const QByteArray &body, const QString &session, const QString &client)
 {
     if (!JsonNesting::within(body))
         return failure(BadRequestCode, QStringLiteral("请求内容嵌套超过%1层的上限").arg(JsonNesting::MaxDepth));
@@ -285,5 +293,5 @@ QJsonObject CloudHttpServer::answer(const QByteArray &body, const QString &sessi
     const QJsonDocument doc = QJsonDocument::fromJson(body, &parseError);
     if (parseError.error != QJsonParseError::NoError || !doc.isObject())
         return failure(BadRequestCode, QStringLiteral("请求内容不是有效的JSON对象"));
-    return m_handler(doc.object(), session);
+    return m_handler(doc.object(), session, client);
 }

@@ -33,6 +33,9 @@ class CloudHttpServer
 {
 public:
     using Handler = std::function<QJsonObject(const QJsonObject &request, const QString &session)>;
+    // Also given the client's address (for throttling failed logins).
+    using ClientHandler =
+        std::function<QJsonObject(const QJsonObject &request, const QString &session, const QString &client)>;
 
     struct Limits {
         int threads = 32;                      // connections served at once
@@ -50,6 +53,7 @@ public:
 
     explicit CloudHttpServer(Handler handler);
     CloudHttpServer(Handler handler, const Limits &limits);
+    CloudHttpServer(ClientHandler handler, const Limits &limits);
     ~CloudHttpServer();
     CloudHttpServer(const CloudHttpServer &) = delete;
     CloudHttpServer &operator=(const CloudHttpServer &) = delete;
@@ -79,9 +83,9 @@ private:
     bool enter();
     void leave();
     int serveCloud(mg_connection *conn);
-    QJsonObject answer(const QByteArray &body, const QString &session);
+    QJsonObject answer(const QByteArray &body, const QString &session, const QString &client);
 
-    Handler m_handler;
+    ClientHandler m_handler;
     Limits m_limits;
     mg_context *m_context = nullptr;
     int m_port = 0;

@@ -69,9 +69,11 @@ int main(int argc, char *argv[])
     CloudHttpServer::Limits limits;
     limits.threads = options.threads;
     limits.maxBodyBytes = options.maxBodyBytes;
-    CloudHttpServer server([&service](const QJsonObject &request, const QString &session) {
-        return service.handle(request, session);
-    }, limits);
+    CloudHttpServer server(CloudHttpServer::ClientHandler(
+                               [&service](const QJsonObject &request, const QString &session, const QString &client) {
+                                   return service.handle(request, session, client);
+                               }),
+                           limits);
     if (!server.start(options.listen, &error)) {
         complain(error);
         return 1;

@@ -1,5 +1,6 @@
 #include "accounthandlers.h"
 #include "accountstore.h"
+#include "loginthrottle.h"
 #include "requestcontext.h"
 #include "servicedb.h"
 #include "serviceerror.h"
@@ -69,12 +70,30 @@ QJsonObject AccountHandlers::login(const RequestContext &request)
 {
     const QString username = request.text(QStringLiteral("username"), true, 64);
     const QString password = request.text(QStringLiteral("password"), true, 128);
-    const int userId = m_context.accounts->verify(username, password);
+    const int userId = checkPassword(request, username, password);
     AccountStore::Session session;
     m_context.db->write([&] { session = m_context.accounts->openSession(userId); });
     return ok(QJsonObject{{QStringLiteral("userid"), QString::number(session.userId)},
                           {QStringLiteral("username"), session.displayName},
                           {QStringLiteral("session"), session.token}});
+}
+
+int AccountHandlers::checkPassword(const RequestContext &request, const QString &username, const QString &password)
+{
+    LoginThrottle &throttle = *m_context.throttle;
+    throttle.begin(username, request.client());
+    try {
+        const int userId = m_context.accounts->verify(username, password);
+        throttle.succeeded(username, request.client());
+        return userId;
+    } catch (const ServiceError &e) {
+        if (e.code() != ServiceError::NotLoggedIn)
+            throttle.cancelled(username, request.client());
+        throw;
+    } catch (...) {
+        throttle.cancelled(username, request.client());
+        throw;
+    }
 }
 
 QJsonObject AccountHandlers::logout(const RequestContext &request)
@@ -92,7 +111,7 @@ QJsonObject AccountHandlers::enterpriseLogin(const RequestContext &request)
     const QString password = request.text(QStringLiteral("password"), true, 128);
     if (m_context.accounts->enterpriseName(qyid).isEmpty())
         throw ServiceError(ServiceError::NotFound, QStringLiteral("企业服务器不存在"));
-    const int userId = m_context.accounts->verify(username, password);
+    const int userId = checkPassword(request, username, password);
     if (m_context.accounts->role(qyid, userId) == AccountStore::NoRole)
         throw ServiceError(ServiceError::Forbidden, QStringLiteral("该账号不是此企业的成员"));
     // Tie the enterprise login to the Korvane login only when it is the same user.

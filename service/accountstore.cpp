@@ -1,5 +1,6 @@
 #include "accountstore.h"
 #include "passwordhash.h"
+#include "passwordhasher.h"
 #include "servicedb.h"
 #include "serviceerror.h"
 
@@ -21,21 +22,21 @@ QString sessionCutoff()
 
 }
 
-AccountStore::AccountStore(ServiceDb &db)
+AccountStore::AccountStore(ServiceDb &db, PasswordHasher &hasher)
     : m_db(db)
+    , m_hasher(hasher)
 {
 }
 
-int AccountStore::createUser(const QString &username, const QString &displayName, const QString &password,
-                             int iterations)
+int AccountStore::createUser(const QString &username, const QString &displayName, const QString &password)
 {
     if (m_db.scalar(QStringLiteral("SELECT COUNT(*) FROM users WHERE username = ?"), {username}).toInt() > 0)
         throw ServiceError(ServiceError::Conflict, QStringLiteral("用户名已存在"));
-    const QByteArray salt = PasswordHash::newSalt();
-    const QByteArray hash = PasswordHash::derive(password, salt, iterations);
+    // The Argon2id text carries its own salt and cost: salt stays empty and
+    // iterations 0.
     QSqlQuery q = m_db.exec(
-        QStringLiteral("INSERT INTO users(username, display_name, salt, hash, iterations) VALUES(?, ?, ?, ?, ?)"),
-        {username, displayName, salt, hash, iterations});
+        QStringLiteral("INSERT INTO users(username, display_name, salt, hash, iterations) VALUES(?, ?, ?, ?, 0)"),
+        {username, displayName, QByteArray(""), m_hasher.hash(password)});
     return q.lastInsertId().toInt();
 }
 
@@ -59,15 +60,42 @@ int AccountStore::verify(const QString &username, const QString &password)
 {
     QSqlQuery q = m_db.exec(QStringLiteral("SELECT id, salt, hash, iterations FROM users WHERE username = ?"),
                             {username});
+    const ServiceError wrong(ServiceError::NotLoggedIn, QStringLiteral("用户名或密码错误"));
     if (!q.next()) {
-        // Same work as a real check, so that a wrong name is not told apart by time.
-        PasswordHash::derive(password, QByteArray(16, '\0'), PasswordHash::DefaultIterations);
-        throw ServiceError(ServiceError::NotLoggedIn, QStringLiteral("用户名或密码错误"));
+        m_hasher.verify(dummyHash(), password);
+        throw wrong;
     }
-    const QByteArray hash = PasswordHash::derive(password, q.value(1).toByteArray(), q.value(3).toInt());
-    if (!PasswordHash::equal(hash, q.value(2).toByteArray()))
-        throw ServiceError(ServiceError::NotLoggedIn, QStringLiteral("用户名或密码错误"));
-    return q.value(0).toInt();
+    const int userId = q.value(0).toInt();
+    const int iterations = q.value(3).toInt();
+    const QByteArray stored = q.value(2).toByteArray();
+    const bool legacy = iterations > 0;
+    const bool right = legacy ? m_hasher.verifyLegacy(password, q.value(1).toByteArray(), iterations, stored)
+                              : m_hasher.verify(stored, password);
+    if (!right)
+        throw wrong;
+    if (legacy || m_hasher.needsRehash(stored))
+        rehash(userId, password);
+    return userId;
+}
+
+void AccountStore::rehash(int userId, const QString &password)
+{
+    // Best effort: a busy moment leaves the old hash for the next login.
+    try {
+        const QByteArray fresh = m_hasher.hash(password);
+        m_db.write([&] {
+            m_db.exec(QStringLiteral("UPDATE users SET salt = ?, hash = ?, iterations = 0 WHERE id = ?"),
+                      {QByteArray(""), fresh, userId});
+        });
+    } catch (const ServiceError &e) {
+        qWarning("velora service: password hash not upgraded: %s", qUtf8Printable(e.message()));
+    }
+}
+
+QByteArray AccountStore::dummyHash()
+{
+    std::call_once(m_dummyOnce, [this] { m_dummy = m_hasher.hash(PasswordHash::randomToken(16)); });
+    return m_dummy;
 }
 
 AccountStore::Session AccountStore::openSession(int userId)

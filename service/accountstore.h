@@ -1,7 +1,11 @@
 #pragma once
 #include <QList>
+#include <QByteArray>
 #include <QString>
 
+#include <mutex>
+
+class PasswordHasher;
 class ServiceDb;
 
 // Users, their sessions, enterprises and memberships. Methods that write
@@ -29,15 +33,14 @@ public:
 
     static constexpr int SessionDays = 30;
 
-    explicit AccountStore(ServiceDb &db);
+    AccountStore(ServiceDb &db, PasswordHasher &hasher);
 
-    int createUser(const QString &username, const QString &displayName, const QString &password,
-                   int iterations);
+    int createUser(const QString &username, const QString &displayName, const QString &password);
     int createEnterprise(int id, const QString &name);
     void setMember(int enterpriseId, int userId, Role role);
 
     // Checks the password; throws ServiceError with a message for the user.
-    // Does not write.
+    // A hash of an older kind or cost is replaced in its own write.
     int verify(const QString &username, const QString &password);
     Session openSession(int userId);
     void closeSession(const QString &token);
@@ -62,5 +65,12 @@ public:
     static Role roleFromName(const QString &name);
 
 private:
+    void rehash(int userId, const QString &password);
+    // Checked against for unknown names, so they take a real check's time.
+    QByteArray dummyHash();
+
     ServiceDb &m_db;
+    PasswordHasher &m_hasher;
+    std::once_flag m_dummyOnce;
+    QByteArray m_dummy;
 };

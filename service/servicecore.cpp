@@ -3,6 +3,8 @@
 #include "accountstore.h"
 #include "billcatalog.h"
 #include "libraryhandlers.h"
+#include "loginthrottle.h"
+#include "passwordhasher.h"
 #include "materialhandlers.h"
 #include "pricinghandlers.h"
 #include "requestcontext.h"
@@ -37,9 +39,12 @@ void ServiceCore::open(CloudService::Seed seed)
         throw ServiceError(ServiceError::Internal, QStringLiteral("无法创建云服务数据目录：%1").arg(m_dataDir));
     m_db = std::make_unique<ServiceDb>(QDir(m_dataDir).filePath(databaseFileName()));
     m_db->open();
-    m_accounts = std::make_unique<AccountStore>(*m_db);
+    m_hasher = std::make_unique<PasswordHasher>(PasswordHash::configured());
+    m_throttle = std::make_unique<LoginThrottle>();
+    m_accounts = std::make_unique<AccountStore>(*m_db, *m_hasher);
     m_context.db = m_db.get();
     m_context.accounts = m_accounts.get();
+    m_context.throttle = m_throttle.get();
     m_context.dataDir = m_dataDir;
 
     ServiceSeed seeder(m_context);
@@ -58,11 +63,11 @@ void ServiceCore::open(CloudService::Seed seed)
         group->registerOn(m_table);
 }
 
-QJsonObject ServiceCore::handle(const QJsonObject &request, const QString &session)
+QJsonObject ServiceCore::handle(const QJsonObject &request, const QString &session, const QString &client)
 {
     QJsonObject reply;
     try {
-        reply = dispatch(request, session);
+        reply = dispatch(request, session, client);
         reply.insert(QStringLiteral("code"), 0);
         if (!reply.contains(QStringLiteral("msg")))
             reply.insert(QStringLiteral("msg"), QStringLiteral("成功"));
@@ -83,11 +88,11 @@ QJsonObject ServiceCore::handle(const QJsonObject &request, const QString &sessi
                        {QStringLiteral("data"), QJsonValue()}};
 }
 
-QJsonObject ServiceCore::dispatch(const QJsonObject &request, const QString &session)
+QJsonObject ServiceCore::dispatch(const QJsonObject &request, const QString &session, const QString &client)
 {
     if (!m_openError.isEmpty())
         throw ServiceError(ServiceError::Internal, QStringLiteral("云服务数据无法打开：%1").arg(m_openError));
-    const RequestContext context(request, session);
+    const RequestContext context(request, session, client);
     const auto it = m_table.constFind(context.method());
     if (it == m_table.constEnd())
         throw ServiceError(ServiceError::UnknownMethod, QStringLiteral("不支持的方法：%1").arg(context.method()));
