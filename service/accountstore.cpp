@@ -5,6 +5,7 @@
 #include "serviceerror.h"
 
 #include <QDateTime>
+#include <QMessageAuthenticationCode>
 #include <QSqlQuery>
 
 namespace {
@@ -18,6 +19,22 @@ QString now()
 QString sessionCutoff()
 {
     return QDateTime::currentDateTimeUtc().addDays(-AccountStore::SessionDays).toString(Qt::ISODate);
+}
+
+QString idleCutoff()
+{
+    return QDateTime::currentDateTimeUtc()
+        .addSecs(-60 * AccountStore::EnterpriseIdleMinutes)
+        .toString(Qt::ISODate);
+}
+
+// An enterprise token is a keyed digest of its row's nonce under the raw
+// session: the server can give it again (server list) only to that session.
+QString enterpriseToken(const QString &parentSession, const QString &nonce, const QString &kind)
+{
+    const QByteArray mac = QMessageAuthenticationCode::hash(nonce.toUtf8(), parentSession.toUtf8(),
+                                                            QCryptographicHash::Sha256);
+    return (kind == QLatin1String("cj") ? QStringLiteral("cj_") : QStringLiteral("ent_")) + QString::fromLatin1(mac.toHex());
 }
 
 }
@@ -100,9 +117,11 @@ QByteArray AccountStore::dummyHash()
 
 AccountStore::Session AccountStore::openSession(int userId)
 {
+    purgeExpired();
     Session s;
     s.token = PasswordHash::randomToken();
-    m_db.exec(QStringLiteral("INSERT INTO sessions(token, user_id, created) VALUES(?, ?, ?)"), {s.token, userId, now()});
+    m_db.exec(QStringLiteral("INSERT INTO sessions(token, user_id, created) VALUES(?, ?, ?)"),
+              {PasswordHash::tokenDigest(s.token), userId, now()});
     QSqlQuery q = m_db.exec(QStringLiteral("SELECT username, display_name FROM users WHERE id = ?"), {userId});
     if (q.next()) {
         s.userId = userId;
@@ -114,8 +133,9 @@ AccountStore::Session AccountStore::openSession(int userId)
 
 void AccountStore::closeSession(const QString &token)
 {
-    m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE parent_session = ?"), {token});
-    m_db.exec(QStringLiteral("DELETE FROM sessions WHERE token = ?"), {token});
+    const QString digest = PasswordHash::tokenDigest(token);
+    m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE parent_session = ?"), {digest});
+    m_db.exec(QStringLiteral("DELETE FROM sessions WHERE token = ?"), {digest});
 }
 
 AccountStore::Session AccountStore::session(const QString &token)
@@ -125,7 +145,7 @@ AccountStore::Session AccountStore::session(const QString &token)
         return s;
     QSqlQuery q = m_db.exec(QStringLiteral("SELECT u.id, u.username, u.display_name FROM sessions s"
                                            " JOIN users u ON u.id = s.user_id WHERE s.token = ? AND s.created > ?"),
-                            {token, sessionCutoff()});
+                            {PasswordHash::tokenDigest(token), sessionCutoff()});
     if (q.next()) {
         s.userId = q.value(0).toInt();
         s.username = q.value(1).toString();
@@ -138,43 +158,75 @@ AccountStore::Session AccountStore::session(const QString &token)
 QString AccountStore::openEnterpriseSession(int enterpriseId, int userId, const QString &parentSession,
                                            const QString &kind)
 {
-    const QString token = (kind == QLatin1String("cj") ? QStringLiteral("cj_") : QStringLiteral("ent_"))
-        + PasswordHash::randomToken();
-    m_db.exec(QStringLiteral("INSERT INTO enterprise_sessions(token, enterprise_id, user_id, parent_session, created, kind)"
-                             " VALUES(?, ?, ?, ?, ?, ?)"),
-              {token, enterpriseId, userId, parentSession, now(), kind});
+    if (parentSession.isEmpty())
+        throw ServiceError(ServiceError::NotLoggedIn, QStringLiteral("未登录Korvane云或登录已失效，请重新登录"));
+    const QString nonce = PasswordHash::randomToken(16);
+    const QString token = enterpriseToken(parentSession, nonce, kind);
+    m_db.exec(QStringLiteral("INSERT INTO enterprise_sessions(token, enterprise_id, user_id, parent_session, created,"
+                             " kind, nonce, last_used) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
+              {PasswordHash::tokenDigest(token), enterpriseId, userId, PasswordHash::tokenDigest(parentSession), now(),
+               kind, nonce, now()});
     return token;
 }
 
 void AccountStore::closeEnterpriseSessions(int enterpriseId, const QString &parentSession, const QString &token)
 {
+    const QString parent = parentSession.isEmpty() ? QString() : PasswordHash::tokenDigest(parentSession);
     m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE enterprise_id = ? AND (token = ?"
                              " OR (parent_session <> '' AND parent_session = ? AND kind = 'pri'))"),
-              {enterpriseId, token, parentSession});
+              {enterpriseId, PasswordHash::tokenDigest(token), parent});
 }
 
-AccountStore::EnterpriseSession AccountStore::enterpriseSession(const QString &token)
+AccountStore::EnterpriseSession AccountStore::enterpriseSession(const QString &token, const QString &parentSession)
 {
     EnterpriseSession s;
+    if (token.isEmpty() || parentSession.isEmpty())
+        return s;
+    const QString digest = PasswordHash::tokenDigest(token);
     QSqlQuery q = m_db.exec(
-        QStringLiteral("SELECT user_id, enterprise_id FROM enterprise_sessions WHERE token = ? AND created > ?"),
-        {token, sessionCutoff()});
-    if (q.next()) {
-        s.userId = q.value(0).toInt();
-        s.enterpriseId = q.value(1).toInt();
-    }
+        QStringLiteral("SELECT e.user_id, e.enterprise_id, e.last_used FROM enterprise_sessions e"
+                       " JOIN sessions s ON s.token = e.parent_session"
+                       " WHERE e.token = ? AND e.parent_session = ? AND s.created > ? AND e.last_used > ?"),
+        {digest, PasswordHash::tokenDigest(parentSession), sessionCutoff(), idleCutoff()});
+    if (!q.next())
+        return s;
+    s.userId = q.value(0).toInt();
+    s.enterpriseId = q.value(1).toInt();
+    touchEnterpriseSession(digest, q.value(2).toString());
     return s;
 }
 
-QString AccountStore::enterpriseTokenOf(const QString &parentSession, int enterpriseId, const QString &kind)
+void AccountStore::touchEnterpriseSession(const QString &digest, const QString &lastUsed)
+{
+    // A minute's precision is plenty for the idle time-out, and spares a
+    // write per request.
+    const QString minuteAgo = QDateTime::currentDateTimeUtc().addSecs(-60).toString(Qt::ISODate);
+    if (lastUsed > minuteAgo)
+        return;
+    m_db.tryWrite([&] {
+        m_db.exec(QStringLiteral("UPDATE enterprise_sessions SET last_used = ? WHERE token = ?"), {now(), digest});
+    });
+}
+
+QString AccountStore::enterpriseTokenOf(const QString &parentSession, int userId, int enterpriseId, const QString &kind)
 {
     if (parentSession.isEmpty())
         return QString();
-    return m_db
-        .scalar(QStringLiteral("SELECT token FROM enterprise_sessions WHERE parent_session = ? AND enterprise_id = ?"
-                               " AND kind = ? ORDER BY created DESC, rowid DESC LIMIT 1"),
-                {parentSession, enterpriseId, kind})
-        .toString();
+    const QString nonce =
+        m_db.scalar(QStringLiteral("SELECT nonce FROM enterprise_sessions WHERE parent_session = ? AND user_id = ?"
+                                   " AND enterprise_id = ? AND kind = ? AND last_used > ?"
+                                   " ORDER BY created DESC, rowid DESC LIMIT 1"),
+                    {PasswordHash::tokenDigest(parentSession), userId, enterpriseId, kind, idleCutoff()})
+            .toString();
+    return nonce.isEmpty() ? QString() : enterpriseToken(parentSession, nonce, kind);
+}
+
+void AccountStore::purgeExpired()
+{
+    m_db.exec(QStringLiteral("DELETE FROM sessions WHERE created <= ?"), {sessionCutoff()});
+    m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE last_used <= ?"
+                             " OR parent_session NOT IN (SELECT token FROM sessions)"),
+              {idleCutoff()});
 }
 
 AccountStore::Role AccountStore::role(int enterpriseId, int userId)

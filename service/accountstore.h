@@ -32,6 +32,8 @@ public:
     };
 
     static constexpr int SessionDays = 30;
+    // An enterprise login unused this long ends.
+    static constexpr int EnterpriseIdleMinutes = 120;
 
     AccountStore(ServiceDb &db, PasswordHasher &hasher);
 
@@ -48,14 +50,20 @@ public:
     Session session(const QString &token);
 
     // `kind` "pri" for an enterprise server login, "cj" for the material price
-    // server that the Korvane login opens by itself.
+    // server that the Korvane login opens by itself. The token is bound to
+    // `parentSession` (not empty): it is accepted only with that session and
+    // ends with it. Only digests of both are stored; the token is derived
+    // from the session, so a copy of the file holds nothing usable.
     QString openEnterpriseSession(int enterpriseId, int userId, const QString &parentSession,
                                   const QString &kind = QStringLiteral("pri"));
     void closeEnterpriseSessions(int enterpriseId, const QString &parentSession, const QString &token);
-    EnterpriseSession enterpriseSession(const QString &token);
-    // The enterprise session of this Korvane session for `enterpriseId`, if any.
-    QString enterpriseTokenOf(const QString &parentSession, int enterpriseId,
+    // userId 0 unless `token` is live and was opened by `parentSession`.
+    EnterpriseSession enterpriseSession(const QString &token, const QString &parentSession);
+    // `userId`'s enterprise session of this Korvane session for `enterpriseId`, if any.
+    QString enterpriseTokenOf(const QString &parentSession, int userId, int enterpriseId,
                               const QString &kind = QStringLiteral("pri"));
+    // Drops expired logins; run inside a write.
+    void purgeExpired();
 
     Role role(int enterpriseId, int userId);
     QList<Membership> memberships(int userId);
@@ -68,6 +76,7 @@ private:
     void rehash(int userId, const QString &password);
     // Checked against for unknown names, so they take a real check's time.
     QByteArray dummyHash();
+    void touchEnterpriseSession(const QString &digest, const QString &lastUsed);
 
     ServiceDb &m_db;
     PasswordHasher &m_hasher;

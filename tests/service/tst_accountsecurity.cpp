@@ -137,6 +137,58 @@ private slots:
         QCOMPARE(cloudjson::code(loginWith("lisi", "old-Secret1")), 0);
     }
 
+    // demo's east token, used with a session after `before` was done.
+    void enterpriseTokenIsBoundToItsLogin_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("sessionOf");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("its own session") << "" << "demo" << 0;
+        QTest::newRow("no session") << "" << "" << 2;
+        QTest::newRow("another user's session") << "" << "zhangsan" << 2;
+        QTest::newRow("after the Korvane logout") << "logout" << "demo" << 2;
+        QTest::newRow("idle 119 minutes") << "-119" << "demo" << 0;
+        QTest::newRow("idle 121 minutes") << "-121" << "demo" << 2;
+    }
+
+    void enterpriseTokenIsBoundToItsLogin()
+    {
+        QFETCH(QString, before);
+        QFETCH(QString, sessionOf);
+        QFETCH(int, expected);
+        if (before == "logout")
+            QCOMPARE(cloudjson::code(send("kv_token", method("logout"), session)), 0);
+        else if (!before.isEmpty())
+            sql("UPDATE enterprise_sessions SET last_used = ?",
+                {QDateTime::currentDateTimeUtc().addSecs(60 * before.toInt()).toString(Qt::ISODate)});
+        const QJsonObject r = send(east, method("getBZQDKList", {{"qyid", 1001}}),
+                                   sessionOf.isEmpty() ? QString() : ServiceTestCase::sessionOf(sessionOf));
+        QCOMPARE(cloudjson::code(r), expected);
+        if (expected)
+            QCOMPARE(msg(r), QStringLiteral("企业服务器未登录或登录已失效，请重新登录"));
+    }
+
+    void loginsStoredAsDigestsOwnerOnlyAndPurged()
+    {
+        QCOMPARE(cloudjson::code(send("kv_token", method("enterpriselogin", {{"qyid", 1001}, {"username", "demo"},
+                                                                             {"password", ServiceSeed::DemoPassword}}),
+                                      QString())),
+                 2);
+        sql("UPDATE sessions SET created = '2000-01-01T00:00:00Z' WHERE user_id = (SELECT id FROM users WHERE username = 'lisi')");
+        QVERIFY(!login("wangwu").isEmpty());
+        const QString tokens = "SELECT (SELECT COUNT(*) FROM sessions WHERE token IN (?, ?))"
+                               " + (SELECT COUNT(*) FROM enterprise_sessions WHERE token IN (?, ?))";
+        QCOMPARE(sql(tokens, {session, sessionOf("zhangsan"), east, west}).toInt(), 0);
+        QCOMPARE(sql("SELECT COUNT(*) FROM enterprise_sessions WHERE parent_session = ?", {PasswordHash::tokenDigest(sessionOf("lisi"))})
+                     .toInt(),
+                 0);
+        QCOMPARE(sql("SELECT COUNT(*) FROM sessions").toInt(), 4); // demo, zhangsan, wangwu twice
+        for (const QString suffix : {"", "-wal", "-shm"}) {
+            const QFile::Permissions p = QFile::permissions(dataDir() + "/velora-cloud.db" + suffix);
+            QCOMPARE(p & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther), QFile::Permissions());
+        }
+    }
+
     void defaultCostIsInteractive()
     {
         const QByteArray cheap = PasswordHash::hash("p", PasswordHash::minimum());
