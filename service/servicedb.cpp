@@ -107,6 +107,8 @@ void ServiceDb::open()
     QSqlDatabase db = connection();
     exec(QStringLiteral("PRAGMA journal_mode=WAL"));
     exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
+    // All connections together (process-wide).
+    exec(QStringLiteral("PRAGMA soft_heap_limit=33554432"));
     migrate();
 }
 
@@ -192,6 +194,9 @@ QSqlDatabase ServiceDb::openConnection(const QString &name)
         throw dbError(QStringLiteral("open ") + m_path, db.lastError());
     QSqlQuery pragma(db);
     pragma.exec(QStringLiteral("PRAGMA foreign_keys=ON"));
+    // Every request thread has a connection of its own; SQLite's default
+    // 2 MB page cache each would add up to far more than the data needs.
+    pragma.exec(QStringLiteral("PRAGMA cache_size=-512"));
     return db;
 }
 

@@ -5,6 +5,8 @@
 #include <QVector>
 
 #include <memory>
+#include <mutex>
+#include <vector>
 
 // One stored bill as the matcher sees it. `source` is 1 for a standard bill and
 // 2 for an accumulated project bill; `projectId` is empty for standard bills.
@@ -65,7 +67,9 @@ class BillIndexData;
 // slice of the same full ranking.
 //
 // Thread safety: any number of concurrent query() calls; add()/remove()/build()
-// may run at any time and are serialised against queries.
+// may run at any time. build() does its text work and rebuilds outside the
+// lock that queries take, holding it only to append the prepared bills or to
+// swap in new norms or a compacted index: queries wait milliseconds at most.
 class BillIndex
 {
 public:
@@ -91,6 +95,12 @@ public:
     void setCandidateBudget(int postings);
 
 private:
-    mutable QReadWriteLock m_lock;
+    void compact();
+
+    mutable QReadWriteLock m_lock; // queries against changes of m_data
+    std::mutex m_writer;           // one build() at a time
+    std::mutex m_pendingMutex;
+    std::vector<BillRecord> m_pending;
+    std::vector<qint64> m_removals;
     std::unique_ptr<BillIndexData> m_data;
 };
