@@ -2,7 +2,7 @@
 // program starts its own velora-cloud process on a fresh data folder
 // (minimal seed, real password cost) and talks raw HTTP/1.1 to it.
 //
-//   bench_hostile [--cloud PATH] [--mode slow|flood|upload|memory|all] [--seconds 10] [--bills 2000]
+//   bench_hostile [--cloud PATH] [--mode slow|flood|upload|memory|mixed|all] [--seconds 10] [--bills 2000]
 //                 [--seed full|minimal]
 //
 //   slow    32 clients that stall mid-header and mid-body (reconnecting when
@@ -12,6 +12,8 @@
 //           latency during the upload (full seed unless --seed minimal)
 //   memory  the server's RSS after uploads, a library delete and re-uploads,
 //           against 64 MB + 3 KiB per stored bill
+//   mixed   50 logged-in clients (server list and "getppqd") beside 32 slow
+//           and 32 wrong-password clients: errors and latency
 #include "../matching/benchutil.h"
 #include "../matching/corpusgenerator.h"
 
@@ -234,6 +236,50 @@ QString composition(const BillRecord &r, int lines)
     return QString::fromUtf8(QJsonDocument(QJsonObject{{"zjnr", rows}}).toJson(QJsonDocument::Compact));
 }
 
+QJsonObject matchRequest(const BillRecord &q)
+{
+    const QJsonObject bill{{"qdbh", q.code}, {"xmmc", q.name}, {"xmtz", q.features}, {"dw", q.unit}};
+    return QJsonObject{{"method", "getppqd"}, {"usetype", "1"}, {"ltdID", -1}, {"tagNum", 5},
+                       {"cond", QJsonObject{{"qdly", 3}}}, {"data", QJsonArray{bill}}};
+}
+
+// 50 logged-in clients alternating the server list and "getppqd", while 32
+// slow clients and 32 wrong-password clients run against the same server.
+int mixed(quint16 port, CorpusGenerator &corpus, int seconds)
+{
+    const QString session = login(port);
+    std::atomic<int> refused{0}, wrong{0}, errors{0};
+    std::mutex mutex;
+    std::vector<double> latencies;
+    g_stop = false;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 32; ++i) {
+        threads.emplace_back(slowClient, port, i % 2 == 1);
+        threads.emplace_back(floodClient, port, &refused, &wrong);
+    }
+    for (int i = 0; i < 50; ++i)
+        threads.emplace_back([&, i] {
+            CorpusGenerator own = corpus;
+            own.reseed(quint64(100 + i));
+            for (int n = 0; !g_stop; ++n) {
+                const Reply r = n % 2 ? call(port, session, "kv_token", {{"method", "getserverlist"}})
+                                      : call(port, session, "kv_token_user", matchRequest(own.next(0)));
+                std::lock_guard<std::mutex> lock(mutex);
+                if (r.json.value("code").toInt(-1) == 0)
+                    latencies.push_back(r.ms);
+                else if (!g_stop)
+                    ++errors;
+            }
+        });
+    std::this_thread::sleep_for(std::chrono::seconds(seconds));
+    g_stop = true;
+    for (std::thread &t : threads)
+        t.join();
+    std::printf("mixed: %d s, 50 clients: %s, errors %d; flood: %d wrong, %d throttled\n", seconds,
+                qPrintable(summary(latencies)), errors.load(), wrong.load(), refused.load());
+    return 0;
+}
+
 QJsonArray billsJson(CorpusGenerator &corpus, int count, qint64 firstId)
 {
     QJsonArray bills;
@@ -280,11 +326,7 @@ int uploadStall(quint16 port, CorpusGenerator &corpus, int count)
             CorpusGenerator own = corpus;
             own.reseed(quint64(7 + i));
             while (!g_stop) {
-                const BillRecord q = own.next(0);
-                const QJsonObject bill{{"qdbh", q.code}, {"xmmc", q.name}, {"xmtz", q.features}, {"dw", q.unit}};
-                const Reply r = call(port, session, "kv_token_user",
-                                     {{"method", "getppqd"}, {"usetype", "1"}, {"ltdID", -1}, {"tagNum", 5},
-                                      {"cond", QJsonObject{{"qdly", 3}}}, {"data", QJsonArray{bill}}});
+                const Reply r = call(port, session, "kv_token_user", matchRequest(own.next(0)));
                 if (uploading) {
                     std::lock_guard<std::mutex> lock(mutex);
                     during.push_back(r.json.value("code").toInt(-1) == 0 ? r.ms : 1e9);
@@ -363,7 +405,7 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "%s\n", qPrintable(error));
         return 1;
     }
-    for (const QString m : {"slow", "flood", "upload", "memory"}) {
+    for (const QString m : {"slow", "flood", "upload", "memory", "mixed"}) {
         if (mode != "all" && mode != m)
             continue;
         QTemporaryDir dir;
@@ -376,6 +418,8 @@ int main(int argc, char *argv[])
             underAttack(cloud.port, m, seconds);
         else if (m == "upload")
             uploadStall(cloud.port, corpus, count);
+        else if (m == "mixed")
+            mixed(cloud.port, corpus, seconds);
         else
             memory(cloud, corpus, count);
     }
