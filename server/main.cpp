@@ -3,6 +3,7 @@
 #include "shutdownsignals.h"
 
 #include <service/cloudservice.h>
+#include <service/passwordhash.h>
 #include <service/serviceerror.h>
 
 #include <QCoreApplication>
@@ -75,6 +76,8 @@ int main(int argc, char *argv[])
     }
     if (!service.firstRunNotice().isEmpty())
         say(service.firstRunNotice());
+    if (PasswordHash::configured().memLimit < PasswordHash::interactive().memLimit)
+        complain(QStringLiteral("VELORA_CLOUD_PASSWORD_COST=minimum: password hashes are weak (test setting)"));
 
     CloudHttpServer::Limits limits;
     limits.threads = options.threads;
