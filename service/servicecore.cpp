@@ -13,6 +13,7 @@
 #include "serviceseed.h"
 
 #include <QDir>
+#include <QFile>
 
 ServiceCore::ServiceCore(const QString &dataDir, CloudService::Seed seed)
     : m_dataDir(dataDir)
@@ -35,8 +36,12 @@ QString ServiceCore::databaseFileName()
 
 void ServiceCore::open(CloudService::Seed seed)
 {
+    const bool fresh = !m_dataDir.isEmpty() && !QDir(m_dataDir).exists();
     if (m_dataDir.isEmpty() || !QDir().mkpath(m_dataDir))
         throw ServiceError(ServiceError::Internal, QStringLiteral("无法创建云服务数据目录：%1").arg(m_dataDir));
+    // A folder made here is the owner's alone, like the files in it.
+    if (fresh)
+        QFile::setPermissions(m_dataDir, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     m_db = std::make_unique<ServiceDb>(QDir(m_dataDir).filePath(databaseFileName()));
     m_db->open();
     m_hasher = std::make_unique<PasswordHasher>(PasswordHash::configured());
