@@ -4,7 +4,7 @@
 #include <algorithm>
 
 BillIndex::BillIndex()
-    : m_data(new BillIndexData)
+    : m_current(std::make_shared<BillIndexData>())
 {
 }
 
@@ -22,6 +22,21 @@ void BillIndex::remove(qint64 id)
     m_removals.push_back(id);
 }
 
+std::shared_ptr<const BillIndexData> BillIndex::current() const
+{
+    std::lock_guard<std::mutex> lock(m_currentMutex);
+    return m_current;
+}
+
+void BillIndex::publish(std::shared_ptr<const BillIndexData> next)
+{
+    {
+        std::lock_guard<std::mutex> lock(m_currentMutex);
+        m_current.swap(next);
+    }
+    // `next` now holds the old state; it goes when its last query ends.
+}
+
 void BillIndex::build()
 {
     std::lock_guard<std::mutex> writer(m_writer);
@@ -32,49 +47,36 @@ void BillIndex::build()
         pending.swap(m_pending);
         removals.swap(m_removals);
     }
+    if (pending.empty() && removals.empty())
+        return;
     std::vector<BillIndexData::Staged> staged;
     staged.reserve(pending.size());
     for (const BillRecord &r : pending)
         staged.push_back(BillIndexData::stage(r));
     pending = std::vector<BillRecord>();
-    {
-        QWriteLocker lock(&m_lock);
-        m_data->apply(std::move(staged), removals);
-    }
-    // m_data changes only here, under m_writer, so reading it unlocked
-    // beside the queries is safe.
-    if (m_data->wantsCompaction()) {
-        compact();
-    } else if (m_data->normsStale()) {
-        BillIndexData::Norms norms = m_data->freshNorms();
-        QWriteLocker lock(&m_lock);
-        m_data->install(std::move(norms));
-    }
-}
 
-void BillIndex::compact()
-{
-    auto fresh = std::make_unique<BillIndexData>();
-    fresh->setBudget(m_data->budget());
-    fresh->apply(m_data->liveDocs(), {});
-    fresh->install(fresh->freshNorms());
-    {
-        QWriteLocker lock(&m_lock);
-        m_data.swap(fresh);
+    const std::shared_ptr<const BillIndexData> old = current();
+    auto next = std::make_shared<BillIndexData>(*old);
+    next->apply(std::move(staged), removals);
+    if (next->wantsCompaction()) {
+        auto fresh = std::make_shared<BillIndexData>();
+        fresh->setBudget(next->budget());
+        fresh->apply(next->liveDocs(), {});
+        next = std::move(fresh);
     }
-    // The old index is freed here, outside the lock.
+    if (next->normsStale())
+        next->install(next->freshNorms());
+    publish(std::move(next));
 }
 
 QVector<BillMatch> BillIndex::query(const BillQuery &query, int *total) const
 {
-    QReadLocker lock(&m_lock);
-    return m_data->query(query, total);
+    return current()->query(query, total);
 }
 
 int BillIndex::size() const
 {
-    QReadLocker lock(&m_lock);
-    return m_data->size();
+    return current()->size();
 }
 
 int BillIndex::poolSize()
@@ -85,6 +87,7 @@ int BillIndex::poolSize()
 void BillIndex::setCandidateBudget(int postings)
 {
     std::lock_guard<std::mutex> writer(m_writer);
-    QWriteLocker lock(&m_lock);
-    m_data->setBudget(size_t(std::max(1, postings)));
+    auto next = std::make_shared<BillIndexData>(*current());
+    next->setBudget(size_t(std::max(1, postings)));
+    publish(std::move(next));
 }

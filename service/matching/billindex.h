@@ -1,5 +1,4 @@
 #pragma once
-#include <QReadWriteLock>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -67,9 +66,9 @@ class BillIndexData;
 // slice of the same full ranking.
 //
 // Thread safety: any number of concurrent query() calls; add()/remove()/build()
-// may run at any time. build() does its text work and rebuilds outside the
-// lock that queries take, holding it only to append the prepared bills or to
-// swap in new norms or a compacted index: queries wait milliseconds at most.
+// may run at any time. Queries run on an immutable state of the index; build()
+// makes the next state beside them (a copy with the changes applied, or a
+// compacted rebuild) and swaps it in, so a query never waits for a writer.
 class BillIndex
 {
 public:
@@ -95,12 +94,13 @@ public:
     void setCandidateBudget(int postings);
 
 private:
-    void compact();
+    std::shared_ptr<const BillIndexData> current() const;
+    void publish(std::shared_ptr<const BillIndexData> next);
 
-    mutable QReadWriteLock m_lock; // queries against changes of m_data
-    std::mutex m_writer;           // one build() at a time
+    std::mutex m_writer; // one build() at a time
     std::mutex m_pendingMutex;
     std::vector<BillRecord> m_pending;
     std::vector<qint64> m_removals;
-    std::unique_ptr<BillIndexData> m_data;
+    mutable std::mutex m_currentMutex; // held only to copy or replace the pointer
+    std::shared_ptr<const BillIndexData> m_current;
 };
