@@ -81,8 +81,9 @@ public:
     // replaces the old one.
     void add(const BillRecord &record);
     void remove(qint64 id);
-    // Makes every queued change searchable. Cheap when only a few bills were
-    // added since the last call.
+    // Makes every queued change searchable: the next state is a copy of
+    // the index with the changes, so a build costs about a copy's time
+    // however few bills changed (uploads build once per request).
     void build();
 
     QVector<BillMatch> query(const BillQuery &query, int *total = nullptr) const;
