@@ -1,4 +1,5 @@
 #include "tvelqddjjc.h"
+#include "cloudbilldetails.h"
 #include "pricecheckdetails.h"
 #include "pricecheckinputs.h"
 #include "pricecomparison.h"
@@ -41,14 +42,6 @@ const QString kSummary = QStringLiteral("原单价");
 int px(int pixels)
 {
     return InterfaceAdaptation::scaled(pixels);
-}
-
-QPlainTextEdit *textTab(const QString &name, QWidget *parent)
-{
-    auto *edit = new QPlainTextEdit(parent);
-    edit->setObjectName(name);
-    edit->setReadOnly(true);
-    return edit;
 }
 
 QPushButton *arrowButton(const QString &name, const QString &icon, const QString &hover, QWidget *parent)
@@ -106,7 +99,6 @@ void TVelQddjjc::CreateUI()
         connect(m_btnXg, &QPushButton::clicked, this, &TVelQddjjc::Modification);
         connect(m_btnPrevious, &QPushButton::clicked, this, &TVelQddjjc::signalPreviousPage);
         connect(m_btnNext, &QPushButton::clicked, this, &TVelQddjjc::signalNextPage);
-        connect(m_zjnr, &zTreeView::signalButtonClicked, this, &TVelQddjjc::showFees);
         startServerChoice(m_comServer, GuardSite(kSource, this));
         InitUI();
     });
@@ -212,29 +204,8 @@ QWidget *TVelQddjjc::buildHeader()
 
 QWidget *TVelQddjjc::buildDetails()
 {
-    m_tabs = new zTabContent(clientWidget());
-    m_tabs->setObjectName(QStringLiteral("tabDetails"));
-    m_tabs->setTabBarVisible(true);
-    m_txtFirst = textTab(QStringLiteral("txtXmtz"), m_tabs);
-    m_zjnrModel = new zTreeModel(this);
-    m_zjnrModel->addColumn(QStringLiteral("定额编号"), QStringLiteral("debh"), 170);
-    m_zjnrModel->addColumn(QStringLiteral("定额名称"), QStringLiteral("demc"), 370);
-    m_zjnrModel->addColumn(QStringLiteral("工程量"), QStringLiteral("gcl"), 89);
-    m_zjnrModel->addColumn(QStringLiteral("单位"), QStringLiteral("dw"), 82);
-    m_zjnrModel->addColumn(QStringLiteral("综合|单价"), QStringLiteral("zhdj"), 60);
-    m_zjnrModel->addColumn(QStringLiteral("综合|合价"), QStringLiteral("zhhj"), 60);
-    m_zjnrModel->addColumn(QStringLiteral("单价计算程序"), QStringLiteral("djjscx"), 76);
-    m_zjnr = new zTreeView(m_tabs);
-    m_zjnr->setObjectName(QStringLiteral("gdListZjnr"));
-    m_zjnr->setStyleSheet(QStringLiteral("#gdListZjnr{border-top:0px;}"));
-    m_zjnr->setHeader(new zGroupHeaderView(m_zjnr));
-    m_zjnr->setModel(m_zjnrModel);
-    m_zjnr->header()->setFixedHeight(px(48));
-    m_txtXmxx = textTab(QStringLiteral("txtXmxx"), m_tabs);
-    m_tabs->addPage(m_txtFirst, QStringLiteral("项目特征"));
-    m_tabs->addPage(m_zjnr, QStringLiteral("组价内容"));
-    m_tabs->addPage(m_txtXmxx, QStringLiteral("项目信息"));
-    return m_tabs;
+    m_details = new CloudBillDetails(GuardSite(kSource, this), clientWidget());
+    return m_details;
 }
 
 void TVelQddjjc::declareColumns()
@@ -254,14 +225,29 @@ QLabel *TVelQddjjc::label(const QString &objectName) const
     return findChild<QLabel *>(objectName);
 }
 
+zTreeModel *TVelQddjjc::compositionModel() const
+{
+    return m_details->compositionModel();
+}
+
+zTreeView *TVelQddjjc::compositionView() const
+{
+    return m_details->compositionView();
+}
+
+zTabContent *TVelQddjjc::detailTabs() const
+{
+    return m_details;
+}
+
 QString TVelQddjjc::firstTabText() const
 {
-    return m_txtFirst ? m_txtFirst->toPlainText() : QString();
+    return m_details ? m_details->firstTabText() : QString();
 }
 
 QString TVelQddjjc::projectInfoText() const
 {
-    return m_txtXmxx ? m_txtXmxx->toPlainText() : QString();
+    return m_details ? m_details->projectInfoText() : QString();
 }
 
 void TVelQddjjc::setItemId(QString &id)
@@ -385,28 +371,18 @@ void TVelQddjjc::SetCurQd(BaseDataItem *item)
 {
     GUARDED(kSource, [&] {
         m_curQd = item;
-        if (!m_tabs)
+        if (!m_details)
             return;
         const QString kind = item ? item->text(BaseDataItem::KindRole) : QString();
-        m_tabs->setTabText(0, PriceCheckDetails::firstTabName(kind));
-        m_tabs->setTabText(1, QStringLiteral("组价内容"));
-        m_tabs->setTabText(2, QStringLiteral("项目信息"));
+        m_details->setFirstTabName(PriceCheckDetails::firstTabName(kind));
     });
 }
 
 void TVelQddjjc::setXMxx(QString projectInfo, QString features, zStandardTreeNodeData *composition)
 {
     GUARDED(kSource, [&] {
-        if (!m_tabs)
-            return;
-        m_projectInfo = projectInfo;
-        m_txtXmxx->setPlainText(projectInfo);
-        m_txtFirst->setPlainText(features);
-        if (composition)
-            m_zjnrModel->setRootData(*composition);
-        else
-            m_zjnrModel->clearRows();
-        m_zjnr->expandAll();
+        if (m_details)
+            m_details->showTexts(projectInfo, features, composition);
     });
 }
 
@@ -419,9 +395,7 @@ void TVelQddjjc::setCloudDjData(QStringList &data)
 void TVelQddjjc::clearResult()
 {
     m_listModel->clearRows();
-    m_txtFirst->clear();
-    m_txtXmxx->clear();
-    m_zjnrModel->clearRows();
+    m_details->clear();
     m_bills.clear();
     m_shown = -1;
 }
@@ -491,39 +465,7 @@ void TVelQddjjc::slotDetailXxData(int row, const QVariant &)
         m_shown = row;
         const CloudZjBean &bill = m_bills.at(row);
         const QString kind = m_curQd ? m_curQd->text(BaseDataItem::KindRole) : QString();
-        m_txtFirst->setPlainText(PriceCheckDetails::firstTabText(kind, bill));
-        m_zjnrModel->setRootData(PriceCheckDetails::compositionTree(bill.getZjnrlist()));
-        m_zjnr->expandAll();
-        requestProjectInfo(bill);
-    });
-}
-
-void TVelQddjjc::requestProjectInfo(const CloudZjBean &bill)
-{
-    m_txtXmxx->clear();
-    CloudExchange cloud(GuardSite(kSource, this));
-    QPointer<TVelQddjjc> self(this);
-    const auto reply = cloud.call(PriceCheckDetails::projectInfoRequest(getCurrServer(), bill));
-    if (!self || !reply)
-        return;
-    m_projectInfo = PriceCheckDetails::projectInfoText(reply->dataObject());
-    m_txtXmxx->setPlainText(m_projectInfo);
-}
-
-void TVelQddjjc::showFees(const QModelIndex &index)
-{
-    GUARDED(kSource, [&] {
-        const zStandardTreeNodeData *node = m_zjnrModel->nodeAt(index);
-        if (!node || m_shown < 0 || m_shown >= m_bills.size())
-            return;
-        for (const cloudZjnr &line : m_bills.at(m_shown).getZjnrlist()) {
-            if (line.getId() != node->id())
-                continue;
-            auto *fees = new FyModel(line.getFymblist(), this);
-            fees->CreateUI();
-            ChildDialog::run(this, fees);
-            return;
-        }
+        m_details->showBill(bill, kind, PriceCheckDetails::projectInfoRequest(getCurrServer(), bill));
     });
 }
 

@@ -20,6 +20,7 @@ class QPushButton;
 class TVelQddjjc_Yxys;
 class zBaseCombox;
 class zStandardTreeNodeData;
+class CloudBillDetails;
 class zTabContent;
 class zTableModel;
 class zTableView;
@@ -62,9 +63,9 @@ public:
 
     zTableModel *listModel() const { return m_listModel; }
     zTableView *listView() const { return m_list; }
-    zTreeModel *compositionModel() const { return m_zjnrModel; }
-    zTreeView *compositionView() const { return m_zjnr; }
-    zTabContent *detailTabs() const { return m_tabs; }
+    zTreeModel *compositionModel() const;
+    zTreeView *compositionView() const;
+    zTabContent *detailTabs() const;
     QString firstTabText() const;
     QString projectInfoText() const;
     zBaseCombox *matchCombo() const { return m_comPpgs; }
@@ -106,7 +107,6 @@ private slots:
     void slotCheck();
     void Modification();
     void onBtnClose();
-    void showFees(const QModelIndex &index);
 
 private:
     QWidget *buildHeader();
@@ -115,7 +115,6 @@ private:
     void clearResult();
     bool serverReady() const;
     void appendSummaryRow(const PriceComparison &comparison);
-    void requestProjectInfo(const CloudZjBean &bill);
 
     BaseDataItem *m_curQd = nullptr;
     QString m_itemId;
@@ -128,7 +127,6 @@ private:
     QStringList m_cloudData;
     QList<CloudZjBean> m_bills;
     int m_shown = -1;
-    QString m_projectInfo;
 
     CloudServerCombox *m_comServer = nullptr;
     zBaseCombox *m_comPpgs = nullptr;
@@ -138,10 +136,6 @@ private:
     QPushButton *m_btnNext = nullptr;
     zTableModel *m_listModel = nullptr;
     zTableView *m_list = nullptr;
-    zTabContent *m_tabs = nullptr;
-    QPlainTextEdit *m_txtFirst = nullptr;
-    zTreeModel *m_zjnrModel = nullptr;
-    zTreeView *m_zjnr = nullptr;
-    QPlainTextEdit *m_txtXmxx = nullptr;
+    CloudBillDetails *m_details = nullptr;
     QPointer<TVelQddjjc_Yxys> m_yxys;
 };

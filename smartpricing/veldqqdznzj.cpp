@@ -1,6 +1,8 @@
 #include "veldqqdznzj.h"
 #include "pricingmatch.h"
 
+#include <pricecheck/cloudbilldetails.h>
+
 #include <cloud/cloudasyncrequest.h>
 #include <cloud/cloudexchange.h>
 #include <cloud/cloudserverchoice.h>
@@ -44,14 +46,6 @@ const char kSource[] = "VelDqqdznzj";
 int px(int pixels)
 {
     return InterfaceAdaptation::scaled(pixels);
-}
-
-QPlainTextEdit *textTab(const QString &name, QWidget *parent)
-{
-    auto *edit = new QPlainTextEdit(parent);
-    edit->setObjectName(name);
-    edit->setReadOnly(true);
-    return edit;
 }
 
 QPushButton *arrowButton(const QString &name, const QString &icon, const QString &hover, QWidget *parent)
@@ -113,7 +107,6 @@ void VelDqqdznzj::CreateUI()
         connect(m_btnNext, &QPushButton::clicked, this, &VelDqqdznzj::slotNext);
         connect(m_list, &zTableView::signalButtonClicked, this, &VelDqqdznzj::slotChoose);
         connect(m_list, &zTableView::cellClicked, this, &VelDqqdznzj::slotDetailXxData);
-        connect(m_zjnr, &zTreeView::signalButtonClicked, this, &VelDqqdznzj::showFees);
         CloudServerChoice *choice = createServerChoice(m_comServer, GuardSite(kSource, this));
         m_sources->follow(choice);
         connect(choice, &CloudServerChoice::signalClearData, this, [this] { clearResult(); });
@@ -229,29 +222,8 @@ QWidget *VelDqqdznzj::buildList()
 
 QWidget *VelDqqdznzj::buildDetails()
 {
-    m_tabs = new zTabContent(clientWidget());
-    m_tabs->setObjectName(QStringLiteral("tabDetails"));
-    m_tabs->setTabBarVisible(true);
-    m_txtFirst = textTab(QStringLiteral("txtXmtz"), m_tabs);
-    m_zjnrModel = new zTreeModel(this);
-    m_zjnrModel->addColumn(QStringLiteral("定额编号"), QStringLiteral("debh"), 170);
-    m_zjnrModel->addColumn(QStringLiteral("定额名称"), QStringLiteral("demc"), 370);
-    m_zjnrModel->addColumn(QStringLiteral("工程量"), QStringLiteral("gcl"), 89);
-    m_zjnrModel->addColumn(QStringLiteral("单位"), QStringLiteral("dw"), 82);
-    m_zjnrModel->addColumn(QStringLiteral("综合|单价"), QStringLiteral("zhdj"), 60);
-    m_zjnrModel->addColumn(QStringLiteral("综合|合价"), QStringLiteral("zhhj"), 60);
-    m_zjnrModel->addColumn(QStringLiteral("单价计算程序"), QStringLiteral("djjscx"), 76);
-    m_zjnr = new zTreeView(m_tabs);
-    m_zjnr->setObjectName(QStringLiteral("gdListZjnr"));
-    m_zjnr->setStyleSheet(QStringLiteral("#gdListZjnr{border-top:0px;}"));
-    m_zjnr->setHeader(new zGroupHeaderView(m_zjnr));
-    m_zjnr->setModel(m_zjnrModel);
-    m_zjnr->header()->setFixedHeight(px(48));
-    m_txtXmxx = textTab(QStringLiteral("txtXmxx"), m_tabs);
-    m_tabs->addPage(m_txtFirst, QStringLiteral("项目特征"));
-    m_tabs->addPage(m_zjnr, QStringLiteral("组价内容"));
-    m_tabs->addPage(m_txtXmxx, QStringLiteral("项目信息"));
-    return m_tabs;
+    m_details = new CloudBillDetails(GuardSite(kSource, this), clientWidget());
+    return m_details;
 }
 
 void VelDqqdznzj::initData()
@@ -305,7 +277,7 @@ void VelDqqdznzj::setCurrQd(BaseDataItem *item)
         m_lblQdmc->setText(item ? item->text(BaseDataItem::NameRole).simplified() : QString());
         const QString first = PriceCheckDetails::firstTabName(billKind(item));
         m_chkTh->setText(QStringLiteral("选用时替换") + first);
-        m_tabs->setTabText(0, first);
+        m_details->setFirstTabName(first);
         clearResult();
         if (m_chkZdpp->isChecked()) {
             m_search->clear();
@@ -317,9 +289,7 @@ void VelDqqdznzj::setCurrQd(BaseDataItem *item)
 void VelDqqdznzj::clearResult()
 {
     m_listModel->clearRows();
-    m_txtFirst->clear();
-    m_txtXmxx->clear();
-    m_zjnrModel->clearRows();
+    m_details->clear();
     m_reply = PricingMatchReply();
     m_shown = -1;
 }
@@ -427,49 +397,28 @@ void VelDqqdznzj::slotDetailXxData(int row, const QVariant &)
             return;
         m_shown = row;
         const CloudZjBean &bill = m_reply.bill(row);
-        m_txtFirst->setPlainText(PriceCheckDetails::firstTabText(billKind(m_curQd), bill));
-        m_zjnrModel->setRootData(*PriceCheckDetails::compositionTree(bill.getZjnrlist()));
-        m_zjnr->expandAll();
-        requestProjectInfo(bill);
+        m_details->showBill(bill, billKind(m_curQd), PricingMatch::projectInfoRequest(getCurrServer(), bill));
     });
 }
 
-void VelDqqdznzj::requestProjectInfo(const CloudZjBean &bill)
+zTreeModel *VelDqqdznzj::compositionModel() const
 {
-    m_txtXmxx->clear();
-    CloudExchange cloud(GuardSite(kSource, this));
-    QPointer<VelDqqdznzj> self(this);
-    const auto reply = cloud.call(PricingMatch::projectInfoRequest(getCurrServer(), bill));
-    if (!self || !reply)
-        return;
-    m_txtXmxx->setPlainText(PriceCheckDetails::projectInfoText(reply->dataObject()));
+    return m_details->compositionModel();
+}
+
+zTabContent *VelDqqdznzj::detailTabs() const
+{
+    return m_details;
 }
 
 QString VelDqqdznzj::firstTabText() const
 {
-    return m_txtFirst ? m_txtFirst->toPlainText() : QString();
+    return m_details ? m_details->firstTabText() : QString();
 }
 
 QString VelDqqdznzj::projectInfoText() const
 {
-    return m_txtXmxx ? m_txtXmxx->toPlainText() : QString();
-}
-
-void VelDqqdznzj::showFees(const QModelIndex &index)
-{
-    GUARDED(kSource, [&] {
-        const zStandardTreeNodeData *node = m_zjnrModel->nodeAt(index);
-        if (!node || m_shown < 0 || m_shown >= m_reply.size())
-            return;
-        for (const cloudZjnr &line : m_reply.bill(m_shown).getZjnrlist()) {
-            if (line.getId() != node->id())
-                continue;
-            auto *fees = new FyModel(line.getFymblist(), this);
-            fees->CreateUI();
-            ChildDialog::run(this, fees);
-            return;
-        }
-    });
+    return m_details ? m_details->projectInfoText() : QString();
 }
 
 void VelDqqdznzj::slotChoose(const QModelIndex &index)

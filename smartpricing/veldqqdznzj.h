@@ -23,6 +23,7 @@ class QLabel;
 class QModelIndex;
 class QMovie;
 class QPlainTextEdit;
+class CloudBillDetails;
 class QPushButton;
 class TVelDqqdznzj_Yxys;
 class WorkBaseObject;
@@ -65,8 +66,8 @@ public:
     CloudSources *sources() const { return m_sources; }
     zTableModel *listModel() const { return m_listModel; }
     zTableView *listView() const { return m_list; }
-    zTreeModel *compositionModel() const { return m_zjnrModel; }
-    zTabContent *detailTabs() const { return m_tabs; }
+    zTreeModel *compositionModel() const;
+    zTabContent *detailTabs() const;
     zFilterSearchBox *searchBox() const { return m_search; }
     QCheckBox *skipPricedBox() const { return m_chkTgyydj; }
     QCheckBox *replaceBox() const { return m_chkTh; }
@@ -94,7 +95,6 @@ private slots:
     void slotChoose(const QModelIndex &index);
     void slotPrevious();
     void slotNext();
-    void showFees(const QModelIndex &index);
     void workerReplied(unsigned sequence, const CloudReply &reply);
 
 private:
@@ -107,7 +107,6 @@ private:
     bool passesGuards();
     void fillList();
     void stopPending();
-    void requestProjectInfo(const CloudZjBean &bill);
 
     BaseDataItem *m_curQd = nullptr;
     JJBTableBase *m_table = nullptr;
@@ -136,10 +135,6 @@ private:
     zTableView *m_list = nullptr;
     QLabel *m_lblLoading = nullptr;
     QMovie *m_movie = nullptr;
-    zTabContent *m_tabs = nullptr;
-    QPlainTextEdit *m_txtFirst = nullptr;
-    zTreeModel *m_zjnrModel = nullptr;
-    zTreeView *m_zjnr = nullptr;
-    QPlainTextEdit *m_txtXmxx = nullptr;
+    CloudBillDetails *m_details = nullptr;
     QPointer<TVelDqqdznzj_Yxys> m_yxys;
 };

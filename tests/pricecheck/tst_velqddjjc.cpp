@@ -6,6 +6,7 @@
 #include <pricecheck/tvelqddjjc.h>
 #include <smartpricing/veldqqdznzj_fymodal.h>
 
+#include <hostapi/ztreeview.h>
 #include <hostapi/basedataitem.h>
 #include <hostapi/cloudzjbean.h>
 #include <hostapi/fymodel.h>
@@ -264,7 +265,7 @@ private slots:
         });
         const QModelIndex view = dlg->compositionModel()->index(0, dlg->compositionModel()->columnOf("djjscx"));
         QCOMPARE(view.data(zTableCell::ValueRole).toString(), QStringLiteral("查看"));
-        QMetaObject::invokeMethod(dlg.get(), "showFees", Q_ARG(QModelIndex, view));
+        emit dlg->compositionView()->signalButtonClicked(view);
         QCOMPARE(feeRows, 2);
     }
 
