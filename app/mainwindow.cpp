@@ -6,6 +6,7 @@
 #include "hostcloudwaiter.h"
 #include "hoststate.h"
 #include "materialtablemodel.h"
+#include "multilinedelegate.h"
 #include "projectdocument.h"
 #include "projectfileactions.h"
 #include "settingspanel.h"
@@ -175,6 +176,7 @@ void MainWindow::buildCentral()
         auto *model = new BillTreeModel(table, this);
         auto *view = new QTreeView(m_billTabs);
         view->setModel(model);
+        view->setItemDelegate(new MultiLineDelegate({BillTreeModel::FeaturesColumn, BillTreeModel::WorkContentColumn}, view));
         view->setAlternatingRowColors(true);
         view->setUniformRowHeights(true);
         view->setWordWrap(false);

@@ -103,10 +103,13 @@ QString *settingField(ProjectSettingsInfo &s, int i)
 QString structureError(const QJsonDocument &doc)
 {
     const QJsonObject root = doc.object();
-    if (!doc.isObject() || root.value(QLatin1String("format")).toString() != ProjectFile::formatName())
+    // Files written before the format was named carry tables and no marks;
+    // they are read as the first version.
+    const bool unmarked = !root.contains(QLatin1String("format")) && root.value(QLatin1String("tables")).isArray();
+    if (!doc.isObject() || (!unmarked && root.value(QLatin1String("format")).toString() != ProjectFile::formatName()))
         return QStringLiteral("这不是Velora工程文件");
     const QJsonValue version = root.value(QLatin1String("version"));
-    if (!version.isDouble() || version.toInt() < 1 || version.toInt() > ProjectFile::Version)
+    if (!unmarked && (!version.isDouble() || version.toInt() < 1 || version.toInt() > ProjectFile::Version))
         return QStringLiteral("不支持的工程文件版本：%1（本程序可打开版本 %2）")
             .arg(version.toVariant().toString())
             .arg(ProjectFile::Version);

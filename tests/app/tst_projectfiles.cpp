@@ -160,7 +160,9 @@ private slots:
         const QByteArray head = "{\"format\":\"velora-project\",\"version\":1,";
         QTest::newRow("not JSON") << QByteArray("PK\x03\x04") << "工程文件已损坏：illegal value（第 1 字节）";
         QTest::newRow("truncated") << head + "\"tables\":[{\"items\":[" << "工程文件已损坏：unterminated array（第 59 字节）";
-        QTest::newRow("foreign") << QByteArray("{\"tables\":[{\"items\":[]}]}") << "这不是Velora工程文件";
+        QTest::newRow("foreign") << QByteArray("{\"format\":\"sheet\",\"tables\":[]}") << "这不是Velora工程文件";
+        QTest::newRow("unmarked without tables") << QByteArray("{\"name\":\"x\"}") << "这不是Velora工程文件";
+        QTest::newRow("unmarked, damaged table") << QByteArray("{\"tables\":[1]}") << "工程文件的计价表已损坏";
         QTest::newRow("array") << QByteArray("[1]") << "这不是Velora工程文件";
         QTest::newRow("newer version") << QByteArray("{\"format\":\"velora-project\",\"version\":2}")
                                        << "不支持的工程文件版本：2（本程序可打开版本 1）";
