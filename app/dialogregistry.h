@@ -40,6 +40,9 @@ struct HostDialogEntry
     // The tour step, when it needs more than open() (e.g. to show a second
     // page); defaults to open().
     std::function<QWidget *(HostContext &)> tour;
+    // Works without the cloud (local data first): opens even while the
+    // cloud server cannot be reached.
+    bool offline = false;
 };
 
 class DialogRegistry

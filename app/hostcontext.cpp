@@ -1,5 +1,10 @@
 #include "hostcontext.h"
+#include "materialtablemodel.h"
 #include "projectdocument.h"
+
+#include <QItemSelectionModel>
+
+#include <set>
 
 void HostContext::setCurrentBill(BaseDataItem *bill)
 {
@@ -22,4 +27,18 @@ QString HostContext::sjkm() const
 QString HostContext::scopeLabel() const
 {
     return currentTable ? currentTable->GetName() : QString();
+}
+
+QList<GljBean *> HostContext::selectedMaterials() const
+{
+    QList<GljBean *> out;
+    if (!materials || !materialSelection)
+        return out;
+    std::set<int> rows;
+    for (const QModelIndex &cell : materialSelection->selectedIndexes())
+        rows.insert(cell.row());
+    for (int row : rows)
+        if (GljBean *m = materials->materialAt(row))
+            out << m;
+    return out;
 }

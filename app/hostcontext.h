@@ -5,7 +5,10 @@
 #include <functional>
 
 class BaseDataItem;
+class GljBean;
 class JJBTableBase;
+class MaterialTableModel;
+class QItemSelectionModel;
 class ProjectDocument;
 class QWidget;
 
@@ -18,6 +21,9 @@ public:
     ProjectDocument *project = nullptr;
     BaseDataItem *currentBill = nullptr;
     JJBTableBase *currentTable = nullptr;
+    // The material list and its selection.
+    MaterialTableModel *materials = nullptr;
+    QItemSelectionModel *materialSelection = nullptr;
     // True while the offscreen tour runs: every modal run is grabbed to PNG
     // and rejected, every message box answered with 0.
     bool tour = false;
@@ -29,8 +35,12 @@ public:
     QString sjkm() const;
     // The current table's caption for "应用范围" labels.
     QString scopeLabel() const;
+    // The materials selected in the material list, in list order.
+    QList<GljBean *> selectedMaterials() const;
 
     std::function<void(BaseDataItem *)> onCurrentBillChanged;
+    // A non-modal window that follows the bill the user makes current.
+    std::function<void(BaseDataItem *)> onBillFollowed;
     // Shades `bills` in the host's bill tree (none: no shading).
     std::function<void(const QList<BaseDataItem *> &)> onHighlightBills;
 };

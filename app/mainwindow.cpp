@@ -203,6 +203,8 @@ void MainWindow::buildCentral()
     auto *materialView = new QTableView(lower);
     materialView->setObjectName(QStringLiteral("tableMaterials"));
     materialView->setModel(m_materials);
+    m_context.materials = m_materials;
+    m_context.materialSelection = materialView->selectionModel();
     materialView->verticalHeader()->setDefaultSectionSize(24);
     materialView->resizeColumnsToContents();
     materialView->horizontalHeader()->setSectionResizeMode(MaterialTableModel::MakerColumn, QHeaderView::Stretch);
@@ -389,8 +391,11 @@ void MainWindow::selectBill(BaseDataItem *bill)
 void MainWindow::currentRowChanged(BillTreeModel *model, const QModelIndex &index)
 {
     BaseDataItem *item = model->itemAt(index);
-    if (item && item->isBill())
+    if (item && item->isBill()) {
         showCurrent(item, model->table());
+        if (m_context.onBillFollowed)
+            m_context.onBillFollowed(item);
+    }
 }
 
 // The detail panel and the scope show the bill of the visible tab only: a
@@ -417,7 +422,7 @@ QWidget *MainWindow::openEntry(const QString &id)
     const HostDialogEntry *entry = DialogRegistry::find(id);
     if (!entry || !entry->open)
         return nullptr;
-    if (!cloudAnswers())
+    if (!entry->offline && !cloudAnswers())
         return nullptr;
     const std::function<QWidget *(HostContext &)> open = entry->open;
     return GUARDED("VeloraHost", [&]() -> QWidget * { return open(m_context); });

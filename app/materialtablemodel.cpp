@@ -4,6 +4,8 @@
 #include <hostapi/round.h>
 #include <hostapi/rurecordcontrol.h>
 
+#include <QColor>
+
 MaterialTableModel::MaterialTableModel(GeneralTableBase *table, QObject *parent)
     : QAbstractTableModel(parent), m_table(table)
 {
@@ -22,6 +24,29 @@ GljBean *MaterialTableModel::materialAt(int row) const
     if (!m_table || row < 0 || row >= m_table->materials().size())
         return nullptr;
     return m_table->materials().at(row);
+}
+
+QList<GljBean *> MaterialTableModel::materials() const
+{
+    return m_table ? m_table->materials() : QList<GljBean *>();
+}
+
+void MaterialTableModel::setCheckResults(const QList<CloudCjyjcBean> &results)
+{
+    m_deviations.setResults(results);
+    refreshAll();
+}
+
+void MaterialTableModel::setHighlightRate(const QString &rate)
+{
+    m_deviations.setRate(rate);
+    refreshAll();
+}
+
+void MaterialTableModel::refreshAll()
+{
+    if (rowCount() > 0)
+        emit dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
 }
 
 int MaterialTableModel::rowCount(const QModelIndex &parent) const
@@ -59,8 +84,12 @@ QVariant MaterialTableModel::data(const QModelIndex &index, int role) const
         return QVariant();
     if (role == Qt::EditRole && index.column() == PriceColumn)
         return QString::number(m->GetTj(), 'g', 15);
+    if (role == Qt::ToolTipRole && index.column() == PriceColumn && m_deviations.deviation(*m))
+        return QStringLiteral("%1（偏差率%2%）").arg(cellText(*m, PriceColumn), Round(*m_deviations.deviation(*m), 2, true));
     if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
         return cellText(*m, index.column());
+    if (role == Qt::BackgroundRole && index.column() == PriceColumn && m_deviations.standing(*m) != 0)
+        return m_deviations.standing(*m) > 0 ? QColor(0xFD, 0xE2, 0xE2) : QColor(0xE1, 0xEC, 0xFD);
     if (role == Qt::TextAlignmentRole && index.column() >= QuantityColumn)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
     return QVariant();

@@ -1,4 +1,6 @@
 #pragma once
+#include "materialdeviations.h"
+
 #include <QAbstractTableModel>
 
 class GeneralTableBase;
@@ -17,6 +19,13 @@ public:
     ~MaterialTableModel() override;
 
     GljBean *materialAt(int row) const;
+    QList<GljBean *> materials() const;
+
+    // Adjusted prices that deviate from the last check's cloud prices by
+    // more than the highlight rate are coloured.
+    const MaterialDeviations &deviations() const { return m_deviations; }
+    void setCheckResults(const QList<CloudCjyjcBean> &results);
+    void setHighlightRate(const QString &rate);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -30,5 +39,8 @@ private:
     void materialChanged(GljBean *material);
     QString cellText(const GljBean &m, int column) const;
 
+    void refreshAll();
+
     GeneralTableBase *m_table;
+    MaterialDeviations m_deviations;
 };

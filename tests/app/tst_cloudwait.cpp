@@ -128,6 +128,11 @@ private slots:
         QCOMPARE(window.openEntry(QStringLiteral("pricecheck")), nullptr);
         QCOMPARE(fx->messageTexts(), QStringList{QStringLiteral("无法连接云服务器（连接被拒绝），请检查网络或稍后再试。")});
         QVERIFY(fx->modalRuns().isEmpty());
+        // The guide's local lines need no cloud.
+        QWidget *guide = window.openEntry(QStringLiteral("featureguide"));
+        QVERIFY(guide);
+        delete guide;
+        QCOMPARE(fx->messageTexts().size(), 1);
 
         server.answers = true;
         QVERIFY(server.listen(QHostAddress::LocalHost, port));
