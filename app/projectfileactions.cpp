@@ -4,6 +4,7 @@
 #include "hostfiledialogs.h"
 #include "hoststate.h"
 #include "mainwindow.h"
+#include "materialtablemodel.h"
 #include "projectdocument.h"
 #include "spreadsheetreader.h"
 #include "tableexport.h"
@@ -16,6 +17,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QMenu>
+#include <QStandardItemModel>
 #include <QUndoStack>
 
 namespace {
@@ -48,6 +50,8 @@ void ProjectFileActions::fillMenu(QMenu *file)
     add(QStringLiteral("导出人材机(&M)…"), QStringLiteral("actExportMaterials"), QKeySequence(), [this] {
         exportTable(m_window->materialModel(), QStringLiteral("导出人材机汇总"));
     });
+    add(QStringLiteral("导出材料检查结果(&C)…"), QStringLiteral("actExportMaterialCheck"), QKeySequence(),
+        [this] { exportMaterialCheck(); });
     file->addSeparator();
 }
 
@@ -194,4 +198,34 @@ bool ProjectFileActions::exportTable(const QAbstractItemModel *model, const QStr
         return false;
     }
     return true;
+}
+
+bool ProjectFileActions::exportMaterialCheck(const QString &path)
+{
+    auto *materials = static_cast<MaterialTableModel *>(m_window->materialModel());
+    if (!materials || materials->deviations().isEmpty()) {
+        showMessageBox(QStringLiteral("尚未进行材料价格检查，没有可导出的结果"), m_window);
+        return false;
+    }
+    const int columns[] = {MaterialTableModel::CodeColumn, MaterialTableModel::NameColumn,
+                           MaterialTableModel::SpecColumn, MaterialTableModel::UnitColumn,
+                           MaterialTableModel::QuantityColumn, MaterialTableModel::PriceColumn};
+    QStandardItemModel table;
+    QStringList header;
+    for (int c : columns)
+        header << materials->headerData(c, Qt::Horizontal).toString();
+    table.setHorizontalHeaderLabels(header << QStringLiteral("偏差率(%)"));
+    for (int row = 0; row < materials->rowCount(); ++row) {
+        const std::optional<double> deviation = materials->deviations().deviation(*materials->materialAt(row));
+        if (!deviation)
+            continue;
+        QList<QStandardItem *> cells;
+        for (int c : columns)
+            cells << new QStandardItem(materials->index(row, c).data().toString());
+        cells << new QStandardItem(QString::number(*deviation, 'f', 2));
+        for (int c = 4; c < cells.size(); ++c)
+            cells[c]->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        table.appendRow(cells);
+    }
+    return exportTable(&table, QStringLiteral("导出材料检查结果"), path);
 }

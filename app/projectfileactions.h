@@ -23,6 +23,9 @@ public:
     bool saveAs(const QString &path = QString());
     bool importBills(const QString &path = QString());
     bool exportTable(const QAbstractItemModel *model, const QString &caption, const QString &path = QString());
+    // The materials of the last price check with their deviation from the
+    // cloud price.
+    bool exportMaterialCheck(const QString &path = QString());
     // True when the project may be closed: unchanged, saved, or the user let
     // the changes go.
     bool maybeSave();

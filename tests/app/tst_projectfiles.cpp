@@ -14,6 +14,7 @@
 #include <spreadsheetreader.h>
 #include <tableexport.h>
 
+#include <hostapi/cloudcjyjcbean.h>
 #include <hostapi/jjbtablebase.h>
 #include <hostapi/projectsettinghelper.h>
 
@@ -274,6 +275,23 @@ private slots:
         QString error;
         QVERIFY(!TableExport::write(&model, dir + "/missing/b.csv", &error));
         QVERIFY(error.startsWith("无法写入 " + dir + "/missing/b.csv："));
+    }
+
+    void exportMaterialCheckResults()
+    {
+        MainWindow window(project.get());
+        QVERIFY(!window.fileActions()->exportMaterialCheck(dir + "/c.csv"));
+        QCOMPARE(fx->messageTexts(), QStringList{"尚未进行材料价格检查，没有可导出的结果"});
+        CloudCjyjcBean checked;
+        checked.setGuid(2);
+        checked.setYdj(30.0);
+        checked.setChecked(true);
+        static_cast<MaterialTableModel *>(window.materialModel())->setCheckResults({checked});
+        QVERIFY(window.fileActions()->exportMaterialCheck(dir + "/c.csv"));
+        QList<QStringList> rows;
+        QVERIFY(SpreadsheetReader::read(dir + "/c.csv", &rows, nullptr));
+        QCOMPARE(rows, (QList<QStringList>{{"编码", "名称", "规格型号", "单位", "数量", "调价", "偏差率(%)"},
+                                           {"01002", "镀锌钢管", "DN50", "m", "728.889", "35.19", "17.30"}}));
     }
 
     void editsAreUndoSteps_data()
