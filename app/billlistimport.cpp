@@ -87,7 +87,11 @@ int BillListImport::fill(const QList<QStringList> &rows, const Mapping &mapping,
     auto cell = [&mapping](const QStringList &row, int field) {
         return mapping.columns[field] < 0 ? QString() : row.value(mapping.columns[field]).trimmed();
     };
-    std::vector<std::unique_ptr<BaseDataItem>> bills;
+    // A row with a name alone is a section heading (分部); the bills below it
+    // go into that section.
+    std::vector<std::unique_ptr<BaseDataItem>> top;
+    BaseDataItem *section = nullptr;
+    int count = 0;
     for (int r = mapping.headerRow + 1; r < rows.size(); ++r) {
         const QStringList &row = rows[r];
         if (cell(row, Code).isEmpty() && cell(row, Name).isEmpty())
@@ -95,18 +99,30 @@ int BillListImport::fill(const QList<QStringList> &rows, const Mapping &mapping,
         double quantity = 0.0;
         if (!parseQuantity(cell(row, Quantity), &quantity))
             return fail(QStringLiteral("第 %1 行的工程量“%2”不是数字").arg(r + 1).arg(cell(row, Quantity)));
-        auto bill = std::make_unique<BaseDataItem>(static_cast<qint64>(bills.size()) + 1, BaseDataItem::BillKind);
+        const qint64 id = static_cast<qint64>(r) + 1;
+        if (cell(row, Code).isEmpty() && cell(row, Unit).isEmpty() && cell(row, Quantity).isEmpty()) {
+            top.push_back(std::make_unique<BaseDataItem>(id, BaseDataItem::SectionKind));
+            section = top.back().get();
+            section->setData(BaseDataItem::CodeRole, QString());
+            section->setData(BaseDataItem::NameRole, cell(row, Name));
+            continue;
+        }
+        auto bill = std::make_unique<BaseDataItem>(id, BaseDataItem::BillKind);
         bill->setData(BaseDataItem::CodeRole, cell(row, Code));
         bill->setData(BaseDataItem::NameRole, cell(row, Name));
         bill->setData(BaseDataItem::FeaturesRole, cell(row, Features));
         bill->setData(BaseDataItem::UnitRole, cell(row, Unit));
         bill->setData(BaseDataItem::QuantityRole, quantity);
         bill->setData(BaseDataItem::KindRole, sjkm);
-        bills.push_back(std::move(bill));
+        ++count;
+        if (section)
+            section->appendChild(std::move(bill));
+        else
+            top.push_back(std::move(bill));
     }
-    if (bills.empty())
+    if (count == 0)
         return fail(QStringLiteral("表格中没有清单"));
-    for (auto &bill : bills)
-        table->rootItem()->appendChild(std::move(bill));
-    return static_cast<int>(bills.size());
+    for (auto &item : top)
+        table->rootItem()->appendChild(std::move(item));
+    return count;
 }

@@ -24,7 +24,8 @@ public:
     static QString fieldTitle(int field);
     // The first of the top rows that names at least two fields is the header.
     static Mapping guess(const QList<QStringList> &rows);
-    // Appends a bill for every data row with a code or a name to `table`
+    // Appends a bill for every data row with a code or a name to `table`,
+    // a section for a row with a name alone
     // (which is not shown yet: no undo record). Checks every row first: on
     // an error nothing is added. Returns the number of bills, -1 on error.
     static int fill(const QList<QStringList> &rows, const Mapping &mapping, const QString &sjkm, JJBTableBase *table,

@@ -31,6 +31,7 @@
 namespace {
 const QByteArray kSheetCsv = "清单与计价表\r\n"
                              "序号,项目编码,项目名称,项目特征描述,计量单位,工程量\r\n"
+                             ",,电气工程,,,\r\n"
                              "1,030409001001,电力电缆,\"1.规格：YJV-4*50\n2.敷设：桥架\",m,\"1,234.5\"\r\n"
                              ",,,,,\r\n"
                              "2,030412001001,配管,\"1.材质：JDG, 暗敷\",m,88\r\n";
@@ -219,6 +220,9 @@ private slots:
         QCOMPARE(billLines(*project), (QStringList{"030409001001|电力电缆|1.规格：YJV-4*50\n2.敷设：桥架||1234.5",
                                                    "030412001001|配管|1.材质：JDG, 暗敷||88"}));
         QCOMPARE(project->allBills().first()->text(BaseDataItem::KindRole), QStringLiteral("GB24"));
+        const BaseDataItem *section = project->billTable()->rootItem()->child(0);
+        QCOMPARE(section->GetKind(), int(BaseDataItem::SectionKind));
+        QCOMPARE(section->text(BaseDataItem::NameRole) + QString::number(section->childCount()), QStringLiteral("电气工程2"));
         QCOMPARE(window.windowTitle(), QStringLiteral("Velora — 清单[*]"));
         QVERIFY(window.isWindowModified());
     }
