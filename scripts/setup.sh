@@ -11,6 +11,7 @@ packages=(build-essential cmake ninja-build ccache pkg-config
   fonts-wqy-microhei libcivetweb-dev libxapian-dev libqt5charts5-dev
   libxlsxwriter-dev libminizip-dev libcsv-dev)
 missing=()
+packages+=(libsodium-dev) # password hashing of the cloud service
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
 done

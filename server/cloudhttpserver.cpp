@@ -5,6 +5,7 @@
 #include <civetweb.h>
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QJsonDocument>
 
 #include <chrono>
@@ -60,11 +61,14 @@ enum class BodyRead { Ok, TooLarge, Broken };
 
 // Reads the whole request body, declared or chunked, refusing anything over
 // `limit` before buffering it.
-BodyRead readBody(mg_connection *conn, qint64 limit, QByteArray *body)
+BodyRead readBody(mg_connection *conn, qint64 limit, int timeoutMs, QByteArray *body)
 {
     const qint64 declared = mg_get_request_info(conn)->content_length;
     if (declared > limit)
         return BodyRead::TooLarge;
+    QElapsedTimer clock;
+    clock.start();
+    const qint64 deadline = timeoutMs + qMax<qint64>(0, declared) / 256;
     // Qt sends the headers and the body in two writes; its Nagle algorithm
     // then holds the body until the headers are acknowledged, which a
     // delayed ACK stretches to 40 ms. Answering "Expect: 100-continue" at
@@ -84,6 +88,9 @@ BodyRead readBody(mg_connection *conn, qint64 limit, QByteArray *body)
         if (body->size() + n > limit)
             return BodyRead::TooLarge;
         body->append(buffer, n);
+        // Each read has civetweb's time-out; a trickle of small reads does not.
+        if (clock.elapsed() > deadline)
+            return BodyRead::Broken;
     }
     if (declared >= 0 && body->size() != declared)
         return BodyRead::Broken;
@@ -115,8 +122,16 @@ CloudHttpServer::CloudHttpServer(Handler handler)
 }
 
 CloudHttpServer::CloudHttpServer(Handler handler, const Limits &limits)
+    : CloudHttpServer(ClientHandler([handler = std::move(handler)](const QJsonObject &request, const QString &session,
+                                                                   const QString &) { return handler(request, session); }),
+                      limits)
+{
+}
+
+CloudHttpServer::CloudHttpServer(ClientHandler handler, const Limits &limits)
     : m_handler(std::move(handler))
     , m_limits(limits)
+    , m_handlerSlots(qMax(1, limits.threads))
 {
 }
 
@@ -133,12 +148,15 @@ bool CloudHttpServer::start(const QString &listen, QString *error)
         return false;
     }
     const QByteArray ports = listen.toUtf8();
-    const QByteArray threads = QByteArray::number(qMax(1, m_limits.threads));
-    const QByteArray timeout = QByteArray::number(m_limits.requestTimeoutMs);
-    // Keep-alive lets a client reuse its connection, but civetweb holds a
-    // worker thread on an idle one until the keep-alive time-out, so that is
-    // kept short. TCP_NODELAY keeps small replies from waiting on the peer's
-    // delayed ACK.
+    const int connectionThreads =
+        m_limits.connectionThreads > 0 ? m_limits.connectionThreads : qMax(64, 4 * qMax(1, m_limits.threads));
+    const QByteArray threads = QByteArray::number(connectionThreads);
+    const QByteArray timeout = QByteArray::number(m_limits.headerTimeoutMs);
+    // civetweb reads a connection's headers on its worker thread, bounded by
+    // request_timeout_ms in all. Keep-alive lets a client reuse its
+    // connection, but civetweb holds a worker thread on an idle one until the
+    // keep-alive time-out, so that is kept short. TCP_NODELAY keeps small
+    // replies from waiting on the peer's delayed ACK.
     const char *options[] = {"listening_ports", ports.constData(),
                              "num_threads", threads.constData(),
                              "request_timeout_ms", timeout.constData(),
@@ -252,7 +270,7 @@ int CloudHttpServer::serveCloud(mg_connection *conn)
         return refuseMethod(conn, "Allow: POST");
     m_requests.fetch_add(1);
     QByteArray body;
-    switch (readBody(conn, m_limits.maxBodyBytes, &body)) {
+    switch (readBody(conn, m_limits.maxBodyBytes, m_limits.bodyTimeoutMs, &body)) {
     case BodyRead::Broken:
         // A malformed chunk or a short body; if the client is gone the
         // answer is simply lost.
@@ -266,7 +284,8 @@ int CloudHttpServer::serveCloud(mg_connection *conn)
     }
     const char *session = mg_get_header(conn, SessionHeader);
     try {
-        sendJson(conn, 200, answer(body, QString::fromUtf8(session ? session : "")));
+        const QString client = QString::fromLatin1(mg_get_request_info(conn)->remote_addr);
+        sendJson(conn, 200, answer(body, QString::fromUtf8(session ? session : ""), client));
         return 200;
     } catch (const std::exception &e) {
         std::fprintf(stderr, "velora-cloud: request failed: %s\n", e.what());
@@ -277,13 +296,15 @@ int CloudHttpServer::serveCloud(mg_connection *conn)
     return 500;
 }
 
-QJsonObject CloudHttpServer::answer(const QByteArray &body, const QString &session)
+QJsonObject CloudHttpServer::answer(const QByteArray &body, const QString &session, const QString &client)
 {
+    m_handlerSlots.acquire();
+    const QSemaphoreReleaser release(m_handlerSlots);
     if (!JsonNesting::within(body))
         return failure(BadRequestCode, QStringLiteral("请求内容嵌套超过%1层的上限").arg(JsonNesting::MaxDepth));
     QJsonParseError parseError{};
     const QJsonDocument doc = QJsonDocument::fromJson(body, &parseError);
     if (parseError.error != QJsonParseError::NoError || !doc.isObject())
         return failure(BadRequestCode, QStringLiteral("请求内容不是有效的JSON对象"));
-    return m_handler(doc.object(), session);
+    return m_handler(doc.object(), session, client);
 }

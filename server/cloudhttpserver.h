@@ -3,6 +3,8 @@
 #include <QString>
 
 #include <atomic>
+#include <QSemaphore>
+
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -33,11 +35,22 @@ class CloudHttpServer
 {
 public:
     using Handler = std::function<QJsonObject(const QJsonObject &request, const QString &session)>;
+    // Also given the client's address (for throttling failed logins).
+    using ClientHandler =
+        std::function<QJsonObject(const QJsonObject &request, const QString &session, const QString &client)>;
 
+    // Connections are read and written by many more threads than may run
+    // the handler at once, and a client gets a few seconds for its headers
+    // and a bounded time for its body: clients that stall or trickle hold a
+    // connection thread for that long at most, never a handler slot, so
+    // /health and real requests are served meanwhile.
     struct Limits {
-        int threads = 32;                      // connections served at once
+        int threads = 32;                      // handler calls at once
+        int connectionThreads = 0;             // 0: four per handler slot, at least 64
         qint64 maxBodyBytes = 8 * 1024 * 1024; // larger bodies get 413
-        int requestTimeoutMs = 30000;          // a stalled client frees its thread
+        int headerTimeoutMs = 5000;            // headers, and each read or write
+        int bodyTimeoutMs = 15000;             // the whole body, plus 1 s per 256 KiB declared
+        int requestTimeoutMs = 30000;          // stop() waits this long for handlers
     };
 
     static constexpr int BadRequestCode = 1;
@@ -50,6 +63,7 @@ public:
 
     explicit CloudHttpServer(Handler handler);
     CloudHttpServer(Handler handler, const Limits &limits);
+    CloudHttpServer(ClientHandler handler, const Limits &limits);
     ~CloudHttpServer();
     CloudHttpServer(const CloudHttpServer &) = delete;
     CloudHttpServer &operator=(const CloudHttpServer &) = delete;
@@ -79,14 +93,15 @@ private:
     bool enter();
     void leave();
     int serveCloud(mg_connection *conn);
-    QJsonObject answer(const QByteArray &body, const QString &session);
+    QJsonObject answer(const QByteArray &body, const QString &session, const QString &client);
 
-    Handler m_handler;
+    ClientHandler m_handler;
     Limits m_limits;
     mg_context *m_context = nullptr;
     int m_port = 0;
     QString m_baseUrl;
     std::atomic<qint64> m_requests{0};
+    QSemaphore m_handlerSlots;
     std::mutex m_drainMutex;
     std::condition_variable m_drained;
     int m_inFlight = 0;

@@ -3,12 +3,17 @@
 #include "shutdownsignals.h"
 
 #include <service/cloudservice.h>
+#include <service/passwordhash.h>
 #include <service/serviceerror.h>
 
 #include <QCoreApplication>
 #include <QDir>
 
 #include <cstdio>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 // A body that is not JSON is refused like any other malformed request.
 static_assert(CloudHttpServer::BadRequestCode == ServiceError::BadRequest, "bad-request codes differ");
@@ -39,6 +44,12 @@ void complain(const QString &line)
 
 int main(int argc, char *argv[])
 {
+#ifdef __GLIBC__
+    // glibc gives each thread that allocates an arena of its own, up to
+    // eight per core, and seldom returns their memory: with dozens of
+    // connection threads that multiplies the heap. A few arenas suffice.
+    mallopt(M_ARENA_MAX, 4);
+#endif
     // Before any thread exists, so that every worker inherits the mask.
     ShutdownSignals::block();
     QCoreApplication app(argc, argv);
@@ -65,13 +76,17 @@ int main(int argc, char *argv[])
     }
     if (!service.firstRunNotice().isEmpty())
         say(service.firstRunNotice());
+    if (PasswordHash::configured().memLimit < PasswordHash::interactive().memLimit)
+        complain(QStringLiteral("VELORA_CLOUD_PASSWORD_COST=minimum: password hashes are weak (test setting)"));
 
     CloudHttpServer::Limits limits;
     limits.threads = options.threads;
     limits.maxBodyBytes = options.maxBodyBytes;
-    CloudHttpServer server([&service](const QJsonObject &request, const QString &session) {
-        return service.handle(request, session);
-    }, limits);
+    CloudHttpServer server(CloudHttpServer::ClientHandler(
+                               [&service](const QJsonObject &request, const QString &session, const QString &client) {
+                                   return service.handle(request, session, client);
+                               }),
+                           limits);
     if (!server.start(options.listen, &error)) {
         complain(error);
         return 1;

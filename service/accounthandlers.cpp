@@ -1,5 +1,6 @@
 #include "accounthandlers.h"
 #include "accountstore.h"
+#include "loginthrottle.h"
 #include "requestcontext.h"
 #include "servicedb.h"
 #include "serviceerror.h"
@@ -41,7 +42,7 @@ QJsonObject AccountHandlers::serverList(const RequestContext &request)
     // Enterprise servers (type 1: libraries checked one by one) need a login
     // of their own; until then their token is a placeholder.
     for (const AccountStore::Membership &m : memberships) {
-        const QString token = m_context.accounts->enterpriseTokenOf(session.token, m.enterpriseId);
+        const QString token = m_context.accounts->enterpriseTokenOf(session.token, session.userId, m.enterpriseId);
         list.append(entry(m.name, token.isEmpty() ? QStringLiteral("ent_%1").arg(m.enterpriseId) : token, 1,
                           m.enterpriseId, QStringLiteral("pri"), !token.isEmpty()));
     }
@@ -55,10 +56,10 @@ QJsonObject AccountHandlers::serverList(const RequestContext &request)
 QString AccountHandlers::materialServerToken(const AccountStore::Session &session, int enterpriseId)
 {
     const QString kind = QStringLiteral("cj");
-    QString token = m_context.accounts->enterpriseTokenOf(session.token, enterpriseId, kind);
+    QString token = m_context.accounts->enterpriseTokenOf(session.token, session.userId, enterpriseId, kind);
     if (token.isEmpty())
         m_context.db->write([&] {
-            token = m_context.accounts->enterpriseTokenOf(session.token, enterpriseId, kind);
+            token = m_context.accounts->enterpriseTokenOf(session.token, session.userId, enterpriseId, kind);
             if (token.isEmpty())
                 token = m_context.accounts->openEnterpriseSession(enterpriseId, session.userId, session.token, kind);
         });
@@ -69,12 +70,30 @@ QJsonObject AccountHandlers::login(const RequestContext &request)
 {
     const QString username = request.text(QStringLiteral("username"), true, 64);
     const QString password = request.text(QStringLiteral("password"), true, 128);
-    const int userId = m_context.accounts->verify(username, password);
+    const int userId = checkPassword(request, username, password);
     AccountStore::Session session;
     m_context.db->write([&] { session = m_context.accounts->openSession(userId); });
     return ok(QJsonObject{{QStringLiteral("userid"), QString::number(session.userId)},
                           {QStringLiteral("username"), session.displayName},
                           {QStringLiteral("session"), session.token}});
+}
+
+int AccountHandlers::checkPassword(const RequestContext &request, const QString &username, const QString &password)
+{
+    LoginThrottle &throttle = *m_context.throttle;
+    throttle.begin(username, request.client());
+    try {
+        const int userId = m_context.accounts->verify(username, password);
+        throttle.succeeded(username, request.client());
+        return userId;
+    } catch (const ServiceError &e) {
+        if (e.code() != ServiceError::NotLoggedIn)
+            throttle.cancelled(username, request.client());
+        throw;
+    } catch (...) {
+        throttle.cancelled(username, request.client());
+        throw;
+    }
 }
 
 QJsonObject AccountHandlers::logout(const RequestContext &request)
@@ -92,14 +111,18 @@ QJsonObject AccountHandlers::enterpriseLogin(const RequestContext &request)
     const QString password = request.text(QStringLiteral("password"), true, 128);
     if (m_context.accounts->enterpriseName(qyid).isEmpty())
         throw ServiceError(ServiceError::NotFound, QStringLiteral("企业服务器不存在"));
-    const int userId = m_context.accounts->verify(username, password);
+    // The enterprise login lives inside the Korvane login that opened it.
+    const AccountStore::Session parent = m_context.accounts->session(request.session());
+    if (parent.userId == 0)
+        throw ServiceError(ServiceError::NotLoggedIn, QStringLiteral("未登录Korvane云或登录已失效，请重新登录"));
+    const int userId = checkPassword(request, username, password);
     if (m_context.accounts->role(qyid, userId) == AccountStore::NoRole)
         throw ServiceError(ServiceError::Forbidden, QStringLiteral("该账号不是此企业的成员"));
-    // Tie the enterprise login to the Korvane login only when it is the same user.
-    const AccountStore::Session parent = m_context.accounts->session(request.session());
-    const QString parentToken = parent.userId == userId ? parent.token : QString();
     QString token;
-    m_context.db->write([&] { token = m_context.accounts->openEnterpriseSession(qyid, userId, parentToken); });
+    m_context.db->write([&] {
+        m_context.accounts->purgeExpired();
+        token = m_context.accounts->openEnterpriseSession(qyid, userId, parent.token);
+    });
     return ok(QJsonObject{{QStringLiteral("token"), token}});
 }
 

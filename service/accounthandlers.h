@@ -17,4 +17,6 @@ private:
     QJsonObject enterpriseLogin(const RequestContext &request);
     QJsonObject enterpriseLogout(const RequestContext &request);
     QString materialServerToken(const AccountStore::Session &session, int enterpriseId);
+    // AccountStore::verify behind the failed-login throttle.
+    int checkPassword(const RequestContext &request, const QString &username, const QString &password);
 };

@@ -1,9 +1,11 @@
 #include "accountstore.h"
 #include "passwordhash.h"
+#include "passwordhasher.h"
 #include "servicedb.h"
 #include "serviceerror.h"
 
 #include <QDateTime>
+#include <QMessageAuthenticationCode>
 #include <QSqlQuery>
 
 namespace {
@@ -19,23 +21,39 @@ QString sessionCutoff()
     return QDateTime::currentDateTimeUtc().addDays(-AccountStore::SessionDays).toString(Qt::ISODate);
 }
 
+QString idleCutoff()
+{
+    return QDateTime::currentDateTimeUtc()
+        .addSecs(-60 * AccountStore::EnterpriseIdleMinutes)
+        .toString(Qt::ISODate);
 }
 
-AccountStore::AccountStore(ServiceDb &db)
+// An enterprise token is a keyed digest of its row's nonce under the raw
+// session: the server can give it again (server list) only to that session.
+QString enterpriseToken(const QString &parentSession, const QString &nonce, const QString &kind)
+{
+    const QByteArray mac = QMessageAuthenticationCode::hash(nonce.toUtf8(), parentSession.toUtf8(),
+                                                            QCryptographicHash::Sha256);
+    return (kind == QLatin1String("cj") ? QStringLiteral("cj_") : QStringLiteral("ent_")) + QString::fromLatin1(mac.toHex());
+}
+
+}
+
+AccountStore::AccountStore(ServiceDb &db, PasswordHasher &hasher)
     : m_db(db)
+    , m_hasher(hasher)
 {
 }
 
-int AccountStore::createUser(const QString &username, const QString &displayName, const QString &password,
-                             int iterations)
+int AccountStore::createUser(const QString &username, const QString &displayName, const QString &password)
 {
     if (m_db.scalar(QStringLiteral("SELECT COUNT(*) FROM users WHERE username = ?"), {username}).toInt() > 0)
         throw ServiceError(ServiceError::Conflict, QStringLiteral("用户名已存在"));
-    const QByteArray salt = PasswordHash::newSalt();
-    const QByteArray hash = PasswordHash::derive(password, salt, iterations);
+    // The Argon2id text carries its own salt and cost: salt stays empty and
+    // iterations 0.
     QSqlQuery q = m_db.exec(
-        QStringLiteral("INSERT INTO users(username, display_name, salt, hash, iterations) VALUES(?, ?, ?, ?, ?)"),
-        {username, displayName, salt, hash, iterations});
+        QStringLiteral("INSERT INTO users(username, display_name, salt, hash, iterations) VALUES(?, ?, ?, ?, 0)"),
+        {username, displayName, QByteArray(""), m_hasher.hash(password)});
     return q.lastInsertId().toInt();
 }
 
@@ -59,22 +77,51 @@ int AccountStore::verify(const QString &username, const QString &password)
 {
     QSqlQuery q = m_db.exec(QStringLiteral("SELECT id, salt, hash, iterations FROM users WHERE username = ?"),
                             {username});
+    const ServiceError wrong(ServiceError::NotLoggedIn, QStringLiteral("用户名或密码错误"));
     if (!q.next()) {
-        // Same work as a real check, so that a wrong name is not told apart by time.
-        PasswordHash::derive(password, QByteArray(16, '\0'), PasswordHash::DefaultIterations);
-        throw ServiceError(ServiceError::NotLoggedIn, QStringLiteral("用户名或密码错误"));
+        m_hasher.verify(dummyHash(), password);
+        throw wrong;
     }
-    const QByteArray hash = PasswordHash::derive(password, q.value(1).toByteArray(), q.value(3).toInt());
-    if (!PasswordHash::equal(hash, q.value(2).toByteArray()))
-        throw ServiceError(ServiceError::NotLoggedIn, QStringLiteral("用户名或密码错误"));
-    return q.value(0).toInt();
+    const int userId = q.value(0).toInt();
+    const int iterations = q.value(3).toInt();
+    const QByteArray stored = q.value(2).toByteArray();
+    const bool legacy = iterations > 0;
+    const bool right = legacy ? m_hasher.verifyLegacy(password, q.value(1).toByteArray(), iterations, stored)
+                              : m_hasher.verify(stored, password);
+    if (!right)
+        throw wrong;
+    if (legacy || m_hasher.needsRehash(stored))
+        rehash(userId, password);
+    return userId;
+}
+
+void AccountStore::rehash(int userId, const QString &password)
+{
+    // Best effort: a busy moment leaves the old hash for the next login.
+    try {
+        const QByteArray fresh = m_hasher.hash(password);
+        m_db.write([&] {
+            m_db.exec(QStringLiteral("UPDATE users SET salt = ?, hash = ?, iterations = 0 WHERE id = ?"),
+                      {QByteArray(""), fresh, userId});
+        });
+    } catch (const ServiceError &e) {
+        qWarning("velora service: password hash not upgraded: %s", qUtf8Printable(e.message()));
+    }
+}
+
+QByteArray AccountStore::dummyHash()
+{
+    std::call_once(m_dummyOnce, [this] { m_dummy = m_hasher.hash(PasswordHash::randomToken(16)); });
+    return m_dummy;
 }
 
 AccountStore::Session AccountStore::openSession(int userId)
 {
+    purgeExpired();
     Session s;
     s.token = PasswordHash::randomToken();
-    m_db.exec(QStringLiteral("INSERT INTO sessions(token, user_id, created) VALUES(?, ?, ?)"), {s.token, userId, now()});
+    m_db.exec(QStringLiteral("INSERT INTO sessions(token, user_id, created) VALUES(?, ?, ?)"),
+              {PasswordHash::tokenDigest(s.token), userId, now()});
     QSqlQuery q = m_db.exec(QStringLiteral("SELECT username, display_name FROM users WHERE id = ?"), {userId});
     if (q.next()) {
         s.userId = userId;
@@ -86,8 +133,9 @@ AccountStore::Session AccountStore::openSession(int userId)
 
 void AccountStore::closeSession(const QString &token)
 {
-    m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE parent_session = ?"), {token});
-    m_db.exec(QStringLiteral("DELETE FROM sessions WHERE token = ?"), {token});
+    const QString digest = PasswordHash::tokenDigest(token);
+    m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE parent_session = ?"), {digest});
+    m_db.exec(QStringLiteral("DELETE FROM sessions WHERE token = ?"), {digest});
 }
 
 AccountStore::Session AccountStore::session(const QString &token)
@@ -97,7 +145,7 @@ AccountStore::Session AccountStore::session(const QString &token)
         return s;
     QSqlQuery q = m_db.exec(QStringLiteral("SELECT u.id, u.username, u.display_name FROM sessions s"
                                            " JOIN users u ON u.id = s.user_id WHERE s.token = ? AND s.created > ?"),
-                            {token, sessionCutoff()});
+                            {PasswordHash::tokenDigest(token), sessionCutoff()});
     if (q.next()) {
         s.userId = q.value(0).toInt();
         s.username = q.value(1).toString();
@@ -110,43 +158,75 @@ AccountStore::Session AccountStore::session(const QString &token)
 QString AccountStore::openEnterpriseSession(int enterpriseId, int userId, const QString &parentSession,
                                            const QString &kind)
 {
-    const QString token = (kind == QLatin1String("cj") ? QStringLiteral("cj_") : QStringLiteral("ent_"))
-        + PasswordHash::randomToken();
-    m_db.exec(QStringLiteral("INSERT INTO enterprise_sessions(token, enterprise_id, user_id, parent_session, created, kind)"
-                             " VALUES(?, ?, ?, ?, ?, ?)"),
-              {token, enterpriseId, userId, parentSession, now(), kind});
+    if (parentSession.isEmpty())
+        throw ServiceError(ServiceError::NotLoggedIn, QStringLiteral("未登录Korvane云或登录已失效，请重新登录"));
+    const QString nonce = PasswordHash::randomToken(16);
+    const QString token = enterpriseToken(parentSession, nonce, kind);
+    m_db.exec(QStringLiteral("INSERT INTO enterprise_sessions(token, enterprise_id, user_id, parent_session, created,"
+                             " kind, nonce, last_used) VALUES(?, ?, ?, ?, ?, ?, ?, ?)"),
+              {PasswordHash::tokenDigest(token), enterpriseId, userId, PasswordHash::tokenDigest(parentSession), now(),
+               kind, nonce, now()});
     return token;
 }
 
 void AccountStore::closeEnterpriseSessions(int enterpriseId, const QString &parentSession, const QString &token)
 {
+    const QString parent = parentSession.isEmpty() ? QString() : PasswordHash::tokenDigest(parentSession);
     m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE enterprise_id = ? AND (token = ?"
                              " OR (parent_session <> '' AND parent_session = ? AND kind = 'pri'))"),
-              {enterpriseId, token, parentSession});
+              {enterpriseId, PasswordHash::tokenDigest(token), parent});
 }
 
-AccountStore::EnterpriseSession AccountStore::enterpriseSession(const QString &token)
+AccountStore::EnterpriseSession AccountStore::enterpriseSession(const QString &token, const QString &parentSession)
 {
     EnterpriseSession s;
+    if (token.isEmpty() || parentSession.isEmpty())
+        return s;
+    const QString digest = PasswordHash::tokenDigest(token);
     QSqlQuery q = m_db.exec(
-        QStringLiteral("SELECT user_id, enterprise_id FROM enterprise_sessions WHERE token = ? AND created > ?"),
-        {token, sessionCutoff()});
-    if (q.next()) {
-        s.userId = q.value(0).toInt();
-        s.enterpriseId = q.value(1).toInt();
-    }
+        QStringLiteral("SELECT e.user_id, e.enterprise_id, e.last_used FROM enterprise_sessions e"
+                       " JOIN sessions s ON s.token = e.parent_session"
+                       " WHERE e.token = ? AND e.parent_session = ? AND s.created > ? AND e.last_used > ?"),
+        {digest, PasswordHash::tokenDigest(parentSession), sessionCutoff(), idleCutoff()});
+    if (!q.next())
+        return s;
+    s.userId = q.value(0).toInt();
+    s.enterpriseId = q.value(1).toInt();
+    touchEnterpriseSession(digest, q.value(2).toString());
     return s;
 }
 
-QString AccountStore::enterpriseTokenOf(const QString &parentSession, int enterpriseId, const QString &kind)
+void AccountStore::touchEnterpriseSession(const QString &digest, const QString &lastUsed)
+{
+    // A minute's precision is plenty for the idle time-out, and spares a
+    // write per request.
+    const QString minuteAgo = QDateTime::currentDateTimeUtc().addSecs(-60).toString(Qt::ISODate);
+    if (lastUsed > minuteAgo)
+        return;
+    m_db.tryWrite([&] {
+        m_db.exec(QStringLiteral("UPDATE enterprise_sessions SET last_used = ? WHERE token = ?"), {now(), digest});
+    });
+}
+
+QString AccountStore::enterpriseTokenOf(const QString &parentSession, int userId, int enterpriseId, const QString &kind)
 {
     if (parentSession.isEmpty())
         return QString();
-    return m_db
-        .scalar(QStringLiteral("SELECT token FROM enterprise_sessions WHERE parent_session = ? AND enterprise_id = ?"
-                               " AND kind = ? ORDER BY created DESC, rowid DESC LIMIT 1"),
-                {parentSession, enterpriseId, kind})
-        .toString();
+    const QString nonce =
+        m_db.scalar(QStringLiteral("SELECT nonce FROM enterprise_sessions WHERE parent_session = ? AND user_id = ?"
+                                   " AND enterprise_id = ? AND kind = ? AND last_used > ?"
+                                   " ORDER BY created DESC, rowid DESC LIMIT 1"),
+                    {PasswordHash::tokenDigest(parentSession), userId, enterpriseId, kind, idleCutoff()})
+            .toString();
+    return nonce.isEmpty() ? QString() : enterpriseToken(parentSession, nonce, kind);
+}
+
+void AccountStore::purgeExpired()
+{
+    m_db.exec(QStringLiteral("DELETE FROM sessions WHERE created <= ?"), {sessionCutoff()});
+    m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE last_used <= ?"
+                             " OR parent_session NOT IN (SELECT token FROM sessions)"),
+              {idleCutoff()});
 }
 
 AccountStore::Role AccountStore::role(int enterpriseId, int userId)

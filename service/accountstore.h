@@ -1,7 +1,11 @@
 #pragma once
 #include <QList>
+#include <QByteArray>
 #include <QString>
 
+#include <mutex>
+
+class PasswordHasher;
 class ServiceDb;
 
 // Users, their sessions, enterprises and memberships. Methods that write
@@ -28,16 +32,17 @@ public:
     };
 
     static constexpr int SessionDays = 30;
+    // An enterprise login unused this long ends.
+    static constexpr int EnterpriseIdleMinutes = 120;
 
-    explicit AccountStore(ServiceDb &db);
+    AccountStore(ServiceDb &db, PasswordHasher &hasher);
 
-    int createUser(const QString &username, const QString &displayName, const QString &password,
-                   int iterations);
+    int createUser(const QString &username, const QString &displayName, const QString &password);
     int createEnterprise(int id, const QString &name);
     void setMember(int enterpriseId, int userId, Role role);
 
     // Checks the password; throws ServiceError with a message for the user.
-    // Does not write.
+    // A hash of an older kind or cost is replaced in its own write.
     int verify(const QString &username, const QString &password);
     Session openSession(int userId);
     void closeSession(const QString &token);
@@ -45,14 +50,20 @@ public:
     Session session(const QString &token);
 
     // `kind` "pri" for an enterprise server login, "cj" for the material price
-    // server that the Korvane login opens by itself.
+    // server that the Korvane login opens by itself. The token is bound to
+    // `parentSession` (not empty): it is accepted only with that session and
+    // ends with it. Only digests of both are stored; the token is derived
+    // from the session, so a copy of the file holds nothing usable.
     QString openEnterpriseSession(int enterpriseId, int userId, const QString &parentSession,
                                   const QString &kind = QStringLiteral("pri"));
     void closeEnterpriseSessions(int enterpriseId, const QString &parentSession, const QString &token);
-    EnterpriseSession enterpriseSession(const QString &token);
-    // The enterprise session of this Korvane session for `enterpriseId`, if any.
-    QString enterpriseTokenOf(const QString &parentSession, int enterpriseId,
+    // userId 0 unless `token` is live and was opened by `parentSession`.
+    EnterpriseSession enterpriseSession(const QString &token, const QString &parentSession);
+    // `userId`'s enterprise session of this Korvane session for `enterpriseId`, if any.
+    QString enterpriseTokenOf(const QString &parentSession, int userId, int enterpriseId,
                               const QString &kind = QStringLiteral("pri"));
+    // Drops expired logins; run inside a write.
+    void purgeExpired();
 
     Role role(int enterpriseId, int userId);
     QList<Membership> memberships(int userId);
@@ -62,5 +73,13 @@ public:
     static Role roleFromName(const QString &name);
 
 private:
+    void rehash(int userId, const QString &password);
+    // Checked against for unknown names, so they take a real check's time.
+    QByteArray dummyHash();
+    void touchEnterpriseSession(const QString &digest, const QString &lastUsed);
+
     ServiceDb &m_db;
+    PasswordHasher &m_hasher;
+    std::once_flag m_dummyOnce;
+    QByteArray m_dummy;
 };

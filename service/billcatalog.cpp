@@ -2,9 +2,25 @@
 #include "servicedb.h"
 #include "tierscope.h"
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace {
 // Bills of the Korvane cloud's standard library are public to every tier.
 const QString kPublicScope = QString();
+
+// A large upload or delete leaves freed index and request memory in the
+// allocator's free lists; hand it back to the system.
+void releaseFreedMemory(int changed)
+{
+#ifdef __GLIBC__
+    if (changed >= 100)
+        malloc_trim(0);
+#else
+    Q_UNUSED(changed);
+#endif
+}
 }
 
 BillCatalog::BillCatalog(ServiceDb &db)
@@ -56,6 +72,7 @@ void BillCatalog::added(const QVector<qint64> &ids)
             m_index.add(recordOf(bill));
     }
     m_index.build();
+    releaseFreedMemory(ids.size());
 }
 
 void BillCatalog::removed(const QVector<qint64> &ids)
@@ -65,6 +82,7 @@ void BillCatalog::removed(const QVector<qint64> &ids)
     for (qint64 id : ids)
         m_index.remove(id);
     m_index.build();
+    releaseFreedMemory(ids.size());
 }
 
 QVector<qint64> BillCatalog::match(const Query &query, const QString &scope, int *total) const

@@ -10,7 +10,12 @@ CloudService::~CloudService() = default;
 
 QJsonObject CloudService::handle(const QJsonObject &request, const QString &session)
 {
-    return m_core->handle(request, session);
+    return m_core->handle(request, session, QString());
+}
+
+QJsonObject CloudService::handle(const QJsonObject &request, const QString &session, const QString &client)
+{
+    return m_core->handle(request, session, client);
 }
 
 QString CloudService::openError() const

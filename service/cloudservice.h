@@ -27,6 +27,8 @@ public:
     CloudService &operator=(const CloudService &) = delete;
 
     QJsonObject handle(const QJsonObject &request, const QString &session);
+    // `client`: the caller's network address, for throttling failed logins.
+    QJsonObject handle(const QJsonObject &request, const QString &session, const QString &client);
 
     // Error text when the data folder could not be opened (then every request
     // is answered with a failure reply).

@@ -1,55 +1,83 @@
 #include "passwordhash.h"
 
-#include <QMessageAuthenticationCode>
+#include <QCryptographicHash>
+#include <QPasswordDigestor>
 #include <QRandomGenerator>
+
+#include <sodium.h>
 
 namespace {
 
-QByteArray randomBytes(int count)
+bool sodiumReady()
 {
-    QByteArray bytes(count, Qt::Uninitialized);
-    auto *rng = QRandomGenerator::system();
-    for (int i = 0; i < count; ++i)
-        bytes[i] = char(rng->bounded(256));
-    return bytes;
+    static const bool ready = sodium_init() >= 0;
+    return ready;
 }
 
 }
 
-QByteArray PasswordHash::newSalt()
+PasswordHash::Cost PasswordHash::interactive()
 {
-    return randomBytes(16);
+    return Cost{crypto_pwhash_OPSLIMIT_INTERACTIVE, crypto_pwhash_MEMLIMIT_INTERACTIVE};
 }
 
-QByteArray PasswordHash::derive(const QString &password, const QByteArray &salt, int iterations)
+PasswordHash::Cost PasswordHash::minimum()
 {
-    // One 32-byte block is all a SHA-256 key needs.
-    QMessageAuthenticationCode mac(QCryptographicHash::Sha256, password.toUtf8());
-    mac.addData(salt);
-    mac.addData(QByteArray::fromHex("00000001"));
-    QByteArray u = mac.result();
-    QByteArray key = u;
-    for (int i = 1; i < iterations; ++i) {
-        mac.reset();
-        mac.addData(u);
-        u = mac.result();
-        for (int j = 0; j < key.size(); ++j)
-            key[j] = char(key.at(j) ^ u.at(j));
-    }
-    return key;
+    return Cost{crypto_pwhash_OPSLIMIT_MIN, crypto_pwhash_MEMLIMIT_MIN};
 }
 
-bool PasswordHash::equal(const QByteArray &a, const QByteArray &b)
+PasswordHash::Cost PasswordHash::configured()
 {
-    if (a.size() != b.size())
+    static const bool cheap = qgetenv("VELORA_CLOUD_PASSWORD_COST") == "minimum";
+    return cheap ? minimum() : interactive();
+}
+
+QByteArray PasswordHash::hash(const QString &password, const Cost &cost)
+{
+    if (!sodiumReady())
+        return QByteArray();
+    const QByteArray utf8 = password.toUtf8();
+    char out[crypto_pwhash_STRBYTES];
+    if (crypto_pwhash_str(out, utf8.constData(), size_t(utf8.size()), cost.opsLimit, cost.memLimit) != 0)
+        return QByteArray();
+    return QByteArray(out);
+}
+
+bool PasswordHash::verify(const QByteArray &stored, const QString &password)
+{
+    if (!sodiumReady() || size_t(stored.size()) >= crypto_pwhash_STRBYTES)
         return false;
-    unsigned char diff = 0;
-    for (int i = 0; i < a.size(); ++i)
-        diff |= static_cast<unsigned char>(a.at(i) ^ b.at(i));
-    return diff == 0;
+    const QByteArray utf8 = password.toUtf8();
+    return crypto_pwhash_str_verify(stored.constData(), utf8.constData(), size_t(utf8.size())) == 0;
+}
+
+bool PasswordHash::needsRehash(const QByteArray &stored, const Cost &cost)
+{
+    if (!sodiumReady() || size_t(stored.size()) >= crypto_pwhash_STRBYTES)
+        return true;
+    return crypto_pwhash_str_needs_rehash(stored.constData(), cost.opsLimit, cost.memLimit) != 0;
+}
+
+bool PasswordHash::verifyLegacy(const QString &password, const QByteArray &salt, int iterations,
+                                const QByteArray &key)
+{
+    if (iterations <= 0 || key.size() != 32 || !sodiumReady())
+        return false;
+    const QByteArray derived = QPasswordDigestor::deriveKeyPbkdf2(QCryptographicHash::Sha256, password.toUtf8(),
+                                                                  salt, iterations, 32);
+    return derived.size() == 32 && sodium_memcmp(derived.constData(), key.constData(), 32) == 0;
 }
 
 QString PasswordHash::randomToken(int bytes)
 {
-    return QString::fromLatin1(randomBytes(bytes).toHex());
+    QByteArray random(bytes, Qt::Uninitialized);
+    auto *rng = QRandomGenerator::system();
+    for (char &c : random)
+        c = char(rng->bounded(256));
+    return QString::fromLatin1(random.toHex());
+}
+
+QString PasswordHash::tokenDigest(const QString &token)
+{
+    return QString::fromLatin1(QCryptographicHash::hash(token.toUtf8(), QCryptographicHash::Sha256).toHex());
 }

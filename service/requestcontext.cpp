@@ -27,8 +27,9 @@ bool absent(const QJsonValue &v, const QString &key, bool required, bool blankTe
 
 }
 
-RequestContext::RequestContext(const QJsonObject &request, const QString &session)
+RequestContext::RequestContext(const QJsonObject &request, const QString &session, const QString &client)
     : m_session(session)
+    , m_client(client)
 {
     if (request.isEmpty())
         throw ServiceError(ServiceError::BadRequest, QStringLiteral("请求内容为空"));

@@ -12,11 +12,13 @@ public:
     static constexpr int MaxText = 4000;
     static constexpr int MaxArray = 2000;
 
-    RequestContext(const QJsonObject &request, const QString &session);
+    RequestContext(const QJsonObject &request, const QString &session, const QString &client = QString());
 
     QString method() const { return m_method; }
     QJsonObject data() const { return m_data; }
     QString session() const { return m_session; }
+    // The caller's network address; empty in-process.
+    QString client() const { return m_client; }
     bool hasOriginToken() const { return m_hasOriginToken; }
     QString originToken() const { return m_originToken; }
 
@@ -38,6 +40,7 @@ private:
     QJsonObject m_data;
     QString m_method;
     QString m_session;
+    QString m_client;
     QString m_originToken;
     bool m_hasOriginToken = false;
 };

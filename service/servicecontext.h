@@ -6,6 +6,7 @@
 
 class AccountStore;
 class BillCatalog;
+class LoginThrottle;
 class RequestContext;
 class ServiceDb;
 
@@ -14,6 +15,7 @@ struct ServiceContext {
     ServiceDb *db = nullptr;
     AccountStore *accounts = nullptr;
     BillCatalog *catalog = nullptr;
+    LoginThrottle *throttle = nullptr;
     QString dataDir;
 };
 

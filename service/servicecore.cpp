@@ -3,6 +3,8 @@
 #include "accountstore.h"
 #include "billcatalog.h"
 #include "libraryhandlers.h"
+#include "loginthrottle.h"
+#include "passwordhasher.h"
 #include "materialhandlers.h"
 #include "pricinghandlers.h"
 #include "requestcontext.h"
@@ -11,6 +13,7 @@
 #include "serviceseed.h"
 
 #include <QDir>
+#include <QFile>
 
 ServiceCore::ServiceCore(const QString &dataDir, CloudService::Seed seed)
     : m_dataDir(dataDir)
@@ -33,13 +36,20 @@ QString ServiceCore::databaseFileName()
 
 void ServiceCore::open(CloudService::Seed seed)
 {
+    const bool fresh = !m_dataDir.isEmpty() && !QDir(m_dataDir).exists();
     if (m_dataDir.isEmpty() || !QDir().mkpath(m_dataDir))
         throw ServiceError(ServiceError::Internal, QStringLiteral("无法创建云服务数据目录：%1").arg(m_dataDir));
+    // A folder made here is the owner's alone, like the files in it.
+    if (fresh)
+        QFile::setPermissions(m_dataDir, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     m_db = std::make_unique<ServiceDb>(QDir(m_dataDir).filePath(databaseFileName()));
     m_db->open();
-    m_accounts = std::make_unique<AccountStore>(*m_db);
+    m_hasher = std::make_unique<PasswordHasher>(PasswordHash::configured());
+    m_throttle = std::make_unique<LoginThrottle>();
+    m_accounts = std::make_unique<AccountStore>(*m_db, *m_hasher);
     m_context.db = m_db.get();
     m_context.accounts = m_accounts.get();
+    m_context.throttle = m_throttle.get();
     m_context.dataDir = m_dataDir;
 
     ServiceSeed seeder(m_context);
@@ -58,11 +68,11 @@ void ServiceCore::open(CloudService::Seed seed)
         group->registerOn(m_table);
 }
 
-QJsonObject ServiceCore::handle(const QJsonObject &request, const QString &session)
+QJsonObject ServiceCore::handle(const QJsonObject &request, const QString &session, const QString &client)
 {
     QJsonObject reply;
     try {
-        reply = dispatch(request, session);
+        reply = dispatch(request, session, client);
         reply.insert(QStringLiteral("code"), 0);
         if (!reply.contains(QStringLiteral("msg")))
             reply.insert(QStringLiteral("msg"), QStringLiteral("成功"));
@@ -83,11 +93,11 @@ QJsonObject ServiceCore::handle(const QJsonObject &request, const QString &sessi
                        {QStringLiteral("data"), QJsonValue()}};
 }
 
-QJsonObject ServiceCore::dispatch(const QJsonObject &request, const QString &session)
+QJsonObject ServiceCore::dispatch(const QJsonObject &request, const QString &session, const QString &client)
 {
     if (!m_openError.isEmpty())
         throw ServiceError(ServiceError::Internal, QStringLiteral("云服务数据无法打开：%1").arg(m_openError));
-    const RequestContext context(request, session);
+    const RequestContext context(request, session, client);
     const auto it = m_table.constFind(context.method());
     if (it == m_table.constEnd())
         throw ServiceError(ServiceError::UnknownMethod, QStringLiteral("不支持的方法：%1").arg(context.method()));

@@ -12,6 +12,8 @@
 class AccountStore;
 class BillCatalog;
 class HandlerGroup;
+class LoginThrottle;
+class PasswordHasher;
 class ServiceDb;
 
 // The service behind CloudService: storage, accounts, the matcher and the
@@ -22,7 +24,7 @@ public:
     ServiceCore(const QString &dataDir, CloudService::Seed seed);
     ~ServiceCore();
 
-    QJsonObject handle(const QJsonObject &request, const QString &session);
+    QJsonObject handle(const QJsonObject &request, const QString &session, const QString &client);
     QString openError() const { return m_openError; }
     QString firstRunNotice() const { return m_firstRunNotice; }
 
@@ -30,12 +32,14 @@ public:
 
 private:
     void open(CloudService::Seed seed);
-    QJsonObject dispatch(const QJsonObject &request, const QString &session);
+    QJsonObject dispatch(const QJsonObject &request, const QString &session, const QString &client);
 
     QString m_dataDir;
     QString m_openError;
     QString m_firstRunNotice;
     std::unique_ptr<ServiceDb> m_db;
+    std::unique_ptr<PasswordHasher> m_hasher;
+    std::unique_ptr<LoginThrottle> m_throttle;
     std::unique_ptr<AccountStore> m_accounts;
     std::unique_ptr<BillCatalog> m_catalog;
     ServiceContext m_context;

@@ -2,7 +2,10 @@
 #include "serviceerror.h"
 
 #include <QAtomicInteger>
+#include <QFile>
 #include <QSqlError>
+
+#include <mutex>
 
 namespace {
 
@@ -58,6 +61,13 @@ const QStringList &migrations()
             "CREATE INDEX idx_prices_library ON material_prices(library_id)"),
         // 3: sessions of the material price servers, opened with the Korvane login
         QStringLiteral("ALTER TABLE enterprise_sessions ADD COLUMN kind TEXT NOT NULL DEFAULT 'pri'"),
+        // 4: only digests of tokens are kept (earlier logins end), enterprise
+        // tokens derived from their session, idle enterprise logins expire
+        QStringLiteral("DELETE FROM enterprise_sessions;"
+                       "DELETE FROM sessions;"
+                       "ALTER TABLE enterprise_sessions ADD COLUMN nonce TEXT NOT NULL DEFAULT '';"
+                       "ALTER TABLE enterprise_sessions ADD COLUMN last_used TEXT NOT NULL DEFAULT '';"
+                       "CREATE INDEX idx_enterprise_sessions_parent ON enterprise_sessions(parent_session)"),
     };
     return steps;
 }
@@ -93,10 +103,28 @@ int ServiceDb::latestVersion()
 
 void ServiceDb::open()
 {
+    restrictFileAccess();
     QSqlDatabase db = connection();
     exec(QStringLiteral("PRAGMA journal_mode=WAL"));
     exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
+    // All connections together (process-wide).
+    exec(QStringLiteral("PRAGMA soft_heap_limit=33554432"));
     migrate();
+}
+
+void ServiceDb::restrictFileAccess()
+{
+    // SQLite gives the -wal and -shm files the mode of the database file, so
+    // the file is made (or turned) owner-only before SQLite opens it.
+    const QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    QFile file(m_path);
+    if (!file.exists() && file.open(QIODevice::WriteOnly))
+        file.close();
+    for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")}) {
+        QFile part(m_path + suffix);
+        if (part.exists() && !part.setPermissions(ownerOnly))
+            qWarning("velora service db: cannot restrict %s", qUtf8Printable(part.fileName()));
+    }
 }
 
 int ServiceDb::schemaVersion()
@@ -166,6 +194,9 @@ QSqlDatabase ServiceDb::openConnection(const QString &name)
         throw dbError(QStringLiteral("open ") + m_path, db.lastError());
     QSqlQuery pragma(db);
     pragma.exec(QStringLiteral("PRAGMA foreign_keys=ON"));
+    // Every request thread has a connection of its own; SQLite's default
+    // 2 MB page cache each would add up to far more than the data needs.
+    pragma.exec(QStringLiteral("PRAGMA cache_size=-512"));
     return db;
 }
 
@@ -194,6 +225,20 @@ QVariant ServiceDb::scalar(const QString &sql, const QVariantList &values, const
 void ServiceDb::write(const std::function<void()> &body)
 {
     QMutexLocker lock(&m_writeMutex);
+    runTransaction(body);
+}
+
+bool ServiceDb::tryWrite(const std::function<void()> &body)
+{
+    std::unique_lock<QMutex> lock(m_writeMutex, std::try_to_lock);
+    if (!lock.owns_lock())
+        return false;
+    runTransaction(body);
+    return true;
+}
+
+void ServiceDb::runTransaction(const std::function<void()> &body)
+{
     QSqlDatabase db = connection();
     if (!db.transaction())
         throw dbError(QStringLiteral("begin"), db.lastError());

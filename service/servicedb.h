@@ -38,12 +38,17 @@ public:
     // writer of this object). Any exception rolls everything back and is
     // rethrown.
     void write(const std::function<void()> &body);
+    // write() when no other writer holds the lock at this moment (this
+    // thread's included); otherwise nothing. For bookkeeping that may lapse.
+    bool tryWrite(const std::function<void()> &body);
 
 private:
     QSqlDatabase connection();
     QSqlDatabase openConnection(const QString &name);
     void migrate();
     void dropDeadThreadConnections();
+    void runTransaction(const std::function<void()> &body);
+    void restrictFileAccess();
 
     QString m_path;
     QString m_prefix;

@@ -16,6 +16,8 @@ public:
         NotFound = 4,     // the addressed record does not exist
         Conflict = 5,     // duplicate name and the like
         UnknownMethod = 6,
+        TooManyAttempts = 7, // failed logins throttled
+        Busy = 8,            // try again shortly
         Internal = 500
     };
 

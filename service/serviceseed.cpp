@@ -140,7 +140,7 @@ void ServiceSeed::seedAccounts()
         QVector<int> ids;
         for (const SeedUser &u : kUsers)
             ids.append(accounts.createUser(QString::fromUtf8(u.username), QString::fromUtf8(u.displayName),
-                                           DemoPassword, PasswordHash::DefaultIterations));
+                                           DemoPassword));
         accounts.createEnterprise(EastEnterprise, QStringLiteral("华东建设集团有限公司"));
         accounts.createEnterprise(WestEnterprise, QStringLiteral("蜀川造价咨询有限公司"));
         accounts.setMember(EastEnterprise, ids.at(0), AccountStore::AdminRole);

@@ -71,7 +71,7 @@ TierScope TierScope::resolve(const RequestContext &request, AccountStore &accoun
         return scope;
     }
 
-    const AccountStore::EnterpriseSession session = accounts.enterpriseSession(token);
+    const AccountStore::EnterpriseSession session = accounts.enterpriseSession(token, request.session());
     if (session.userId == 0)
         throw ServiceError(ServiceError::NotLoggedIn, QStringLiteral("企业服务器未登录或登录已失效，请重新登录"));
     if (admits == PersonalOnly || admits == KorvaneOnly)

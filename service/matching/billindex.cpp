@@ -4,7 +4,7 @@
 #include <algorithm>
 
 BillIndex::BillIndex()
-    : m_data(new BillIndexData)
+    : m_current(std::make_shared<BillIndexData>())
 {
 }
 
@@ -12,32 +12,71 @@ BillIndex::~BillIndex() = default;
 
 void BillIndex::add(const BillRecord &record)
 {
-    QWriteLocker lock(&m_lock);
-    m_data->add(record);
+    std::lock_guard<std::mutex> lock(m_pendingMutex);
+    m_pending.push_back(record);
 }
 
 void BillIndex::remove(qint64 id)
 {
-    QWriteLocker lock(&m_lock);
-    m_data->remove(id);
+    std::lock_guard<std::mutex> lock(m_pendingMutex);
+    m_removals.push_back(id);
+}
+
+std::shared_ptr<const BillIndexData> BillIndex::current() const
+{
+    std::lock_guard<std::mutex> lock(m_currentMutex);
+    return m_current;
+}
+
+void BillIndex::publish(std::shared_ptr<const BillIndexData> next)
+{
+    {
+        std::lock_guard<std::mutex> lock(m_currentMutex);
+        m_current.swap(next);
+    }
+    // `next` now holds the old state; it goes when its last query ends.
 }
 
 void BillIndex::build()
 {
-    QWriteLocker lock(&m_lock);
-    m_data->build();
+    std::lock_guard<std::mutex> writer(m_writer);
+    std::vector<BillRecord> pending;
+    std::vector<qint64> removals;
+    {
+        std::lock_guard<std::mutex> lock(m_pendingMutex);
+        pending.swap(m_pending);
+        removals.swap(m_removals);
+    }
+    if (pending.empty() && removals.empty())
+        return;
+    std::vector<BillIndexData::Staged> staged;
+    staged.reserve(pending.size());
+    for (const BillRecord &r : pending)
+        staged.push_back(BillIndexData::stage(r));
+    pending = std::vector<BillRecord>();
+
+    const std::shared_ptr<const BillIndexData> old = current();
+    auto next = std::make_shared<BillIndexData>(*old);
+    next->apply(std::move(staged), removals);
+    if (next->wantsCompaction()) {
+        auto fresh = std::make_shared<BillIndexData>();
+        fresh->setBudget(next->budget());
+        fresh->apply(next->liveDocs(), {});
+        next = std::move(fresh);
+    }
+    if (next->normsStale())
+        next->install(next->freshNorms());
+    publish(std::move(next));
 }
 
 QVector<BillMatch> BillIndex::query(const BillQuery &query, int *total) const
 {
-    QReadLocker lock(&m_lock);
-    return m_data->query(query, total);
+    return current()->query(query, total);
 }
 
 int BillIndex::size() const
 {
-    QReadLocker lock(&m_lock);
-    return m_data->size();
+    return current()->size();
 }
 
 int BillIndex::poolSize()
@@ -47,6 +86,8 @@ int BillIndex::poolSize()
 
 void BillIndex::setCandidateBudget(int postings)
 {
-    QWriteLocker lock(&m_lock);
-    m_data->setBudget(size_t(std::max(1, postings)));
+    std::lock_guard<std::mutex> writer(m_writer);
+    auto next = std::make_shared<BillIndexData>(*current());
+    next->setBudget(size_t(std::max(1, postings)));
+    publish(std::move(next));
 }

@@ -1,10 +1,11 @@
 #pragma once
-#include <QReadWriteLock>
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
 #include <memory>
+#include <mutex>
+#include <vector>
 
 // One stored bill as the matcher sees it. `source` is 1 for a standard bill and
 // 2 for an accumulated project bill; `projectId` is empty for standard bills.
@@ -65,7 +66,9 @@ class BillIndexData;
 // slice of the same full ranking.
 //
 // Thread safety: any number of concurrent query() calls; add()/remove()/build()
-// may run at any time and are serialised against queries.
+// may run at any time. Queries run on an immutable state of the index; build()
+// makes the next state beside them (a copy with the changes applied, or a
+// compacted rebuild) and swaps it in, so a query never waits for a writer.
 class BillIndex
 {
 public:
@@ -78,8 +81,9 @@ public:
     // replaces the old one.
     void add(const BillRecord &record);
     void remove(qint64 id);
-    // Makes every queued change searchable. Cheap when only a few bills were
-    // added since the last call.
+    // Makes every queued change searchable: the next state is a copy of
+    // the index with the changes, so a build costs about a copy's time
+    // however few bills changed (uploads build once per request).
     void build();
 
     QVector<BillMatch> query(const BillQuery &query, int *total = nullptr) const;
@@ -91,6 +95,13 @@ public:
     void setCandidateBudget(int postings);
 
 private:
-    mutable QReadWriteLock m_lock;
-    std::unique_ptr<BillIndexData> m_data;
+    std::shared_ptr<const BillIndexData> current() const;
+    void publish(std::shared_ptr<const BillIndexData> next);
+
+    std::mutex m_writer; // one build() at a time
+    std::mutex m_pendingMutex;
+    std::vector<BillRecord> m_pending;
+    std::vector<qint64> m_removals;
+    mutable std::mutex m_currentMutex; // held only to copy or replace the pointer
+    std::shared_ptr<const BillIndexData> m_current;
 };

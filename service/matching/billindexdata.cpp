@@ -82,33 +82,48 @@ void BillIndexData::eraseId(qint64 id)
     m_byId.erase(it);
 }
 
-void BillIndexData::index(const BillRecord &r)
+BillIndexData::Staged BillIndexData::stage(const BillRecord &r)
+{
+    Staged s;
+    s.id = r.id;
+    s.payload = r.payload;
+    s.source = uint8_t(r.source == 2 ? 2 : 1);
+    s.code = BillText::codeKey(r.code);
+    s.unit = BillText::unitKey(r.unit);
+    s.scope = r.scope;
+    s.project = r.projectId;
+    s.text = BillText::normalise(r.name + QLatin1Char('\n') + r.features + QLatin1Char('\n') + r.workContent);
+    s.terms = BillText::terms(BillText::stripLabels(s.text));
+    return s;
+}
+
+void BillIndexData::index(Staged &r)
 {
     eraseId(r.id);
     const uint32_t docNo = uint32_t(m_docs.size());
     Doc d;
     d.id = r.id;
     d.payload = r.payload;
-    d.source = uint8_t(r.source == 2 ? 2 : 1);
-    d.code = BillText::codeKey(r.code);
-    const QString unit = BillText::unitKey(r.unit);
-    d.unit = unit.isEmpty() ? 0 : uint16_t(intern(m_units, unit) + 1);
+    d.source = r.source;
+    d.code = r.code;
+    d.unit = r.unit.isEmpty() ? 0 : uint16_t(intern(m_units, r.unit) + 1);
     d.scope = r.scope.isEmpty() ? -1 : intern(m_scopes, r.scope);
-    if (!r.projectId.isEmpty()) {
-        d.project = intern(m_projects, r.projectId);
+    if (!r.project.isEmpty()) {
+        d.project = intern(m_projects, r.project);
         if (size_t(d.project) >= m_projectDocs.size())
             m_projectDocs.resize(size_t(d.project) + 1);
         m_projectDocs[size_t(d.project)].push_back(docNo);
     }
 
-    const QString text = BillText::normalise(r.name + QLatin1Char('\n') + r.features + QLatin1Char('\n') + r.workContent);
     d.textBegin = m_text.size();
-    d.textLen = uint32_t(text.size());
-    const char16_t *chars = reinterpret_cast<const char16_t *>(text.utf16());
-    m_text.insert(m_text.end(), chars, chars + text.size());
+    d.textLen = uint32_t(r.text.size());
+    const char16_t *chars = reinterpret_cast<const char16_t *>(r.text.utf16());
+    m_text.insert(m_text.end(), chars, chars + r.text.size());
+    r.text.clear();
 
     std::vector<uint32_t> ids;
-    for (uint64_t key : BillText::terms(BillText::stripLabels(text))) {
+    ids.reserve(r.terms.size());
+    for (uint64_t key : r.terms) {
         auto ins = m_gramIds.emplace(key, uint32_t(m_postings.size()));
         if (ins.second)
             m_postings.emplace_back();
@@ -130,25 +145,22 @@ void BillIndexData::index(const BillRecord &r)
     ++m_live;
 }
 
-void BillIndexData::computeNorm(uint32_t doc)
+float BillIndexData::computeNorm(uint32_t doc) const
 {
     const Doc &d = m_docs[doc];
     double sum = 0.0;
     for (uint32_t i = 0; i < d.fwdLen; ++i)
         sum += m_idf2[m_fwd[d.fwdBegin + i]];
-    m_norm[doc] = float(std::sqrt(sum));
+    return float(std::sqrt(sum));
 }
 
-void BillIndexData::build()
+void BillIndexData::apply(std::vector<Staged> staged, const std::vector<qint64> &removals)
 {
-    for (qint64 id : m_pendingRemovals)
+    for (qint64 id : removals)
         eraseId(id);
-    m_pendingRemovals.clear();
     const size_t before = m_docs.size();
-    for (const BillRecord &r : m_pending)
+    for (Staged &r : staged)
         index(r);
-    m_pending.clear();
-    m_pending.shrink_to_fit();
 
     const double n = double(m_docs.size()) + 1.0;
     m_idf2.resize(m_postings.size());
@@ -156,14 +168,56 @@ void BillIndexData::build()
         const double idf = std::log(n / double(m_postings[g].size()));
         m_idf2[g] = float(idf * idf);
     }
-    // Norms of older bills follow the changing idf only when the corpus has
-    // grown noticeably; a few saved bills must not cost a full pass.
-    const bool full = m_docs.size() * 10 > m_normsAt * 11;
+    // New bills get their norms now; older ones when freshNorms() runs.
     m_norm.resize(m_docs.size());
-    for (size_t i = full ? 0 : before; i < m_docs.size(); ++i)
-        computeNorm(uint32_t(i));
-    if (full)
-        m_normsAt = m_docs.size();
+    for (size_t i = before; i < m_docs.size(); ++i)
+        m_norm[i] = computeNorm(uint32_t(i));
+}
+
+BillIndexData::Norms BillIndexData::freshNorms() const
+{
+    Norms n;
+    n.at = m_docs.size();
+    n.norm.resize(n.at);
+    for (size_t i = 0; i < n.at; ++i)
+        n.norm[i] = computeNorm(uint32_t(i));
+    return n;
+}
+
+void BillIndexData::install(Norms norms)
+{
+    // Bills applied meanwhile keep the norms apply() gave them.
+    std::copy(norms.norm.begin(), norms.norm.end(), m_norm.begin());
+    m_normsAt = norms.at;
+}
+
+std::vector<BillIndexData::Staged> BillIndexData::liveDocs() const
+{
+    auto keys = [](const QHash<QString, int> &table) {
+        std::vector<QString> byId(size_t(table.size()));
+        for (auto it = table.constBegin(); it != table.constEnd(); ++it)
+            byId[size_t(it.value())] = it.key();
+        return byId;
+    };
+    const std::vector<QString> units = keys(m_units), scopes = keys(m_scopes), projects = keys(m_projects);
+    std::vector<Staged> live;
+    live.reserve(size_t(m_live));
+    for (const Doc &d : m_docs) {
+        if (d.deleted)
+            continue;
+        Staged s;
+        s.id = d.id;
+        s.payload = d.payload;
+        s.source = d.source;
+        s.code = d.code;
+        s.unit = d.unit ? units[d.unit - 1] : QString();
+        s.scope = d.scope >= 0 ? scopes[size_t(d.scope)] : QString();
+        s.project = d.project >= 0 ? projects[size_t(d.project)] : QString();
+        s.text = QString::fromUtf16(m_text.data() + d.textBegin, int(d.textLen));
+        s.terms = BillText::terms(BillText::stripLabels(s.text));
+        live.push_back(std::move(s));
+    }
+    return live;
 }
 
 BillIndexData::Prepared BillIndexData::prepare(const BillQuery &q) const

@@ -3,19 +3,50 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <cstdint>
 #include <unordered_map>
 #include <vector>
 
-// Storage and scoring behind BillIndex; not locked itself.
+// Storage and scoring behind BillIndex; not locked itself. Changes come in
+// as staged bills, whose text work (normalising, terms) is done beforehand so
+// that apply() is quick; the const members only read and may run beside
+// queries.
 class BillIndexData
 {
 public:
-    void add(const BillRecord &record) { m_pending.push_back(record); }
-    void remove(qint64 id) { m_pendingRemovals.push_back(id); }
-    void build();
+    // A bill with its text already turned into terms.
+    struct Staged
+    {
+        qint64 id = 0;
+        qint64 payload = 0;
+        uint8_t source = 1;
+        uint32_t code = 0;
+        QString unit, scope, project; // keys; empty for none
+        QString text;                 // normalised name, features, work content
+        std::vector<uint64_t> terms;
+    };
+    struct Norms
+    {
+        std::vector<float> norm;
+        size_t at = 0;
+    };
+
+    static Staged stage(const BillRecord &record);
+    void apply(std::vector<Staged> staged, const std::vector<qint64> &removals);
+    // Norms of older bills follow the changing idf only once the corpus has
+    // grown by a tenth; freshNorms() computes them, install() puts them in.
+    bool normsStale() const { return m_docs.size() * 10 > m_normsAt * 11; }
+    Norms freshNorms() const;
+    void install(Norms norms);
+    // Removed bills keep their place until the index is rebuilt from the
+    // live ones: worth it once they outnumber those.
+    bool wantsCompaction() const { return m_docs.size() - size_t(m_live) > std::max<size_t>(1000, size_t(m_live)); }
+    std::vector<Staged> liveDocs() const;
+
     QVector<BillMatch> query(const BillQuery &query, int *total) const;
     int size() const { return m_live; }
+    size_t budget() const { return m_budget; }
     void setBudget(size_t postings) { m_budget = postings; }
 
     static constexpr int kPool = 200;
@@ -43,9 +74,9 @@ private:
         uint32_t doc;
     };
 
-    void index(const BillRecord &record);
+    void index(Staged &record);
     void eraseId(qint64 id);
-    void computeNorm(uint32_t doc);
+    float computeNorm(uint32_t doc) const;
     static int intern(QHash<QString, int> &table, const QString &key);
 
     Prepared prepare(const BillQuery &query) const;
@@ -56,9 +87,6 @@ private:
     bool restriction(const Prepared &p, std::vector<uint32_t> &out) const;
     void accumulate(const Prepared &p, const std::vector<uint32_t> *allowed, std::vector<Scored> &out) const;
     void rank(const Prepared &p, std::vector<Scored> &cands) const;
-
-    std::vector<BillRecord> m_pending;
-    std::vector<qint64> m_pendingRemovals;
 
     std::vector<Doc> m_docs;
     // Per-bill fields read for every candidate, kept apart from Doc so that

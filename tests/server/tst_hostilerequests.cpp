@@ -159,6 +159,26 @@ private slots:
         QCOMPARE(r.value("data").toObject().value("saved").toInt(), saved ? 1 : 0);
     }
 
+    // Connections that stop mid-header or mid-body hold neither /health nor a
+    // logged-in request, and are dropped after the header time-out.
+    void stalledClientsLockNobodyOut()
+    {
+        std::vector<std::unique_ptr<QTcpSocket>> stalled;
+        for (int i = 0; i < 64; ++i) {
+            stalled.push_back(std::make_unique<QTcpSocket>());
+            stalled.back()->connectToHost(QHostAddress::LocalHost, quint16(server->port()));
+            QVERIFY(stalled.back()->waitForConnected(5000));
+            stalled.back()->write(i % 2 ? "POST /cloud HTTP/1.1\r\nHost: x\r\nContent-Length: 100\r\n\r\n{\"cmd\""
+                                        : "POST /cloud HTTP/1.1\r\nHost: x\r\nX-Velo");
+            QVERIFY(stalled.back()->waitForBytesWritten(5000));
+        }
+        QTest::qWait(200);
+        QCOMPARE(exchange(quint16(server->port()), "GET /health HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n").first, 200);
+        QCOMPARE(call({{"method", "getserverlist"}}).value("data").toArray().size(), 7);
+        for (const auto &socket : stalled)
+            QVERIFY(socket->state() == QAbstractSocket::UnconnectedState || socket->waitForDisconnected(8000));
+    }
+
     void deepReplyIsNoReplyToTheHost_data()
     {
         QTest::addColumn<int>("depth");

@@ -95,16 +95,17 @@ private slots:
             db.open();
             // Make it look like a file written before the indexes existed.
             for (const char *index : {"idx_sessions_user", "idx_chapters_parent", "idx_bills_scope", "idx_bills_project",
-                                      "idx_projects_scope", "idx_prices_library"})
+                                      "idx_projects_scope", "idx_prices_library", "idx_enterprise_sessions_parent"})
                 db.exec(QStringLiteral("DROP INDEX ") + QLatin1String(index));
-            db.exec("ALTER TABLE enterprise_sessions DROP COLUMN kind");
+            for (const char *column : {"kind", "nonce", "last_used"})
+                db.exec(QStringLiteral("ALTER TABLE enterprise_sessions DROP COLUMN ") + QLatin1String(column));
             db.exec("PRAGMA user_version = 1");
         }
         ServiceDb db(path);
         db.open();
         QCOMPARE(db.schemaVersion(), ServiceDb::latestVersion());
-        QCOMPARE(db.schemaVersion(), 3);
-        db.exec("SELECT kind FROM enterprise_sessions");
+        QCOMPARE(db.schemaVersion(), 4);
+        db.exec("SELECT kind, nonce, last_used FROM enterprise_sessions");
         QCOMPARE(db.scalar("SELECT COUNT(*) FROM sqlite_master WHERE name = 'idx_bills_scope'").toInt(), 1);
     }
 

@@ -1,0 +1,203 @@
+#include "servicetestcase.h"
+
+#include <service/loginthrottle.h>
+#include <service/passwordhash.h>
+#include <service/serviceerror.h>
+
+#include <QPasswordDigestor>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+
+using namespace cloudjson;
+
+class TestAccountSecurity : public ServiceTestCase
+{
+    Q_OBJECT
+    // Runs `sql` on the service's file beside the service's own connections.
+    QVariant sql(const QString &statement, const QVariantList &values = {})
+    {
+        QVariant first;
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("side"));
+            db.setDatabaseName(dataDir() + QStringLiteral("/velora-cloud.db"));
+            db.open();
+            QSqlQuery q(db);
+            q.prepare(statement);
+            for (const QVariant &v : values)
+                q.addBindValue(v);
+            if (q.exec() && q.next())
+                first = q.value(0);
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("side"));
+        return first;
+    }
+
+    QJsonObject loginWith(const QString &user, const QString &password)
+    {
+        return send("kv_token", method("login", {{"username", user}, {"password", password}}), QString());
+    }
+
+private slots:
+    // Failures of account "u" (or a new account each), from address "a" (or
+    // a new address each), each after the previous lock has run out; then a
+    // wait, optionally a right password for "u", and one more attempt.
+    void throttle_data()
+    {
+        QTest::addColumn<int>("failures");
+        QTest::addColumn<bool>("sameAccount");
+        QTest::addColumn<bool>("sameAddress");
+        QTest::addColumn<int>("waitMs");
+        QTest::addColumn<bool>("rightPassword");
+        QTest::addColumn<QString>("refusal");
+        QTest::newRow("five are free") << 5 << true << false << 0 << false << "";
+        QTest::newRow("the sixth locks for 1 s") << 6 << true << false << 0 << false << "登录失败次数过多，请1秒后再试";
+        QTest::newRow("locks double") << 8 << true << false << 0 << false << "登录失败次数过多，请4秒后再试";
+        QTest::newRow("a lock runs out") << 8 << true << false << 4000 << false << "";
+        QTest::newRow("locks are capped") << 40 << true << false << 0 << false << "登录失败次数过多，请900秒后再试";
+        QTest::newRow("forgotten after an hour") << 8 << true << false << 3601000 << false << "";
+        QTest::newRow("the right password clears it") << 8 << true << false << 4000 << true << "";
+        QTest::newRow("an address gets 20") << 20 << false << true << 0 << false << "";
+        QTest::newRow("the 21st locks the address") << 21 << false << true << 0 << false << "登录失败次数过多，请1秒后再试";
+        QTest::newRow("others' failures leave an account free") << 21 << false << false << 0 << false << "";
+    }
+
+    void throttle()
+    {
+        QFETCH(int, failures);
+        QFETCH(bool, sameAccount);
+        QFETCH(bool, sameAddress);
+        QFETCH(int, waitMs);
+        QFETCH(bool, rightPassword);
+        QFETCH(QString, refusal);
+        qint64 clock = 0;
+        LoginThrottle throttle([&clock] { return clock; });
+        for (int i = 0; i < failures; ++i) {
+            const QString account = sameAccount ? "u" : QString::number(i);
+            const QString address = sameAddress ? "a" : QString::number(i);
+            for (;; clock += 1000) {
+                try {
+                    throttle.begin(account, address);
+                    break;
+                } catch (const ServiceError &) {
+                }
+            }
+        }
+        clock += waitMs;
+        if (rightPassword) {
+            throttle.begin("u", "b");
+            throttle.succeeded("u", "b");
+            throttle.begin("u", "b"); // one more failure is free again
+        }
+        QString refused;
+        try {
+            throttle.begin(sameAccount ? "u" : "new", sameAddress ? "a" : "new");
+        } catch (const ServiceError &e) {
+            QCOMPARE(e.code(), int(ServiceError::TooManyAttempts));
+            refused = e.message();
+        }
+        QCOMPARE(refused, refusal);
+    }
+
+    // Through the service: wrong passwords, then the right one.
+    void loginFlood_data()
+    {
+        QTest::addColumn<int>("wrong");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("after 5 wrong") << 5 << 0 << "成功";
+        QTest::newRow("after 6 wrong") << 6 << 7 << "登录失败次数过多，请1秒后再试";
+        QTest::newRow("after 200 wrong") << 200 << 7 << "登录失败次数过多，请1秒后再试";
+    }
+
+    void loginFlood()
+    {
+        QFETCH(int, wrong);
+        QFETCH(int, code);
+        QFETCH(QString, message);
+        for (int i = 0; i < wrong; ++i)
+            QVERIFY(cloudjson::code(loginWith("zhangsan", "wrong")) != 0);
+        const QJsonObject r = loginWith("zhangsan", ServiceSeed::DemoPassword);
+        QCOMPARE(msg(r), message);
+        QCOMPARE(cloudjson::code(r), code);
+    }
+
+    // A row of the older PBKDF2 kind logs in and is rewritten as Argon2id.
+    void legacyHashIsUpgraded()
+    {
+        const QByteArray salt("0123456789abcdef");
+        const QByteArray key = QPasswordDigestor::deriveKeyPbkdf2(QCryptographicHash::Sha256, "old-Secret1", salt, 20000, 32);
+        close();
+        sql("UPDATE users SET salt = ?, hash = ?, iterations = 20000 WHERE username = 'lisi'", {salt, key});
+        reopen();
+        QCOMPARE(cloudjson::code(loginWith("lisi", "old-secret1")), 2);
+        QCOMPARE(cloudjson::code(loginWith("lisi", "old-Secret1")), 0);
+        const QByteArray stored = sql("SELECT hash FROM users WHERE username = 'lisi'").toByteArray();
+        QVERIFY2(stored.startsWith("$argon2id$"), stored.constData());
+        QCOMPARE(sql("SELECT iterations FROM users WHERE username = 'lisi'").toInt(), 0);
+        QCOMPARE(cloudjson::code(loginWith("lisi", "old-Secret1")), 0);
+    }
+
+    // demo's east token, used with a session after `before` was done.
+    void enterpriseTokenIsBoundToItsLogin_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("sessionOf");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("its own session") << "" << "demo" << 0;
+        QTest::newRow("no session") << "" << "" << 2;
+        QTest::newRow("another user's session") << "" << "zhangsan" << 2;
+        QTest::newRow("after the Korvane logout") << "logout" << "demo" << 2;
+        QTest::newRow("idle 119 minutes") << "-119" << "demo" << 0;
+        QTest::newRow("idle 121 minutes") << "-121" << "demo" << 2;
+    }
+
+    void enterpriseTokenIsBoundToItsLogin()
+    {
+        QFETCH(QString, before);
+        QFETCH(QString, sessionOf);
+        QFETCH(int, expected);
+        if (before == "logout")
+            QCOMPARE(cloudjson::code(send("kv_token", method("logout"), session)), 0);
+        else if (!before.isEmpty())
+            sql("UPDATE enterprise_sessions SET last_used = ?",
+                {QDateTime::currentDateTimeUtc().addSecs(60 * before.toInt()).toString(Qt::ISODate)});
+        const QJsonObject r = send(east, method("getBZQDKList", {{"qyid", 1001}}),
+                                   sessionOf.isEmpty() ? QString() : ServiceTestCase::sessionOf(sessionOf));
+        QCOMPARE(cloudjson::code(r), expected);
+        if (expected)
+            QCOMPARE(msg(r), QStringLiteral("企业服务器未登录或登录已失效，请重新登录"));
+    }
+
+    void loginsStoredAsDigestsOwnerOnlyAndPurged()
+    {
+        QCOMPARE(cloudjson::code(send("kv_token", method("enterpriselogin", {{"qyid", 1001}, {"username", "demo"},
+                                                                             {"password", ServiceSeed::DemoPassword}}),
+                                      QString())),
+                 2);
+        sql("UPDATE sessions SET created = '2000-01-01T00:00:00Z' WHERE user_id = (SELECT id FROM users WHERE username = 'lisi')");
+        QVERIFY(!login("wangwu").isEmpty());
+        const QString tokens = "SELECT (SELECT COUNT(*) FROM sessions WHERE token IN (?, ?))"
+                               " + (SELECT COUNT(*) FROM enterprise_sessions WHERE token IN (?, ?))";
+        QCOMPARE(sql(tokens, {session, sessionOf("zhangsan"), east, west}).toInt(), 0);
+        QCOMPARE(sql("SELECT COUNT(*) FROM enterprise_sessions WHERE parent_session = ?", {PasswordHash::tokenDigest(sessionOf("lisi"))})
+                     .toInt(),
+                 0);
+        QCOMPARE(sql("SELECT COUNT(*) FROM sessions").toInt(), 4); // demo, zhangsan, wangwu twice
+        for (const QString suffix : {"", "-wal", "-shm"}) {
+            const QFile::Permissions p = QFile::permissions(dataDir() + "/velora-cloud.db" + suffix);
+            QCOMPARE(p & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther), QFile::Permissions());
+        }
+    }
+
+    void defaultCostIsInteractive()
+    {
+        const QByteArray cheap = PasswordHash::hash("p", PasswordHash::minimum());
+        QVERIFY(PasswordHash::verify(cheap, "p"));
+        QVERIFY(PasswordHash::needsRehash(cheap, PasswordHash::interactive()));
+        QVERIFY(!PasswordHash::needsRehash(cheap, PasswordHash::minimum()));
+        QVERIFY(PasswordHash::interactive().memLimit >= 64u << 20);
+    }
+};
+
+QTEST_MAIN(TestAccountSecurity)
+#include "tst_accountsecurity.moc"
