@@ -342,6 +342,27 @@ private slots:
         QCOMPARE(read(), before);
     }
 
+    void closingAsksFirst_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("closed");
+        QTest::newRow("保存, file chooser cancelled") << 0 << false;
+        QTest::newRow("不保存") << 1 << true;
+        QTest::newRow("取消") << 2 << false;
+    }
+    void closingAsksFirst()
+    {
+        QFETCH(int, answer);
+        QFETCH(bool, closed);
+        MainWindow window(project.get());
+        window.show();
+        HostFileDialogs::setHandler([](const HostFileDialogs::Request &) { return QString(); });
+        QVERIFY(window.currentBillModel()->setData(window.currentBillModel()->index(0, 5, window.currentBillModel()->index(0, 0)), "3"));
+        fx->answerNextMessage(answer);
+        QCOMPARE(window.close(), closed);
+        QCOMPARE(fx->messageTexts(), QStringList{"工程“武汉某办公楼安装工程”已修改，是否保存？"});
+    }
+
     void importPriceSaveReopen()
     {
         MainWindow window(project.get());
