@@ -182,6 +182,8 @@ QVariant BillTreeModel::data(const QModelIndex &index, int role) const
     case Qt::ForegroundRole:
         if (item->IsExcludeInChain())
             return QBrush(Qt::darkGray);
+        if (!item->text(BaseDataItem::FontColorRole).isEmpty())
+            return QBrush(QColor(item->text(BaseDataItem::FontColorRole)));
         return QVariant();
     default:
         return QVariant();

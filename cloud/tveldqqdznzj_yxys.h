@@ -10,4 +10,5 @@ class TVelDqqdznzj_Yxys : public InfluenceFactorDialog
 public:
     explicit TVelDqqdznzj_Yxys(QWidget *parent = nullptr);
     static InfluenceFactorLayout layout();
+    using InfluenceFactorDialog::setComDdText;
 };

@@ -31,6 +31,10 @@ public:
         KindRole = 1042,
         // The mark colour ("#RRGGBB") of a marked row; none when empty.
         MarkColorRole = 1100,
+        // The text colour ("#RRGGBB") of a row, e.g. red for an applied cloud composition.
+        FontColorRole = 1101,
+        // The bill's price composition in the cloud's "zjnr" JSON text.
+        CompositionRole = 1102,
     };
     // Node kinds (GetKind).
     enum Kind { ProjectKind = 1, SectionKind = 2, BillKind = 4, QuotaKind = 5 };

@@ -3,9 +3,11 @@
 #include "basedataitem.h"
 #include "cloudparams.h"
 #include "cloudenvelope.h"
+#include "hostconstants.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRegularExpression>
 
 namespace {
 // The bill fields every matching call sends.
@@ -102,4 +104,16 @@ bool CloudBusiness::RequestSimilarBillPrices(BaseDataItem *item, LtdInfo *server
     for (const QJsonValue &bill : reply.value(QStringLiteral("data")).toArray())
         bills << QString::fromUtf8(QJsonDocument(bill.toObject()).toJson(QJsonDocument::Compact));
     return true;
+}
+
+QString CloudBusiness::GetXxDeZyCode(const BaseDataItem *bill)
+{
+    if (!bill || bill->IsSelfMade())
+        return QString();
+    const QString kind = bill->text(BaseDataItem::KindRole).toUpper();
+    const bool measure = kind.contains(CXMZJXQDAEnName) || kind.contains(CXMZJXQDBEnName);
+    const QString code = measure ? bill->GetCsQdbh() : bill->text(BaseDataItem::CodeRole);
+    static const QRegularExpression national(QStringLiteral("^(\\d{2})\\d{7}"));
+    const QRegularExpressionMatch m = national.match(code.trimmed());
+    return m.hasMatch() ? m.captured(1) : QString();
 }

@@ -32,4 +32,8 @@ public:
     // refused; `error` then holds the cloud's message (empty when unanswered).
     static bool RequestSimilarBillPrices(BaseDataItem *item, LtdInfo *server, int matchNum, QStringList &bills,
                                          QString *error = nullptr);
+    // The specialty of `bill` in the information quota books: the first two
+    // digits of its national bill code (the measure code for a measure bill);
+    // empty for a self-made bill or a code that is no such number.
+    static QString GetXxDeZyCode(const BaseDataItem *bill);
 };

@@ -1,0 +1,66 @@
+#include "compositionwriter.h"
+#include "projectdocument.h"
+
+#include <hostapi/basedataitem.h>
+#include <hostapi/cloudzjbean.h>
+#include <hostapi/rurecordcontrol.h>
+#include <hostapi/tablebaseobject.h>
+
+#include <cmath>
+
+namespace {
+double cents(double value)
+{
+    return std::round(value * 100.0) / 100.0;
+}
+}
+
+void CompositionWriter::applyOne(BaseDataItem *bill, const QJsonObject &matched, bool replace)
+{
+    if (!bill)
+        return;
+    RURecordControl::BeginRecord(
+        TableBaseObject::GetTableRedoUIInfo(m_project.tableOf(bill), 8, QStringLiteral("智能组价")));
+    write(bill, matched, replace);
+    RURecordControl::EndRecord();
+}
+
+int CompositionWriter::applyAll(const QList<QPair<BaseDataItem *, QJsonObject>> &choices, bool replace)
+{
+    if (choices.isEmpty())
+        return 0;
+    RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(m_project.tableOf(choices.first().first), 8,
+                                                                     QStringLiteral("智能云组价")));
+    for (const auto &choice : choices)
+        write(choice.first, choice.second, replace);
+    RURecordControl::EndRecord();
+    return choices.size();
+}
+
+void CompositionWriter::write(BaseDataItem *bill, const QJsonObject &matched, bool replace)
+{
+    const CloudZjBean bean = CloudZjBean::fromJson(matched);
+    const QList<cloudZjnr> lines = bean.getZjnrlist();
+    bill->setData(BaseDataItem::CompositionRole, cloudZjnr::toZjnrText(lines));
+    bill->setData(BaseDataItem::UnitPriceRole, lines.isEmpty() ? bean.getZhdj() : unitPrice(lines));
+    bill->setData(BaseDataItem::FontColorRole, markColor());
+    if (!replace)
+        return;
+    if (ProjectDocument::isMeasureBill(bill))
+        bill->setData(BaseDataItem::WorkContentRole, bean.GetGcnr());
+    else
+        bill->setData(BaseDataItem::FeaturesRole, bean.getXmtz());
+}
+
+double CompositionWriter::unitPrice(const QList<cloudZjnr> &lines)
+{
+    double total = 0.0;
+    for (const cloudZjnr &line : lines) {
+        if (line.getParentId() != -1)
+            continue;
+        bool hasQuantity = false;
+        const double quantity = line.getGcl().toDouble(&hasQuantity);
+        total += cents(line.getZhdj().toDouble() * (hasQuantity ? quantity : 1.0));
+    }
+    return cents(total);
+}

@@ -1,0 +1,34 @@
+#pragma once
+#include <hostapi/cloudzjnr.h>
+
+#include <QJsonObject>
+#include <QList>
+#include <QPair>
+
+class BaseDataItem;
+class ProjectDocument;
+
+// Writes chosen cloud compositions into the project's bills: the quota lines
+// with their quantities, prices and fee templates, the composite unit price
+// recomputed from them, the red mark of an applied bill and, when asked, the
+// cloud bill's features (work content for a measure bill).
+class CompositionWriter
+{
+public:
+    explicit CompositionWriter(ProjectDocument &project) : m_project(project) {}
+
+    // One bill, one undo step.
+    void applyOne(BaseDataItem *bill, const QJsonObject &matched, bool replace);
+    // Every (bill, matched bill) pair, together one undo step. Returns how
+    // many were written.
+    int applyAll(const QList<QPair<BaseDataItem *, QJsonObject>> &choices, bool replace);
+
+    // The sum of the top-level lines' price × quantity (1 when a line has
+    // none), each rounded to cents.
+    static double unitPrice(const QList<cloudZjnr> &lines);
+    static QString markColor() { return QStringLiteral("#FF0000"); }
+
+private:
+    void write(BaseDataItem *bill, const QJsonObject &matched, bool replace);
+    ProjectDocument &m_project;
+};
