@@ -25,6 +25,8 @@ const QList<QPair<QString, int>> &namedRoles()
         {QStringLiteral("price"), BaseDataItem::UnitPriceRole},
         {QStringLiteral("sjkm"), BaseDataItem::KindRole},
         {QStringLiteral("markColor"), BaseDataItem::MarkColorRole},
+        {QStringLiteral("fontColor"), BaseDataItem::FontColorRole},
+        {QStringLiteral("composition"), BaseDataItem::CompositionRole},
     };
     return roles;
 }

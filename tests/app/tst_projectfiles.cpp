@@ -3,6 +3,7 @@
 #include <billimportdialog.h>
 #include <billlistimport.h>
 #include <billtreemodel.h>
+#include <compositionwriter.h>
 #include <hostfiledialogs.h>
 #include <hoststate.h>
 #include <mainwindow.h>
@@ -113,6 +114,7 @@ private slots:
         QTest::newRow("quota line under a bill") << "quota" << "4-12-5|配线 管内穿线|2.5";
         QTest::newRow("fee line under a quota line") << "fee" << "人工费|36.4";
         QTest::newRow("mark colour") << "mark" << "#FFE699";
+        QTest::newRow("cloud composition text") << "composition" << "[{\"debh\":\"4-12-5\"}]|#FF0000";
         QTest::newRow("exclusion mark") << "exclude" << "true";
         QTest::newRow("material price") << "material" << "16.2";
         QTest::newRow("settings") << "settings" << "2025年03月|120m";
@@ -130,6 +132,8 @@ private slots:
         fee->setData(BaseDataItem::NameRole, "人工费");
         fee->setData(2001, 36.4);
         bill->setData(BaseDataItem::MarkColorRole, "#FFE699");
+        bill->setData(BaseDataItem::CompositionRole, "[{\"debh\":\"4-12-5\"}]");
+        bill->setData(BaseDataItem::FontColorRole, "#FF0000");
         GljBean m = *project->materialTable()->materials().first();
         m.SetTj(16.2);
         project->materialTable()->updateMaterial(project->materialTable()->materials().first(), m);
@@ -148,6 +152,7 @@ private slots:
                                   q->text(BaseDataItem::QuantityRole)}.join('|')},
             {"fee", q->child(0)->text(BaseDataItem::NameRole) + '|' + q->child(0)->text(2001)},
             {"mark", b->text(BaseDataItem::MarkColorRole)},
+            {"composition", b->text(BaseDataItem::CompositionRole) + '|' + b->text(BaseDataItem::FontColorRole)},
             {"exclude", reopened.allBills().last()->IsExcludeInChain() ? "true" : "false"},
             {"material", QString::number(reopened.materialTable()->materials().first()->GetTj())},
             {"settings", reopened.savedSettings().time + '|' + reopened.savedSettings().altitude},
@@ -369,7 +374,7 @@ private slots:
         const QString sheet = writeFile(dir, "清单.csv", kSheetCsv);
         fx->answerNextModal([](QDialog *) { return int(QDialog::Accepted); });
         QVERIFY(window.fileActions()->importBills(sheet));
-        project->applyComposition(project->allBills().first(), QJsonObject{{"zhdj", 321.5}}, false);
+        CompositionWriter(*project).applyOne(project->allBills().first(), QJsonObject{{"zhdj", 321.5}}, false);
         window.lowerTabs()->setCurrentIndex(1);
         const QString saved = dir + "/导入.velora";
         HostFileDialogs::setHandler([&](const HostFileDialogs::Request &r) {
@@ -387,6 +392,7 @@ private slots:
         QCOMPARE(window.windowTitle(), QStringLiteral("Velora — 导入.velora[*]"));
         QCOMPARE(HostState::recentFiles(), QStringList{saved});
         QCOMPARE(project->allBills().first()->data(BaseDataItem::UnitPriceRole).toDouble(), 321.5);
+        QCOMPARE(project->allBills().first()->text(BaseDataItem::FontColorRole), CompositionWriter::markColor());
         QCOMPARE(billLines(*project).size(), 2);
         window.close();
         MainWindow next(project.get());
