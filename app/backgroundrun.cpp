@@ -1,0 +1,68 @@
+#include "backgroundrun.h"
+
+#include <QMetaObject>
+#include <QThread>
+
+BackgroundRun::BackgroundRun(QObject *parent) : QObject(parent) {}
+
+BackgroundRun::~BackgroundRun()
+{
+    stopThread();
+}
+
+void BackgroundRun::stopThread()
+{
+    m_cancel = true;
+    if (!m_thread)
+        return;
+    m_thread->wait();
+    delete m_thread;
+    m_thread = nullptr;
+}
+
+void BackgroundRun::startJob(Job job)
+{
+    stopThread();
+    m_cancel = false;
+    const unsigned run = ++m_run;
+    // stopThread() waits for the thread, so `this` outlives it; queued calls
+    // to a deleted run are dropped by Qt.
+    m_thread = QThread::create([this, job = std::move(job), run] {
+        const Step step = [this, run](int done, int total) {
+            if (m_cancel)
+                return false;
+            QMetaObject::invokeMethod(this, [this, run, done, total] {
+                if (m_run == run && !m_cancel)
+                    emit progress(done, total);
+            }, Qt::QueuedConnection);
+            return true;
+        };
+        const bool complete = job(step);
+        QMetaObject::invokeMethod(this, [this, run, complete] { threadDone(run, complete); }, Qt::QueuedConnection);
+    });
+    m_thread->start();
+}
+
+void BackgroundRun::threadDone(unsigned run, bool complete)
+{
+    if (run != m_run)
+        return;
+    if (!complete || m_cancel) {
+        emit cancelled();
+        return;
+    }
+    deliver();
+    emit finished();
+}
+
+void BackgroundRun::cancel()
+{
+    // Also wins over a run whose end is still on its way to the GUI thread.
+    if (m_thread)
+        m_cancel = true;
+}
+
+bool BackgroundRun::isRunning() const
+{
+    return m_thread && m_thread->isRunning();
+}
