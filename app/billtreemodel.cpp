@@ -2,6 +2,8 @@
 
 #include <hostapi/jjbtablebase.h>
 #include <hostapi/round.h>
+#include <hostapi/rurecordcontrol.h>
+#include <hostapi/tablebaseobject.h>
 
 #include <QBrush>
 #include <QFont>
@@ -91,12 +93,71 @@ QString BillTreeModel::cellText(const BaseDataItem *item, int column) const
     }
 }
 
+namespace {
+// The item role and undo caption of each editable column.
+struct EditColumn
+{
+    int column;
+    int role;
+    const char *caption;
+};
+const EditColumn kEditColumns[] = {
+    {BillTreeModel::FeaturesColumn, BaseDataItem::FeaturesRole, "修改项目特征"},
+    {BillTreeModel::WorkContentColumn, BaseDataItem::WorkContentRole, "修改工作内容"},
+    {BillTreeModel::QuantityColumn, BaseDataItem::QuantityRole, "修改工程量"},
+    {BillTreeModel::PriceColumn, BaseDataItem::UnitPriceRole, "修改综合单价"},
+};
+
+const EditColumn *editColumn(int column)
+{
+    for (const EditColumn &e : kEditColumns) {
+        if (e.column == column)
+            return &e;
+    }
+    return nullptr;
+}
+}
+
+Qt::ItemFlags BillTreeModel::flags(const QModelIndex &index) const
+{
+    Qt::ItemFlags f = QAbstractItemModel::flags(index);
+    const BaseDataItem *item = index.isValid() ? itemAt(index) : nullptr;
+    if (item && item->isBill() && !item->IsReadOnly() && editColumn(index.column()))
+        f |= Qt::ItemIsEditable;
+    return f;
+}
+
+bool BillTreeModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    const EditColumn *edit = editColumn(index.column());
+    if (role != Qt::EditRole || !edit || !(flags(index) & Qt::ItemIsEditable))
+        return false;
+    QVariant stored = value.toString();
+    if (index.column() >= QuantityColumn) {
+        bool ok = false;
+        stored = value.toString().trimmed().remove(QChar(',')).toDouble(&ok);
+        if (!ok)
+            return false;
+    }
+    RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(m_table, 8, QString::fromUtf8(edit->caption)));
+    itemAt(index)->setData(edit->role, stored);
+    RURecordControl::EndRecord();
+    return true;
+}
+
 QVariant BillTreeModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid())
         return QVariant();
     const BaseDataItem *item = itemAt(index);
     switch (role) {
+    case Qt::EditRole:
+        if (index.column() >= QuantityColumn)
+            return QString::number(item->data(index.column() == QuantityColumn ? BaseDataItem::QuantityRole
+                                                                               : BaseDataItem::UnitPriceRole)
+                                       .toDouble(),
+                                   'g', 15);
+        return cellText(item, index.column());
     case Qt::DisplayRole:
     case Qt::ToolTipRole:
         return cellText(item, index.column());

@@ -1,4 +1,6 @@
 #include "hostdialogtour.h"
+#include "billimportdialog.h"
+#include "projectdocument.h"
 #include "hostcontext.h"
 
 #include <cloud/placedictionaryreader.h>
@@ -83,6 +85,22 @@ void showProjectFilter(HostContext &host)
     if (dialog.InitGcInfo())
         dialog.ShowModal();
 }
+
+// A sheet as estimators receive it: a title row above the header, the
+// header's own words, the sample's bills.
+void showBillImport(HostContext &host)
+{
+    QList<QStringList> rows{{QStringLiteral("分部分项工程和单价措施项目清单与计价表")},
+                            {QStringLiteral("序号"), QStringLiteral("项目编码"), QStringLiteral("项目名称"),
+                             QStringLiteral("项目特征描述"), QStringLiteral("计量单位"), QStringLiteral("工程量")}};
+    for (BaseDataItem *bill : host.project->allBills()) {
+        rows.append({QString::number(rows.size() - 1), bill->text(BaseDataItem::CodeRole),
+                     bill->text(BaseDataItem::NameRole), bill->text(BaseDataItem::FeaturesRole),
+                     bill->text(BaseDataItem::UnitRole), bill->text(BaseDataItem::QuantityRole)});
+    }
+    BillImportDialog dialog(QStringLiteral("安装工程清单.xlsx"), rows, host.window);
+    dialog.ShowModal();
+}
 }
 
 QList<HostDialogTour::Step> HostDialogTour::steps()
@@ -91,5 +109,6 @@ QList<HostDialogTour::Step> HostDialogTour::steps()
             {QStringLiteral("host-month-picker"), showMonthPicker},
             {QStringLiteral("host-place-picker"), showPlacePicker},
             {QStringLiteral("host-fee-template"), showFeeTemplate},
-            {QStringLiteral("host-project-filter"), showProjectFilter}};
+            {QStringLiteral("host-project-filter"), showProjectFilter},
+            {QStringLiteral("host-bill-import"), showBillImport}};
 }

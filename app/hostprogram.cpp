@@ -1,10 +1,12 @@
 #include "hostprogram.h"
 #include "channelsetup.h"
+#include "hoststate.h"
 #include "mainwindow.h"
 #include "projectdocument.h"
 #include "tourrunner.h"
 
 #include <hostapi/apppaths.h>
+#include <hostapi/projectsettinghelper.h>
 #include <hostapi/serverregistry.h>
 #include <hostapi/servicesutil.h>
 #include <resources/veloraresources.h>
@@ -15,6 +17,7 @@
 #include <QFontDatabase>
 #include <QTextStream>
 #include <QTimer>
+#include <QUndoStack>
 
 namespace {
 bool loadSample(ProjectDocument &project, QString *error)
@@ -22,6 +25,16 @@ bool loadSample(ProjectDocument &project, QString *error)
     if (!project.loadFile(ProjectDocument::samplePath(), error))
         return false;
     project.seedProjectSettings();
+    return true;
+}
+
+// The project the last run closed with, when it still opens.
+bool loadLast(ProjectDocument &project)
+{
+    const QString last = HostState::open()->value(QStringLiteral("Files/last")).toString();
+    if (last.isEmpty() || !project.loadFile(last, nullptr))
+        return false;
+    ProjectSettingHelper::SetProjectSettingsInfo(project.savedSettings());
     return true;
 }
 }
@@ -49,6 +62,8 @@ QStringList HostProgram::runTour(const QString &dir, QString *error, const QStri
     window.setChannelText(channelText);
     TourRunner tour(&window, dir);
     const QStringList files = tour.run(error);
+    // What the tour did to the sample is not the user's to save.
+    window.undoStack()->clear();
     window.close();
     return files;
 }
@@ -93,13 +108,14 @@ int HostProgram::run(QApplication &app)
 
     ProjectDocument project;
     QString error;
-    if (!loadSample(project, &error)) {
+    if (!loadLast(project) && !loadSample(project, &error)) {
         QTextStream(stderr) << error << '\n';
         ServicesUtil::setChannel(nullptr);
         return 1;
     }
     MainWindow window(&project);
     window.setChannelText(channel);
+    window.restoreLayout();
     window.show();
     // Names a server that is down in the status bar from the start.
     if (!channel.isEmpty())

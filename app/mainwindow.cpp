@@ -4,8 +4,11 @@
 #include "dialogregistry.h"
 #include "elidedlabel.h"
 #include "hostcloudwaiter.h"
+#include "hoststate.h"
 #include "materialtablemodel.h"
+#include "multilinedelegate.h"
 #include "projectdocument.h"
+#include "projectfileactions.h"
 #include "settingspanel.h"
 
 #include <hostapi/exceptionguard.h>
@@ -20,7 +23,10 @@
 #include <hostapi/widgetfactory.h>
 
 #include <QAction>
+#include <QCloseEvent>
+#include <QFileInfo>
 #include <QHeaderView>
+#include <QMenu>
 #include <QLabel>
 #include <QMenuBar>
 #include <QSplitter>
@@ -34,7 +40,6 @@ MainWindow::MainWindow(ProjectDocument *project, QWidget *parent)
     : QMainWindow(parent), m_project(project), m_undo(new QUndoStack(this))
 {
     setObjectName(QStringLiteral("VeloraHostMainWindow"));
-    setWindowTitle(QStringLiteral("Velora — %1").arg(project->name()));
     RURecordControl::setUndoStack(m_undo);
     m_context.window = this;
     m_context.project = project;
@@ -48,12 +53,107 @@ MainWindow::MainWindow(ProjectDocument *project, QWidget *parent)
     buildStatusBar();
     followLoginBroker();
     followCloudWaits();
-    const QList<BaseDataItem *> bills = project->allBills();
+    selectFirstBill();
+    resize(1280, 800);
+    connect(m_undo, &QUndoStack::cleanChanged, this, &MainWindow::updateTitle);
+    updateTitle();
+}
+
+void MainWindow::selectFirstBill()
+{
+    const QList<BaseDataItem *> bills = m_project->allBills();
     if (!bills.isEmpty())
         selectBill(bills.first());
-    for (QTreeView *view : m_billViews)
+    for (QTreeView *view : qAsConst(m_billViews))
         view->scrollToTop();
-    resize(1280, 800);
+}
+
+QString MainWindow::documentTitle() const
+{
+    const QString path = m_project->filePath();
+    return path.isEmpty() ? m_project->name() : QFileInfo(path).fileName();
+}
+
+void MainWindow::updateTitle()
+{
+    setWindowTitle(QStringLiteral("Velora — %1[*]").arg(documentTitle()));
+    setWindowModified(!m_undo->isClean());
+}
+
+QAbstractItemModel *MainWindow::currentBillModel() const
+{
+    return m_billModels.value(m_billTabs->currentIndex());
+}
+
+QAbstractItemModel *MainWindow::materialModel() const
+{
+    return m_materials;
+}
+
+void MainWindow::replaceProject(ProjectDocument &&next, bool modified)
+{
+    const QByteArray vertical = m_vertical->saveState();
+    const QByteArray upper = m_upper->saveState();
+    const int lowerTab = m_lowerTabs->currentIndex();
+    for (QWidget *w : findChildren<QWidget *>()) {
+        if (w->isWindow() && w->isVisible() && !qobject_cast<QMenu *>(w)) {
+            w->close();
+            w->deleteLater();
+        }
+    }
+    RURecordControl::abandonRecord();
+    m_undo->clear();
+    m_context.currentBill = nullptr;
+    m_context.currentTable = nullptr;
+    disconnect(m_billTabs, nullptr, this, nullptr);
+    for (BillTreeModel *model : qAsConst(m_billModels))
+        disconnect(model, nullptr, this, nullptr);
+    delete takeCentralWidget();
+    qDeleteAll(m_billModels);
+    m_billModels.clear();
+    m_billViews.clear();
+    delete m_materials;
+    *m_project = std::move(next);
+    buildCentral();
+    selectFirstBill();
+    m_vertical->restoreState(vertical);
+    m_upper->restoreState(upper);
+    m_lowerTabs->setCurrentIndex(lowerTab);
+    if (modified)
+        m_undo->resetClean();
+    updateTitle();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (!m_files->maybeSave()) {
+        event->ignore();
+        return;
+    }
+    saveLayout();
+    auto state = HostState::open();
+    state->setValue(QStringLiteral("Window/geometry"), saveGeometry());
+    state->setValue(QStringLiteral("Files/last"), m_project->filePath());
+    event->accept();
+}
+
+void MainWindow::saveLayout() const
+{
+    auto state = HostState::open();
+    state->setValue(QStringLiteral("Window/splitter"), m_vertical->saveState());
+    state->setValue(QStringLiteral("Window/upperSplitter"), m_upper->saveState());
+    state->setValue(QStringLiteral("Window/billTab"), m_billTabs->currentIndex());
+    state->setValue(QStringLiteral("Window/lowerTab"), m_lowerTabs->currentIndex());
+}
+
+void MainWindow::restoreLayout()
+{
+    auto state = HostState::open();
+    restoreGeometry(state->value(QStringLiteral("Window/geometry")).toByteArray());
+    m_vertical->restoreState(state->value(QStringLiteral("Window/splitter")).toByteArray());
+    m_upper->restoreState(state->value(QStringLiteral("Window/upperSplitter")).toByteArray());
+    m_billTabs->setCurrentIndex(state->value(QStringLiteral("Window/billTab"), m_billTabs->currentIndex()).toInt());
+    m_lowerTabs->setCurrentIndex(state->value(QStringLiteral("Window/lowerTab"), 0).toInt());
 }
 
 MainWindow::~MainWindow()
@@ -68,12 +168,15 @@ void MainWindow::buildCentral()
 {
     auto *splitter = new QSplitter(Qt::Vertical, this);
     auto *upper = new QSplitter(Qt::Horizontal, splitter);
+    m_vertical = splitter;
+    m_upper = upper;
     m_billTabs = new QTabWidget(upper);
     m_billTabs->setObjectName(QStringLiteral("tabBills"));
     for (JJBTableBase *table : m_project->unitWork()->pricingTables()) {
         auto *model = new BillTreeModel(table, this);
         auto *view = new QTreeView(m_billTabs);
         view->setModel(model);
+        view->setItemDelegate(new MultiLineDelegate({BillTreeModel::FeaturesColumn, BillTreeModel::WorkContentColumn}, view));
         view->setAlternatingRowColors(true);
         view->setUniformRowHeights(true);
         view->setWordWrap(false);
@@ -95,6 +198,7 @@ void MainWindow::buildCentral()
     upper->setStretchFactor(0, 4);
     upper->setStretchFactor(1, 1);
     auto *lower = new QTabWidget(splitter);
+    m_lowerTabs = lower;
     m_materials = new MaterialTableModel(m_project->materialTable(), this);
     auto *materialView = new QTableView(lower);
     materialView->setObjectName(QStringLiteral("tableMaterials"));
@@ -116,12 +220,17 @@ void MainWindow::buildCentral()
 void MainWindow::buildMenus()
 {
     QMenu *file = menuBar()->addMenu(QStringLiteral("文件(&F)"));
+    m_files = new ProjectFileActions(this);
+    m_files->fillMenu(file);
     file->addAction(QStringLiteral("退出(&X)"), this, &QWidget::close);
     QMenu *edit = menuBar()->addMenu(QStringLiteral("编辑(&E)"));
     QAction *undo = m_undo->createUndoAction(this, QStringLiteral("撤销"));
     undo->setShortcut(QKeySequence::Undo);
     QAction *redo = m_undo->createRedoAction(this, QStringLiteral("重做"));
-    redo->setShortcut(QKeySequence::Redo);
+    QList<QKeySequence> redoKeys = QKeySequence::keyBindings(QKeySequence::Redo);
+    if (!redoKeys.contains(QKeySequence(Qt::CTRL + Qt::Key_Y)))
+        redoKeys.append(QKeySequence(Qt::CTRL + Qt::Key_Y));
+    redo->setShortcuts(redoKeys);
     edit->addAction(undo);
     edit->addAction(redo);
     buildModuleMenu();

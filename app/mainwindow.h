@@ -13,7 +13,10 @@ class HostCloudWaiter;
 class JJBTableBase;
 class MaterialTableModel;
 class ProjectDocument;
+class ProjectFileActions;
+class QAbstractItemModel;
 class QAction;
+class QSplitter;
 class QLabel;
 class QTabWidget;
 class QTreeView;
@@ -41,10 +44,30 @@ public:
     void selectBill(BaseDataItem *bill);
     BillDetailPanel *detailPanel() const { return m_detail; }
 
+    ProjectDocument *project() const { return m_project; }
+    ProjectFileActions *fileActions() const { return m_files; }
+    // Puts `next` in place of the open project: the windows on the old one
+    // close, the undo history goes; `modified` marks a project not yet saved.
+    void replaceProject(ProjectDocument &&next, bool modified);
+    // The file name of the project, or its name while it has no file.
+    QString documentTitle() const;
+    void updateTitle();
+    QAbstractItemModel *currentBillModel() const;
+    QAbstractItemModel *materialModel() const;
+    QTabWidget *lowerTabs() const { return m_lowerTabs; }
+    SettingsPanel *settingsPanel() const { return m_settings; }
+    // Geometry, splitter sizes and active tabs as the last run left them.
+    void restoreLayout();
+
 public slots:
     void refreshLoginState();
 
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
 private:
+    void saveLayout() const;
+    void selectFirstBill();
     void buildCentral();
     void buildMenus();
     void buildModuleMenu();
@@ -62,6 +85,10 @@ private:
     ProjectDocument *m_project;
     QUndoStack *m_undo = nullptr;
     HostContext m_context;
+    ProjectFileActions *m_files = nullptr;
+    QSplitter *m_vertical = nullptr;
+    QSplitter *m_upper = nullptr;
+    QTabWidget *m_lowerTabs = nullptr;
     QTabWidget *m_billTabs = nullptr;
     QList<QTreeView *> m_billViews;
     QList<BillTreeModel *> m_billModels;

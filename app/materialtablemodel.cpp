@@ -2,6 +2,7 @@
 
 #include <hostapi/generaltablebase.h>
 #include <hostapi/round.h>
+#include <hostapi/rurecordcontrol.h>
 
 #include <QColor>
 
@@ -81,6 +82,8 @@ QVariant MaterialTableModel::data(const QModelIndex &index, int role) const
     const GljBean *m = index.isValid() ? materialAt(index.row()) : nullptr;
     if (!m)
         return QVariant();
+    if (role == Qt::EditRole && index.column() == PriceColumn)
+        return QString::number(m->GetTj(), 'g', 15);
     if (role == Qt::ToolTipRole && index.column() == PriceColumn && m_deviations.deviation(*m))
         return QStringLiteral("%1（偏差率%2%）").arg(cellText(*m, PriceColumn), Round(*m_deviations.deviation(*m), 2, true));
     if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
@@ -99,6 +102,27 @@ QVariant MaterialTableModel::headerData(int section, Qt::Orientation orientation
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= ColumnCount)
         return QVariant();
     return QString::fromUtf8(titles[section]);
+}
+
+Qt::ItemFlags MaterialTableModel::flags(const QModelIndex &index) const
+{
+    Qt::ItemFlags f = QAbstractTableModel::flags(index);
+    return index.isValid() && index.column() == PriceColumn ? f | Qt::ItemIsEditable : f;
+}
+
+bool MaterialTableModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    GljBean *material = index.isValid() ? materialAt(index.row()) : nullptr;
+    bool ok = false;
+    const double price = value.toString().trimmed().remove(QChar(',')).toDouble(&ok);
+    if (role != Qt::EditRole || index.column() != PriceColumn || !material || !ok)
+        return false;
+    GljBean values = *material;
+    values.SetTj(price);
+    RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(m_table, 0, QStringLiteral("修改材料价格")));
+    m_table->updateMaterial(material, values);
+    RURecordControl::EndRecord();
+    return true;
 }
 
 void MaterialTableModel::materialChanged(GljBean *material)

@@ -1,4 +1,6 @@
 #include "pricecheckreportwindow.h"
+#include "hostfiledialogs.h"
+#include "tableexport.h"
 #include "hostcontext.h"
 #include "pricecheckreport.h"
 #include "pricecheckreportchart.h"
@@ -17,7 +19,6 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QDoubleSpinBox>
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -219,11 +220,16 @@ bool PriceCheckReportWindow::exportCsv(const QString &path) const
 void PriceCheckReportWindow::chooseCsvFile()
 {
     GUARDED(kSource, [&] {
-        const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("导出CSV"),
-                                                          QStringLiteral("单价检查报告.csv"),
-                                                          QStringLiteral("CSV (*.csv)"));
-        if (!path.isEmpty() && !exportCsv(path))
+        const QString path = HostFileDialogs::saveFileName(this, QStringLiteral("导出CSV"),
+                                                           QStringLiteral("CSV (*.csv);;Excel 工作簿 (*.xlsx)"),
+                                                           QStringLiteral("单价检查报告.csv"));
+        QString error;
+        if (path.endsWith(QLatin1String(".xlsx"), Qt::CaseInsensitive)) {
+            if (!TableExport::write(m_model, path, &error))
+                showMessageBox(error, this, 3);
+        } else if (!path.isEmpty() && !exportCsv(path)) {
             showMessageBox(QStringLiteral("无法写入文件：%1").arg(path), this, 3);
+        }
     });
 }
 

@@ -1,4 +1,5 @@
 #include "projectdocument.h"
+#include "projectfile.h"
 
 #include <hostapi/cloudzjbean.h>
 #include <hostapi/hostconstants.h>
@@ -7,51 +8,27 @@
 #include <hostapi/tablebaseobject.h>
 
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-
-namespace {
-
-std::unique_ptr<BaseDataItem> readItem(const QJsonObject &o)
-{
-    auto item = std::make_unique<BaseDataItem>(o.value(QLatin1String("id")).toVariant().toLongLong(),
-                                               o.value(QLatin1String("kind")).toInt(BaseDataItem::BillKind));
-    // Loading is not an edit: values go in without an open record.
-    item->setData(BaseDataItem::CodeRole, o.value(QLatin1String("code")).toString());
-    item->setData(BaseDataItem::NameRole, o.value(QLatin1String("name")).toString());
-    if (item->isBill()) {
-        item->setData(BaseDataItem::UnitRole, o.value(QLatin1String("unit")).toString());
-        item->setData(BaseDataItem::FeaturesRole, o.value(QLatin1String("features")).toString());
-        item->setData(BaseDataItem::WorkContentRole, o.value(QLatin1String("workContent")).toString());
-        item->setData(BaseDataItem::QuantityRole, o.value(QLatin1String("quantity")).toDouble());
-        item->setData(BaseDataItem::UnitPriceRole, o.value(QLatin1String("price")).toDouble());
-        item->setData(BaseDataItem::KindRole, o.value(QLatin1String("sjkm")).toString());
-    }
-    item->setExclude(o.value(QLatin1String("exclude")).toBool());
-    item->setCsQdbh(o.value(QLatin1String("csCode")).toString());
-    for (const QJsonValue &c : o.value(QLatin1String("children")).toArray())
-        item->appendChild(readItem(c.toObject()));
-    return item;
-}
-
-ProjectSettingsInfo readSettings(const QJsonObject &o)
-{
-    ProjectSettingsInfo s;
-    s.time = o.value(QLatin1String("time")).toString();
-    s.place = o.value(QLatin1String("place")).toString();
-    s.placeCode = o.value(QLatin1String("placeCode")).toString();
-    s.altitude = o.value(QLatin1String("altitude")).toString();
-    s.taxMode = o.value(QLatin1String("taxMode")).toString();
-    s.scope = o.value(QLatin1String("scope")).toString();
-    return s;
-}
-
-
-}
+#include <QFileInfo>
+#include <QSaveFile>
 
 ProjectDocument::ProjectDocument() = default;
 
 ProjectDocument::~ProjectDocument() = default;
+
+ProjectDocument::ProjectDocument(ProjectDocument &&other) = default;
+
+ProjectDocument &ProjectDocument::operator=(ProjectDocument &&other) = default;
+
+ProjectDocument ProjectDocument::blank(const QString &name)
+{
+    ProjectDocument project;
+    project.m_name = name;
+    project.m_work = std::make_unique<WorkBaseObject>(name);
+    project.m_work->addPricingTable(QStringLiteral("分部分项工程"), JJBTableBase::BillTableKind);
+    project.m_work->addPricingTable(QStringLiteral("措施项目"), JJBTableBase::MeasureTableKind);
+    project.m_settings = ProjectSettingHelper::GetProjectSettingsInfo();
+    return project;
+}
 
 bool ProjectDocument::loadFile(const QString &path, QString *error)
 {
@@ -61,38 +38,39 @@ bool ProjectDocument::loadFile(const QString &path, QString *error)
             *error = QStringLiteral("无法打开工程文件 %1：%2").arg(path, file.errorString());
         return false;
     }
-    return load(file.readAll(), error);
+    if (!load(file.readAll(), error))
+        return false;
+    m_filePath = path.startsWith(QLatin1Char(':')) ? QString() : QFileInfo(path).absoluteFilePath();
+    return true;
 }
 
 bool ProjectDocument::load(const QByteArray &json, QString *error)
 {
-    QJsonParseError parseError{};
-    const QJsonDocument doc = QJsonDocument::fromJson(json, &parseError);
-    const QJsonObject root = doc.object();
-    const QJsonArray tables = root.value(QLatin1String("tables")).toArray();
-    if (!doc.isObject() || tables.isEmpty()) {
+    ProjectContent content;
+    if (!ProjectFile::read(json, &content, error))
+        return false;
+    m_name = content.name;
+    m_settings = content.settings;
+    m_work = std::move(content.work);
+    m_filePath.clear();
+    return true;
+}
+
+QByteArray ProjectDocument::toJson() const
+{
+    return m_work ? ProjectFile::write(m_name, *m_work, ProjectSettingHelper::GetProjectSettingsInfo()) : QByteArray();
+}
+
+bool ProjectDocument::saveFile(const QString &path, QString *error)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(toJson()) < 0 || !file.commit()) {
         if (error)
-            *error = doc.isObject() ? QStringLiteral("工程文件没有计价表")
-                                    : QStringLiteral("工程文件不是有效的JSON：%1").arg(parseError.errorString());
+            *error = QStringLiteral("无法保存工程文件 %1：%2").arg(path, file.errorString());
         return false;
     }
-    const QJsonObject workInfo = root.value(QLatin1String("unitWork")).toObject();
-    auto work = std::make_unique<WorkBaseObject>(workInfo.value(QLatin1String("name")).toString());
-    work->setQdSpec(workInfo.value(QLatin1String("qdSpec")).toString());
-    work->setJswjIndex(workInfo.value(QLatin1String("jswjIndex")).toInt());
-    work->setDelbIndex(workInfo.value(QLatin1String("delbIndex")).toInt());
-    for (const QJsonValue &t : tables) {
-        const QJsonObject table = t.toObject();
-        JJBTableBase *jjb = work->addPricingTable(table.value(QLatin1String("name")).toString(),
-                                                  table.value(QLatin1String("kind")).toInt());
-        for (const QJsonValue &i : table.value(QLatin1String("items")).toArray())
-            jjb->rootItem()->appendChild(readItem(i.toObject()));
-    }
-    for (const QJsonValue &m : root.value(QLatin1String("materials")).toArray())
-        work->materialTable()->addMaterial(GljBean::fromJson(m.toObject()));
-    m_name = root.value(QLatin1String("name")).toString();
-    m_settings = readSettings(root.value(QLatin1String("settings")).toObject());
-    m_work = std::move(work);
+    m_filePath = QFileInfo(path).absoluteFilePath();
+    m_settings = ProjectSettingHelper::GetProjectSettingsInfo();
     return true;
 }
 

@@ -20,11 +20,23 @@ public:
 
     ProjectDocument();
     ~ProjectDocument();
+    ProjectDocument(ProjectDocument &&other);
+    ProjectDocument &operator=(ProjectDocument &&other);
 
-    // Reads a project file (the JSON form of scripts/gen-sample-project.py).
-    // On failure the document is left as it was and `error` tells why.
+    // A new project: an empty bill table and measure table, no materials.
+    static ProjectDocument blank(const QString &name);
+
+    // Reads a project file (docs/project-file.md). On failure the document
+    // is left as it was and `error` tells why.
     bool load(const QByteArray &json, QString *error);
     bool loadFile(const QString &path, QString *error);
+    // Writes the project with the current project settings, atomically; on
+    // failure the file on disk is left as it was.
+    bool saveFile(const QString &path, QString *error);
+    QByteArray toJson() const;
+    // The file the project was opened from or last saved to; empty for a
+    // new project and the sample.
+    QString filePath() const { return m_filePath; }
 
     QString name() const { return m_name; }
     WorkBaseObject *unitWork() const { return m_work.get(); }
@@ -63,6 +75,7 @@ public:
 
 private:
     QString m_name;
+    QString m_filePath;
     std::unique_ptr<WorkBaseObject> m_work;
     ProjectSettingsInfo m_settings;
 };

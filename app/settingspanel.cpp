@@ -1,23 +1,40 @@
 #include "settingspanel.h"
+#include "settingsedit.h"
 
 #include <hostapi/projectsettinghelper.h>
 
+#include <QComboBox>
 #include <QFormLayout>
 #include <QLabel>
+#include <QLineEdit>
 
 SettingsPanel::SettingsPanel(QWidget *parent) : QWidget(parent)
 {
+    // The editors must not make the lower pane of the main window taller.
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
     auto *form = new QFormLayout(this);
     form->setContentsMargins(16, 12, 16, 12);
     form->setVerticalSpacing(8);
-    const QStringList captions{QStringLiteral("价格基准时间："), QStringLiteral("工程地点："), QStringLiteral("海拔高度："),
-                               QStringLiteral("计税方式："), QStringLiteral("应用范围：")};
-    for (const QString &caption : captions) {
-        auto *value = new QLabel(this);
-        value->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        form->addRow(caption, value);
-        m_values.append(value);
+    const QStringList captions{QStringLiteral("价格基准时间："), QStringLiteral("工程地点："), QStringLiteral("海拔高度：")};
+    for (int row = 0; row < captions.size(); ++row) {
+        auto *edit = new QLineEdit(this);
+        edit->setMaximumWidth(360);
+        connect(edit, &QLineEdit::editingFinished, this, [this, edit, row] {
+            if (!SettingsEdit::apply(row, edit->text()))
+                refresh();
+        });
+        form->addRow(captions[row], edit);
+        m_edits.append(edit);
     }
+    m_tax = new QComboBox(this);
+    m_tax->addItems({QStringLiteral("一般计税"), QStringLiteral("简易计税")});
+    m_tax->setMaximumWidth(360);
+    connect(m_tax, QOverload<int>::of(&QComboBox::activated), this,
+            [this] { SettingsEdit::apply(SettingsEdit::TaxMode, m_tax->currentText()); });
+    form->addRow(QStringLiteral("计税方式："), m_tax);
+    m_scopeLabel = new QLabel(this);
+    m_scopeLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    form->addRow(QStringLiteral("应用范围："), m_scopeLabel);
     connect(ProjectSettingHelper::instance(), &ProjectSettingHelper::settingsChanged, this, &SettingsPanel::refresh);
     refresh();
 }
@@ -26,9 +43,13 @@ void SettingsPanel::refresh()
 {
     const ProjectSettingsInfo s = ProjectSettingHelper::GetProjectSettingsInfo();
     const QString place = s.placeCode.isEmpty() ? s.place : QStringLiteral("%1（%2）").arg(s.place, s.placeCode);
-    const QStringList values{s.time, place, s.altitude, s.taxMode, m_scope.isEmpty() ? s.scope : m_scope};
-    for (int i = 0; i < m_values.size(); ++i)
-        m_values[i]->setText(values.value(i));
+    const QStringList values{s.time, place, s.altitude};
+    for (int i = 0; i < m_edits.size(); ++i)
+        m_edits[i]->setText(values.value(i));
+    if (m_tax->findText(s.taxMode) < 0)
+        m_tax->addItem(s.taxMode);
+    m_tax->setCurrentText(s.taxMode);
+    m_scopeLabel->setText(m_scope.isEmpty() ? s.scope : m_scope);
 }
 
 void SettingsPanel::setScope(const QString &scope)
@@ -39,5 +60,7 @@ void SettingsPanel::setScope(const QString &scope)
 
 QString SettingsPanel::valueText(int row) const
 {
-    return row >= 0 && row < m_values.size() ? m_values[row]->text() : QString();
+    if (row < m_edits.size())
+        return row >= 0 ? m_edits[row]->text() : QString();
+    return row == m_edits.size() ? m_tax->currentText() : row == m_edits.size() + 1 ? m_scopeLabel->text() : QString();
 }

@@ -1,10 +1,13 @@
 #pragma once
 #include <QWidget>
 
+class QComboBox;
 class QLabel;
+class QLineEdit;
 
 // The project settings table as the host shows it: time, place, altitude,
-// tax mode and scope. Follows every write of the project settings.
+// tax mode and scope. Follows every write of the project settings; time,
+// place, altitude and tax mode are edited in place.
 class SettingsPanel : public QWidget
 {
     Q_OBJECT
@@ -15,7 +18,12 @@ public:
     void setScope(const QString &scope);
     QString valueText(int row) const;
 
+    QLineEdit *lineEdit(int row) const { return m_edits.value(row); }
+    QComboBox *taxCombo() const { return m_tax; }
+
 private:
-    QList<QLabel *> m_values;
+    QList<QLineEdit *> m_edits;
+    QComboBox *m_tax = nullptr;
+    QLabel *m_scopeLabel = nullptr;
     QString m_scope;
 };

@@ -1,6 +1,8 @@
 #include "basedataitem.h"
 #include "rurecordcontrol.h"
 
+#include <algorithm>
+
 BaseDataItem::BaseDataItem(qint64 id, int kind) : m_id(id), m_kind(kind) {}
 
 BaseDataItem::~BaseDataItem() = default;
@@ -9,6 +11,14 @@ QVariant BaseDataItem::data(int role) const
 {
     QReadLocker lock(&m_lock);
     return m_data.value(role);
+}
+
+QList<int> BaseDataItem::roles() const
+{
+    QReadLocker lock(&m_lock);
+    QList<int> keys = m_data.keys();
+    std::sort(keys.begin(), keys.end());
+    return keys;
 }
 
 void BaseDataItem::setData(int role, const QVariant &value)

@@ -51,6 +51,8 @@ public:
     QVariant data(int role) const;
     QString text(int role) const { return data(role).toString(); }
     void setData(int role, const QVariant &value);
+    // The roles that hold a value, ascending.
+    QList<int> roles() const;
 
     // Tree.
     BaseDataItem *parentItem() const { return m_parent; }

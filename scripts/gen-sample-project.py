@@ -192,6 +192,8 @@ def materials():
 
 def main():
     project = {
+        'format': 'velora-project',
+        'version': 1,
         'name': '武汉某办公楼安装工程',
         'unitWork': {'name': '办公楼给排水、电气及消防安装', 'qdSpec': 'GB24', 'jswjIndex': 0, 'delbIndex': 0},
         'settings': SETTINGS,

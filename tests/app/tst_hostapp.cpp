@@ -129,22 +129,6 @@ private slots:
         QCOMPARE(panel.valueText(1), QStringLiteral("四川省成都市金牛区（510106）"));
     }
 
-    void badProjectFiles_data()
-    {
-        QTest::addColumn<QByteArray>("json");
-        QTest::newRow("not json") << QByteArray("{tables");
-        QTest::newRow("no tables") << QByteArray("{\"name\":\"x\"}");
-    }
-    void badProjectFiles()
-    {
-        QFETCH(QByteArray, json);
-        QString error;
-        QVERIFY(!project->load(json, &error));
-        QVERIFY(!error.isEmpty());
-        // The open project is kept.
-        QCOMPARE(project->allBills().size(), 81);
-    }
-
     void neighbourBills()
     {
         const QList<BaseDataItem *> bills = project->allBills();
