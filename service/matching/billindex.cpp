@@ -50,3 +50,15 @@ void BillIndex::setCandidateBudget(int postings)
     QWriteLocker lock(&m_lock);
     m_data->setBudget(size_t(std::max(1, postings)));
 }
+
+void BillIndex::setRerankWeights(const RerankWeights &weights)
+{
+    QWriteLocker lock(&m_lock);
+    m_data->setWeights(weights);
+}
+
+QVector<BillFeatures> BillIndex::candidateFeatures(const BillQuery &query, int count) const
+{
+    QReadLocker lock(&m_lock);
+    return m_data->candidateFeatures(query, count);
+}
