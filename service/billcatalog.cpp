@@ -1,6 +1,12 @@
 #include "billcatalog.h"
 #include "servicedb.h"
 #include "tierscope.h"
+#include "matching/rerankweights.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtDebug>
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -26,6 +32,24 @@ void releaseFreedMemory(int changed)
 BillCatalog::BillCatalog(ServiceDb &db)
     : m_db(db)
 {
+    RerankWeights weights;
+    QString error;
+    if (weights.loadShipped(&error))
+        m_index.setRerankWeights(weights);
+    else
+        qWarning().noquote() << error << "- bills are ranked by text alone";
+}
+
+QStringList BillCatalog::quotaNamesOf(const QString &zjnr)
+{
+    QStringList names;
+    const QJsonArray lines = QJsonDocument::fromJson(zjnr.toUtf8()).object().value(QStringLiteral("zjnr")).toArray();
+    for (const QJsonValue &line : lines) {
+        const QJsonObject o = line.toObject();
+        if (o.value(QStringLiteral("TYPE")).toString() == QLatin1String("DE"))
+            names << o.value(QStringLiteral("XMMC")).toString();
+    }
+    return names;
 }
 
 QString BillCatalog::scopeOf(const BillStore::Bill &bill)
@@ -50,6 +74,7 @@ BillRecord BillCatalog::recordOf(const BillStore::Bill &bill)
     r.features = bill.xmtz;
     r.workContent = bill.gznr;
     r.payload = bill.id;
+    r.quotaNames = quotaNamesOf(bill.zjnr);
     return r;
 }
 

@@ -34,6 +34,8 @@ public:
     QVector<qint64> match(const Query &query, const QString &scope, int *total = nullptr) const;
 
     static QString scopeOf(const BillStore::Bill &bill);
+    // The quota names of a stored price composition ("DE" lines).
+    static QStringList quotaNamesOf(const QString &zjnr);
 
 private:
     static BillRecord recordOf(const BillStore::Bill &bill);

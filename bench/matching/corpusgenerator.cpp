@@ -47,7 +47,8 @@ bool CorpusGenerator::load(const QString &dataDir, QString *error)
             const QJsonObject o = v.toObject();
             const QString name = o.value(QStringLiteral("bill_name")).toString();
             const QString text = o.value(QStringLiteral("bill_text")).toString();
-            m_projects.push_back({name, text.startsWith(name) ? text.mid(name.size()).trimmed() : text});
+            m_projects.push_back({name, text.startsWith(name) ? text.mid(name.size()).trimmed() : text,
+                                  strings(o.value(QStringLiteral("quota_names")))});
             auto it = line.globalMatch(text);
             while (it.hasNext()) {
                 const auto m = it.next();
@@ -101,6 +102,7 @@ void CorpusGenerator::fill(BillRecord &r)
         const Project &p = m_projects.at(pick(m_projects.size()));
         r.name = p.name;
         r.features = perturbNumbers(p.features);
+        r.quotaNames = p.quotaNames;
         if (chance(50))
             r.code.clear();
         return;

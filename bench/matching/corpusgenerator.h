@@ -31,6 +31,7 @@ private:
     struct Project
     {
         QString name, features;
+        QStringList quotaNames;
     };
     int pick(int n) { return int(m_rng() % quint64(n)); }
     bool chance(int percent) { return pick(100) < percent; }

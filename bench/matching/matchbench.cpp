@@ -1,6 +1,8 @@
 #include "benchutil.h"
 #include "corpusgenerator.h"
 
+#include <service/matching/rerankweights.h>
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTextStream>
@@ -35,6 +37,12 @@ int main(int argc, char **argv)
         index->add(gen.next(i));
     const qint64 genMs = t.restart();
     index->build();
+    RerankWeights weights;
+    if (!qEnvironmentVariableIsSet("VELORA_MATCH_TEXT_ONLY") && !weights.loadShipped(&error)) {
+        QTextStream(stderr) << error << '\n';
+        return 1;
+    }
+    index->setRerankWeights(weights);
     if (qEnvironmentVariableIsSet("VELORA_MATCH_BUDGET"))
         index->setCandidateBudget(qEnvironmentVariableIntValue("VELORA_MATCH_BUDGET"));
     const qint64 buildMs = t.elapsed();

@@ -61,6 +61,7 @@ void BillIndex::build()
     if (next->wantsCompaction()) {
         auto fresh = std::make_shared<BillIndexData>();
         fresh->setBudget(next->budget());
+        fresh->setWeights(next->weights());
         fresh->apply(next->liveDocs(), {});
         next = std::move(fresh);
     }
@@ -90,4 +91,17 @@ void BillIndex::setCandidateBudget(int postings)
     auto next = std::make_shared<BillIndexData>(*current());
     next->setBudget(size_t(std::max(1, postings)));
     publish(std::move(next));
+}
+
+void BillIndex::setRerankWeights(const RerankWeights &weights)
+{
+    std::lock_guard<std::mutex> writer(m_writer);
+    auto next = std::make_shared<BillIndexData>(*current());
+    next->setWeights(weights);
+    publish(std::move(next));
+}
+
+QVector<BillFeatures> BillIndex::candidateFeatures(const BillQuery &query, int count) const
+{
+    return current()->candidateFeatures(query, count);
 }

@@ -23,6 +23,7 @@ struct BillRecord
     QString features;    // item features, usually several lines
     QString workContent;
     qint64 payload = 0;
+    QStringList quotaNames; // the composition's quota names, when known
 };
 
 // What to match against. Text fields describe the bill being priced; empty
@@ -53,7 +54,15 @@ struct BillMatch
     double score = 0.0;
 };
 
+// Re-ranking features of one text candidate (see BillReranker).
+struct BillFeatures
+{
+    qint64 id = 0;
+    QVector<double> features;
+};
+
 class BillIndexData;
+class RerankWeights;
 
 // In-memory ranking of stored bills: character bigrams of the Chinese text
 // (name, features, work content), size tokens, the standard code and its
@@ -93,6 +102,12 @@ public:
     // Postings read per query, rarest grams first, before the commonest grams
     // are left to the full scoring of the best candidates.
     void setCandidateBudget(int postings);
+    // The best text candidates are re-ordered by these weights; empty
+    // weights keep the text order.
+    void setRerankWeights(const RerankWeights &weights);
+    // Features of the best `count` text candidates, in text order, for
+    // learning the weights.
+    QVector<BillFeatures> candidateFeatures(const BillQuery &query, int count) const;
 
 private:
     std::shared_ptr<const BillIndexData> current() const;

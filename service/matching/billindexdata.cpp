@@ -1,6 +1,8 @@
 #include "billindexdata.h"
 #include "billtext.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <cmath>
 
@@ -14,6 +16,9 @@ constexpr double kCodeBonus = 1.0;
 constexpr double kClassBonus = 0.25;
 constexpr double kUnitPenalty = 0.3;
 constexpr uint8_t kDeleted = 0x80;
+// Text candidates re-ordered by their quotas' fit; the right bill is nearly
+// always among them.
+constexpr size_t kReranked = 20;
 
 struct Scratch
 {
@@ -32,6 +37,16 @@ Scratch &scratch(size_t docs)
     return s;
 }
 
+std::vector<double> numbersIn(const QString &name)
+{
+    static const QRegularExpression number(QStringLiteral("\\d+(?:\\.\\d+)?"));
+    std::vector<double> out;
+    auto it = number.globalMatch(name.normalized(QString::NormalizationForm_KC));
+    while (it.hasNext())
+        out.push_back(it.next().captured().toDouble());
+    return out;
+}
+
 bool better(double sa, uint32_t da, double sb, uint32_t db)
 {
     return sa > sb || (sa == sb && da < db);
@@ -41,6 +56,7 @@ bool better(double sa, uint32_t da, double sb, uint32_t db)
 
 struct BillIndexData::Prepared
 {
+    QString text; // the query's raw text, for the re-ranking features
     std::vector<uint32_t> grams; // sorted gram ids known to the index
     double norm = 0.0;
     uint32_t code = 0;
@@ -94,6 +110,7 @@ BillIndexData::Staged BillIndexData::stage(const BillRecord &r)
     s.project = r.projectId;
     s.text = BillText::normalise(r.name + QLatin1Char('\n') + r.features + QLatin1Char('\n') + r.workContent);
     s.terms = BillText::terms(BillText::stripLabels(s.text));
+    s.quotaNames = r.quotaNames;
     return s;
 }
 
@@ -134,6 +151,8 @@ void BillIndexData::index(Staged &r)
     d.fwdBegin = m_fwd.size();
     d.fwdLen = uint32_t(ids.size());
     m_fwd.insert(m_fwd.end(), ids.begin(), ids.end());
+    m_quotaStart.push_back(uint32_t(m_quotaRefs.size()));
+    indexQuotas(r.quotaNames);
 
     if (d.code)
         m_byCode[d.code].push_back(docNo);
@@ -161,6 +180,8 @@ void BillIndexData::apply(std::vector<Staged> staged, const std::vector<qint64> 
     const size_t before = m_docs.size();
     for (Staged &r : staged)
         index(r);
+    if (m_quotaInfo.size() != m_stepsAt)
+        computeFamilySteps();
 
     const double n = double(m_docs.size()) + 1.0;
     m_idf2.resize(m_postings.size());
@@ -200,9 +221,13 @@ std::vector<BillIndexData::Staged> BillIndexData::liveDocs() const
         return byId;
     };
     const std::vector<QString> units = keys(m_units), scopes = keys(m_scopes), projects = keys(m_projects);
+    std::vector<QString> quotaNames(m_quotaInfo.size());
+    for (auto it = m_quotaIds.constBegin(); it != m_quotaIds.constEnd(); ++it)
+        quotaNames[it.value()] = it.key();
     std::vector<Staged> live;
     live.reserve(size_t(m_live));
-    for (const Doc &d : m_docs) {
+    for (uint32_t docNo = 0; docNo < m_docs.size(); ++docNo) {
+        const Doc &d = m_docs[docNo];
         if (d.deleted)
             continue;
         Staged s;
@@ -215,6 +240,9 @@ std::vector<BillIndexData::Staged> BillIndexData::liveDocs() const
         s.project = d.project >= 0 ? projects[size_t(d.project)] : QString();
         s.text = QString::fromUtf16(m_text.data() + d.textBegin, int(d.textLen));
         s.terms = BillText::terms(BillText::stripLabels(s.text));
+        const uint32_t to = docNo + 1 < m_quotaStart.size() ? m_quotaStart[docNo + 1] : uint32_t(m_quotaRefs.size());
+        for (uint32_t i = m_quotaStart[docNo]; i < to; ++i)
+            s.quotaNames << quotaNames[m_quotaRefs[i]];
         live.push_back(std::move(s));
     }
     return live;
@@ -223,8 +251,8 @@ std::vector<BillIndexData::Staged> BillIndexData::liveDocs() const
 BillIndexData::Prepared BillIndexData::prepare(const BillQuery &q) const
 {
     Prepared p;
-    const QString text = BillText::stripLabels(
-        BillText::normalise(q.name + QLatin1Char('\n') + q.features + QLatin1Char('\n') + q.workContent));
+    p.text = q.name + QLatin1Char('\n') + q.features + QLatin1Char('\n') + q.workContent;
+    const QString text = BillText::stripLabels(BillText::normalise(p.text));
     double norm2 = 0.0;
     for (uint64_t key : BillText::terms(text)) {
         auto it = m_gramIds.find(key);
@@ -436,9 +464,8 @@ void BillIndexData::rank(const Prepared &p, std::vector<Scored> &cands) const
         cands.resize(kPool);
 }
 
-QVector<BillMatch> BillIndexData::query(const BillQuery &q, int *total) const
+std::vector<BillIndexData::Scored> BillIndexData::ranked(const Prepared &p, const BillQuery &q) const
 {
-    const Prepared p = prepare(q);
     std::vector<Scored> cands;
     std::vector<uint32_t> allowed;
     const bool restricted = q.sourceMask != 0 && restriction(p, allowed);
@@ -451,6 +478,15 @@ QVector<BillMatch> BillIndexData::query(const BillQuery &q, int *total) const
         accumulate(p, restricted ? &allowed : nullptr, cands);
     }
     rank(p, cands);
+    return cands;
+}
+
+QVector<BillMatch> BillIndexData::query(const BillQuery &q, int *total) const
+{
+    const Prepared p = prepare(q);
+    std::vector<Scored> cands = ranked(p, q);
+    if (!m_weights.isEmpty())
+        rerank(p, cands);
     if (total)
         *total = int(cands.size());
     QVector<BillMatch> out;
@@ -460,5 +496,81 @@ QVector<BillMatch> BillIndexData::query(const BillQuery &q, int *total) const
         const Doc &d = m_docs[cands[size_t(i)].doc];
         out.push_back({d.id, d.payload, cands[size_t(i)].score});
     }
+    return out;
+}
+
+void BillIndexData::indexQuotas(const QStringList &names)
+{
+    for (const QString &name : names) {
+        auto it = m_quotaIds.constFind(name);
+        if (it == m_quotaIds.constEnd()) {
+            QuotaInfo info;
+            info.bound = QuotaBound::parse(name);
+            info.grams = BillText::termsOf(name);
+            info.numbers = numbersIn(name);
+            it = m_quotaIds.insert(name, uint32_t(m_quotaInfo.size()));
+            m_quotaInfo.push_back(std::move(info));
+        }
+        m_quotaRefs.push_back(it.value());
+    }
+}
+
+// The step below each bound: the next smaller bound among the quotas of the
+// same family seen in the store.
+void BillIndexData::computeFamilySteps()
+{
+    QHash<QString, std::vector<double>> families;
+    for (const QuotaInfo &q : m_quotaInfo)
+        if (q.bound.valid && !q.bound.atLeast)
+            families[q.bound.family].push_back(q.bound.value);
+    for (QuotaInfo &q : m_quotaInfo) {
+        q.lower = 0.0;
+        if (!q.bound.valid || q.bound.atLeast)
+            continue;
+        for (double v : families.value(q.bound.family))
+            if (v < q.bound.value && v > q.lower)
+                q.lower = v;
+    }
+    m_stepsAt = m_quotaInfo.size();
+}
+
+QVector<double> BillIndexData::featuresOf(const BillReranker &reranker, const Scored &c) const
+{
+    const uint32_t from = m_quotaStart[c.doc];
+    const uint32_t to = c.doc + 1 < m_quotaStart.size() ? m_quotaStart[c.doc + 1] : uint32_t(m_quotaRefs.size());
+    std::vector<BillReranker::Quota> quotas;
+    for (uint32_t i = from; i < to; ++i) {
+        const QuotaInfo &info = m_quotaInfo[m_quotaRefs[i]];
+        quotas.push_back({info.bound.valid ? &info.bound : nullptr, info.lower, &info.grams, &info.numbers});
+    }
+    const Doc &d = m_docs[c.doc];
+    const QString text = QString::fromUtf16(m_text.data() + d.textBegin, int(d.textLen));
+    return reranker.features(c.score, quotas, text);
+}
+
+void BillIndexData::rerank(const Prepared &p, std::vector<Scored> &cands) const
+{
+    const size_t n = std::min(cands.size(), kReranked);
+    if (n < 2)
+        return;
+    const BillReranker reranker(p.text);
+    std::vector<std::pair<double, size_t>> order;
+    for (size_t i = 0; i < n; ++i)
+        order.push_back({m_weights.score(featuresOf(reranker, cands[i])), i});
+    std::stable_sort(order.begin(), order.end(), [](const auto &a, const auto &b) { return a.first > b.first; });
+    std::vector<Scored> head;
+    for (const auto &o : order)
+        head.push_back(cands[o.second]);
+    std::copy(head.begin(), head.end(), cands.begin());
+}
+
+QVector<BillFeatures> BillIndexData::candidateFeatures(const BillQuery &q, int count) const
+{
+    const Prepared p = prepare(q);
+    const std::vector<Scored> cands = ranked(p, q);
+    const BillReranker reranker(p.text);
+    QVector<BillFeatures> out;
+    for (size_t i = 0; i < cands.size() && int(i) < count; ++i)
+        out.push_back({m_docs[cands[i].doc].id, featuresOf(reranker, cands[i])});
     return out;
 }

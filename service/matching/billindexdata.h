@@ -1,5 +1,8 @@
 #pragma once
 #include "billindex.h"
+#include "billreranker.h"
+#include "quotabound.h"
+#include "rerankweights.h"
 
 #include <QHash>
 
@@ -25,6 +28,7 @@ public:
         QString unit, scope, project; // keys; empty for none
         QString text;                 // normalised name, features, work content
         std::vector<uint64_t> terms;
+        QStringList quotaNames;
     };
     struct Norms
     {
@@ -48,6 +52,9 @@ public:
     int size() const { return m_live; }
     size_t budget() const { return m_budget; }
     void setBudget(size_t postings) { m_budget = postings; }
+    void setWeights(const RerankWeights &weights) { m_weights = weights; }
+    const RerankWeights &weights() const { return m_weights; }
+    QVector<BillFeatures> candidateFeatures(const BillQuery &query, int count) const;
 
     static constexpr int kPool = 200;
 
@@ -87,6 +94,20 @@ private:
     bool restriction(const Prepared &p, std::vector<uint32_t> &out) const;
     void accumulate(const Prepared &p, const std::vector<uint32_t> *allowed, std::vector<Scored> &out) const;
     void rank(const Prepared &p, std::vector<Scored> &cands) const;
+    void rerank(const Prepared &p, std::vector<Scored> &cands) const;
+    std::vector<Scored> ranked(const Prepared &p, const BillQuery &q) const;
+    QVector<double> featuresOf(const BillReranker &reranker, const Scored &c) const;
+    void indexQuotas(const QStringList &names);
+    void computeFamilySteps();
+
+    // Quotas named in compositions, each name once; bills refer to them.
+    struct QuotaInfo
+    {
+        QuotaBound bound;
+        double lower = 0.0;
+        std::vector<uint64_t> grams;
+        std::vector<double> numbers;
+    };
 
     std::vector<Doc> m_docs;
     // Per-bill fields read for every candidate, kept apart from Doc so that
@@ -106,6 +127,12 @@ private:
     QHash<QString, int> m_units;
     QHash<QString, int> m_projects;
     QHash<QString, int> m_scopes;
+    std::vector<QuotaInfo> m_quotaInfo;
+    QHash<QString, uint32_t> m_quotaIds;
+    std::vector<uint32_t> m_quotaStart; // per bill, into m_quotaRefs
+    std::vector<uint32_t> m_quotaRefs;
+    size_t m_stepsAt = 0;
+    RerankWeights m_weights;
     int m_live = 0;
     size_t m_normsAt = 0;
     size_t m_budget = 25000;

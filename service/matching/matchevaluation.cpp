@@ -1,5 +1,6 @@
 #include "matchevaluation.h"
 #include "billindex.h"
+#include "reranktrainer.h"
 
 #include <QFile>
 #include <QHash>
@@ -39,7 +40,20 @@ double dot(const Vec &a, const Vec &b)
 
 } // namespace
 
-QVector<MatchEvaluation::Item> MatchEvaluation::loadBook(const QString &path, QString *error)
+MatchEvaluation::Result &MatchEvaluation::Result::operator+=(const Result &o)
+{
+    bills += o.bills;
+    ceiling += o.ceiling;
+    top1 += o.top1;
+    top10 += o.top10;
+    baselineTop1 += o.baselineTop1;
+    baselineTop10 += o.baselineTop10;
+    rerankTop1 += o.rerankTop1;
+    rerankTop10 += o.rerankTop10;
+    return *this;
+}
+
+QVector<MatchEvaluation::Item> MatchEvaluation::loadBook(const QString &path, QString *error, Counts *counts)
 {
     QVector<Item> items;
     QFile f(path);
@@ -55,6 +69,14 @@ QVector<MatchEvaluation::Item> MatchEvaluation::loadBook(const QString &path, QS
     }
     for (const QJsonValue &v : doc.object().value(QStringLiteral("items")).toArray()) {
         const QJsonObject o = v.toObject();
+        const QString layer = o.value(QStringLiteral("layer")).toString(QStringLiteral("authority"));
+        if (layer != QLatin1String("authority")) {
+            if (counts)
+                ++counts->unconfirmed;
+            continue;
+        }
+        if (counts)
+            ++counts->confirmed;
         Item it;
         it.text = o.value(QStringLiteral("bill_text")).toString();
         it.name = o.value(QStringLiteral("bill_name")).toString();
@@ -62,6 +84,8 @@ QVector<MatchEvaluation::Item> MatchEvaluation::loadBook(const QString &path, QS
         it.unit = o.value(QStringLiteral("unit")).toString();
         for (const QJsonValue &q : o.value(QStringLiteral("quota_ids")).toArray())
             it.quotas << q.toString();
+        for (const QJsonValue &q : o.value(QStringLiteral("quota_names")).toArray())
+            it.quotaNames << q.toString();
         it.quotas.sort();
         if (it.text.isEmpty())
             it.text = it.name;
@@ -71,7 +95,7 @@ QVector<MatchEvaluation::Item> MatchEvaluation::loadBook(const QString &path, QS
     return items;
 }
 
-MatchEvaluation::Result MatchEvaluation::evaluate(const QVector<Item> &items)
+MatchEvaluation::Result MatchEvaluation::evaluate(const QVector<Item> &items, const RerankWeights &weights)
 {
     Result r;
     r.bills = items.size();
@@ -81,16 +105,53 @@ MatchEvaluation::Result MatchEvaluation::evaluate(const QVector<Item> &items)
     for (const Item &it : items)
         if (sets.value(it.quotas) > 1)
             ++r.ceiling;
-    runEngine(items, r);
+    runEngine(items, RerankWeights(), &r.top1, &r.top10);
+    runEngine(items, weights, &r.rerankTop1, &r.rerankTop10);
     runBaseline(items, r);
     return r;
 }
 
-// The whole book is indexed once and the bill itself skipped in its own
-// ranking, so term statistics include it; the baseline is measured the same way.
-void MatchEvaluation::runEngine(const QVector<Item> &items, Result &r)
+RerankWeights MatchEvaluation::learn(const QVector<QVector<Item>> &books)
 {
-    BillIndex index;
+    RerankTrainer trainer;
+    for (const auto &items : books) {
+        BillIndex index;
+        fill(index, items);
+        for (int i = 0; i < items.size(); ++i) {
+            BillQuery q;
+            q.name = items[i].name;
+            q.features = featuresOf(items[i]);
+            RerankTrainer::Group g;
+            for (const BillFeatures &f : index.candidateFeatures(q, 21)) {
+                if (f.id == i)
+                    continue;
+                g.rows << f.features;
+                g.right << (items[int(f.id)].quotas == items[i].quotas);
+            }
+            trainer.add(g);
+        }
+    }
+    RerankWeights w;
+    w.setWeights(trainer.train(RerankWeights::featureNames().size()));
+    return w;
+}
+
+QVector<MatchEvaluation::Result> MatchEvaluation::crossValidate(const QVector<QVector<Item>> &books,
+                                                                RerankWeights *all)
+{
+    QVector<Result> out;
+    for (int test = 0; test < books.size(); ++test) {
+        QVector<QVector<Item>> train = books;
+        train.remove(test);
+        out << evaluate(books[test], learn(train));
+    }
+    if (all)
+        *all = learn(books);
+    return out;
+}
+
+void MatchEvaluation::fill(BillIndex &index, const QVector<Item> &items)
+{
     for (int i = 0; i < items.size(); ++i) {
         BillRecord rec;
         rec.id = i;
@@ -99,9 +160,19 @@ void MatchEvaluation::runEngine(const QVector<Item> &items, Result &r)
         rec.features = featuresOf(items[i]);
         rec.code = items[i].code;
         rec.unit = items[i].unit;
+        rec.quotaNames = items[i].quotaNames;
         index.add(rec);
     }
     index.build();
+}
+
+// The whole book is indexed once and the bill itself skipped in its own
+// ranking, so term statistics include it; the baseline is measured the same way.
+void MatchEvaluation::runEngine(const QVector<Item> &items, const RerankWeights &weights, int *top1, int *top10)
+{
+    BillIndex index;
+    index.setRerankWeights(weights);
+    fill(index, items);
     for (int i = 0; i < items.size(); ++i) {
         BillQuery q;
         q.name = items[i].name;
@@ -110,12 +181,13 @@ void MatchEvaluation::runEngine(const QVector<Item> &items, Result &r)
         q.unit = items[i].unit;
         q.limit = 11;
         int rank = 0;
-        for (const BillMatch &m : index.query(q)) {
+        const QVector<BillMatch> ms = index.query(q);
+        for (const BillMatch &m : ms) {
             if (m.id == i)
                 continue;
             if (items[int(m.id)].quotas == items[i].quotas) {
-                r.top1 += rank == 0;
-                r.top10 += rank < 10;
+                *top1 += rank == 0;
+                *top10 += rank < 10;
                 break;
             }
             if (++rank >= 10)

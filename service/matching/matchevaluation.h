@@ -1,4 +1,6 @@
 #pragma once
+#include "rerankweights.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -16,6 +18,13 @@ public:
         QString code;
         QString unit;
         QStringList quotas; // sorted
+        QStringList quotaNames;
+    };
+    // Confirmed ("authority") items are evaluated; the rest are only counted.
+    struct Counts
+    {
+        int confirmed = 0;
+        int unconfirmed = 0;
     };
     struct Result
     {
@@ -25,13 +34,21 @@ public:
         int top10 = 0;
         int baselineTop1 = 0;
         int baselineTop10 = 0;
+        int rerankTop1 = 0; // with the re-ranking weights given
+        int rerankTop10 = 0;
+        Result &operator+=(const Result &o);
     };
 
     // Empty list and `error` set when the file cannot be read as a book.
-    static QVector<Item> loadBook(const QString &path, QString *error);
-    static Result evaluate(const QVector<Item> &items);
+    static QVector<Item> loadBook(const QString &path, QString *error, Counts *counts = nullptr);
+    static Result evaluate(const QVector<Item> &items, const RerankWeights &weights = RerankWeights());
+    // Weights learned on all books but one, tested on that one, for each
+    // book; `all` receives the weights learned on every book.
+    static QVector<Result> crossValidate(const QVector<QVector<Item>> &books, RerankWeights *all);
+    static RerankWeights learn(const QVector<QVector<Item>> &books);
 
 private:
-    static void runEngine(const QVector<Item> &items, Result &r);
+    static void fill(class BillIndex &index, const QVector<Item> &items);
+    static void runEngine(const QVector<Item> &items, const RerankWeights &weights, int *top1, int *top10);
     static void runBaseline(const QVector<Item> &items, Result &r);
 };

@@ -15,7 +15,7 @@ namespace {
 BillRecord bill(qint64 id, const QString &name, const QString &features, const QString &code = QString(),
                 const QString &unit = QString(), int source = 1, const QString &project = QString())
 {
-    return BillRecord{id, source, project, QString(), code, name, unit, features, QString(), id * 100};
+    return BillRecord{id, source, project, QString(), code, name, unit, features, QString(), id * 100, {}};
 }
 
 BillRecord scoped(BillRecord r, const QString &scope, const QString &workContent = QString())
@@ -288,9 +288,9 @@ private slots:
     {
         // Two pipes share a quota set, the lamp stands alone.
         QVector<MatchEvaluation::Item> items(3);
-        items[0] = {QStringLiteral("塑料管"), QStringLiteral("塑料管 PPR DN25 热熔连接"), {}, {}, {QStringLiteral("10-1")}};
-        items[1] = {QStringLiteral("塑料管"), QStringLiteral("塑料管 PPR DN25 热熔"), {}, {}, {QStringLiteral("10-1")}};
-        items[2] = {QStringLiteral("灯具"), QStringLiteral("灯具 吸顶灯"), {}, {}, {QStringLiteral("4-7")}};
+        items[0] = {QStringLiteral("塑料管"), QStringLiteral("塑料管 PPR DN25 热熔连接"), {}, {}, {QStringLiteral("10-1")}, {}};
+        items[1] = {QStringLiteral("塑料管"), QStringLiteral("塑料管 PPR DN25 热熔"), {}, {}, {QStringLiteral("10-1")}, {}};
+        items[2] = {QStringLiteral("灯具"), QStringLiteral("灯具 吸顶灯"), {}, {}, {QStringLiteral("4-7")}, {}};
         const auto r = MatchEvaluation::evaluate(items);
         QCOMPARE((QList<int>{r.ceiling, r.top1, r.baselineTop1}), (QList<int>{2, 2, 2}));
     }
