@@ -5,6 +5,7 @@
 
 #include <hostapi/jsonnesting.h>
 #include <service/cloudservice.h>
+#include <service/serviceseed.h>
 
 #include <QJsonDocument>
 #include <QTemporaryDir>
@@ -15,8 +16,8 @@ QString logIn(CloudService &service)
     const QJsonObject request{{QStringLiteral("cmd"), QStringLiteral("cloudSoft")},
                               {QStringLiteral("data"),
                                QJsonObject{{QStringLiteral("method"), QStringLiteral("login")},
-                                           {QStringLiteral("username"), QStringLiteral("demo")},
-                                           {QStringLiteral("password"), service.firstRunNotice()}}}};
+                                           {QStringLiteral("username"), ServiceSeed::DemoUser},
+                                           {QStringLiteral("password"), ServiceSeed::DemoPassword}}}};
     const QJsonObject reply = service.handle(request, QString());
     return reply.value(QStringLiteral("data")).toObject().value(QStringLiteral("session")).toString();
 }

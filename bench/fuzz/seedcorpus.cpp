@@ -12,6 +12,7 @@
 #include <pricecheck/pricecheckdetails.h>
 #include <service/cloudservice.h>
 #include <service/embeddedchannel.h>
+#include <service/serviceseed.h>
 #include <storage/storagerequests.h>
 
 #include <QApplication>
@@ -52,7 +53,6 @@ public:
         return call;
     }
     QString name() const override { return m_inner.name(); }
-    QString firstRunNotice() const { return m_inner.service()->firstRunNotice(); }
     QByteArray last;
 
 private:
@@ -148,7 +148,7 @@ int main(int argc, char **argv)
     ServerRegistry *registry = ServerRegistry::instance();
     registry->refresh();
     keepLast(*channel, QStringLiteral("serverlist"));
-    registry->loginKorvane(QStringLiteral("demo"), channel->firstRunNotice());
+    registry->loginKorvane(ServiceSeed::DemoUser, ServiceSeed::DemoPassword);
     registry->refresh();
     keepLast(*channel, QStringLiteral("serverlist"));
     LtdInfo *server = personalCloud();
