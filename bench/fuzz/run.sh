@@ -23,7 +23,8 @@ cmake --build "$build" -j 2 --target fuzz_seedcorpus "${targets[@]/#/fuzz_}"
 QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0 "$build/bench/fuzz/fuzz_seedcorpus" "$here/corpus"
 
 export QT_QPA_PLATFORM=offscreen
-export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1}
+export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:fast_unwind_on_malloc=0}
+export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$here/lsan.supp}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 mkdir -p "$here/crashes"
 results="$here/RESULTS.md"
