@@ -8,12 +8,15 @@
 #include <QElapsedTimer>
 #include <QFutureInterface>
 #include <QFutureWatcher>
-#include <QMutex>
 #include <QThread>
+
+#include <mutex>
 
 struct CloudWorkerRequest::Shared
 {
-    mutable QMutex mutex;
+    // A std::mutex (pthreads) rather than QMutex: the thread sanitizer sees
+    // it, while QMutex's contended path runs inside Qt where it cannot look.
+    mutable std::mutex mutex;
     QJsonObject reply;
     unsigned storedSequence = 0;
 };
@@ -52,7 +55,7 @@ unsigned CloudWorkerRequest::start(Job job, const char *caller, int line)
         QJsonObject reply;
         const bool ok = guardedCallOr(false, site, line, caller, [&] { return job(reply); });
         {
-            QMutexLocker lock(&shared->mutex);
+            std::lock_guard<std::mutex> lock(shared->mutex);
             if (sequence > shared->storedSequence) {
                 shared->reply = reply;
                 shared->storedSequence = sequence;
@@ -85,7 +88,7 @@ void CloudWorkerRequest::discardPending()
 
 CloudReply CloudWorkerRequest::lastReply() const
 {
-    QMutexLocker lock(&m_shared->mutex);
+    std::lock_guard<std::mutex> lock(m_shared->mutex);
     return CloudReply(m_shared->reply);
 }
 
@@ -95,7 +98,7 @@ void CloudWorkerRequest::deliver(unsigned sequence, bool hasReply)
         return;
     QJsonObject reply;
     {
-        QMutexLocker lock(&m_shared->mutex);
+        std::lock_guard<std::mutex> lock(m_shared->mutex);
         if (m_shared->storedSequence != sequence)
             return;
         reply = m_shared->reply;

@@ -3,14 +3,18 @@
 #include <QJsonArray>
 
 #include <algorithm>
+#include <limits>
 
 int FeatureCloudReply::pageCount(const QJsonObject &reply)
 {
     const int all = reply.value(QStringLiteral("allCount")).toInt();
     const int perPage = reply.value(QStringLiteral("pageRowCount")).toInt();
-    if (perPage <= 0)
+    if (perPage <= 0 || all <= 0)
         return 0;
-    return (all + perPage - 1) / perPage;
+    // The cloud's counts are untrusted: in 64 bits the sum cannot overflow,
+    // and the last page's result numbers must still fit an int.
+    const qint64 pages = (qint64(all) + perPage - 1) / perPage;
+    return int(std::min<qint64>(pages, std::numeric_limits<int>::max() / PageSize));
 }
 
 QList<CloudZnytzBean> FeatureCloudReply::results(const QJsonObject &reply)

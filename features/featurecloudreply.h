@@ -11,7 +11,8 @@ class FeatureCloudReply
 public:
     static constexpr int PageSize = 10;
 
-    // ceil("allCount" / "pageRowCount"); 0 when "pageRowCount" is missing or 0.
+    // ceil("allCount" / "pageRowCount"); 0 when either is missing or not
+    // positive, and never so many that a result number overflows.
     static int pageCount(const QJsonObject &reply);
     // "data"."bzqds" and "data"."jlqds" taken in turn, standard first, the
     // rest of the longer list after the shorter one ends.

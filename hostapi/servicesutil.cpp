@@ -7,12 +7,14 @@
 
 #include <QCoreApplication>
 #include <QJsonDocument>
-#include <QMutex>
 #include <QPointer>
 #include <QThread>
 
+#include <mutex>
+
 namespace {
-QMutex s_channelMutex;
+// std::mutex so that the thread sanitizer sees the lock (see CloudWorkerRequest).
+std::mutex s_channelMutex;
 std::shared_ptr<CloudChannel> s_channel;
 std::shared_ptr<CloudWaiter> s_waiter;
 // The service's "no or expired session" code.
@@ -39,7 +41,7 @@ ServicesUtil *ServicesUtil::instance()
 void ServicesUtil::setChannel(std::shared_ptr<CloudChannel> channel)
 {
     {
-        QMutexLocker lock(&s_channelMutex);
+        std::lock_guard<std::mutex> lock(s_channelMutex);
         s_channel = std::move(channel);
     }
     // Nothing is known yet of a new channel's server.
@@ -57,13 +59,13 @@ void ServicesUtil::noteUnreachable(const QString &reason)
 
 std::shared_ptr<CloudChannel> ServicesUtil::channel()
 {
-    QMutexLocker lock(&s_channelMutex);
+    std::lock_guard<std::mutex> lock(s_channelMutex);
     return s_channel;
 }
 
 void ServicesUtil::setWaiter(std::shared_ptr<CloudWaiter> waiter)
 {
-    QMutexLocker lock(&s_channelMutex);
+    std::lock_guard<std::mutex> lock(s_channelMutex);
     s_waiter = std::move(waiter);
 }
 
@@ -76,7 +78,7 @@ void ServicesUtil::waitFor(CloudCall &call)
 {
     std::shared_ptr<CloudWaiter> waiter;
     if (QCoreApplication::instance() && QThread::currentThread() == QCoreApplication::instance()->thread()) {
-        QMutexLocker lock(&s_channelMutex);
+        std::lock_guard<std::mutex> lock(s_channelMutex);
         waiter = s_waiter;
     }
     if (waiter)

@@ -344,6 +344,9 @@ private slots:
         QTest::newRow("20/10") << QJsonObject{{"allCount", 20}, {"pageRowCount", 10}} << 2;
         QTest::newRow("size 0") << QJsonObject{{"allCount", 25}, {"pageRowCount", 0}} << 0;
         QTest::newRow("no size") << QJsonObject{{"allCount", 25}} << 0;
+        QTest::newRow("negative count") << QJsonObject{{"allCount", -25}, {"pageRowCount", 10}} << 0;
+        QTest::newRow("count at the int limit") << QJsonObject{{"allCount", 2147483647}, {"pageRowCount", 1}}
+                                                << 214748364;
     }
     void pageCounts()
     {
