@@ -162,6 +162,9 @@ MainWindow::~MainWindow()
     // The project outlives no undo step that points into it.
     RURecordControl::abandonRecord();
     RURecordControl::setUndoStack(nullptr);
+    // The stack is destroyed with the children, after this window is no
+    // longer a MainWindow: its last signals must not reach our slots.
+    m_undo->disconnect(this);
 }
 
 void MainWindow::buildCentral()

@@ -187,7 +187,9 @@ void TCjyjc::Modify()
 bool TCjyjc::eventFilter(QObject *watched, QEvent *event)
 {
     // The material variant has no "修改" buttons: a click on a field picks.
-    if (m_yxys && event->type() == QEvent::MouseButtonRelease) {
+    // The event type comes first: while the picker is being destroyed its
+    // fields still send events, and the pointer must not be read then.
+    if (event->type() == QEvent::MouseButtonRelease && m_yxys) {
         if (watched == m_yxys->timeField())
             m_yxys->pickTime();
         else if (watched == m_yxys->placeField())
