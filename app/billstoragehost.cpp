@@ -41,8 +41,12 @@ LtdInfo *tierServer(int target)
 }
 }
 
+// Rows the user picked (more than the current row alone), else the project.
 QList<BaseDataItem *> BillStorageHost::billsToSave(const HostContext &host)
 {
+    const QList<BaseDataItem *> selected = host.selectedBills();
+    if (selected.size() > 1)
+        return selected;
     return host.project ? host.project->allBills() : QList<BaseDataItem *>();
 }
 

@@ -37,6 +37,10 @@ public:
     QString scopeLabel() const;
     // The materials selected in the material list, in list order.
     QList<GljBean *> selectedMaterials() const;
+    // The bills the user selected in the visible bill tree, in tree order; a
+    // selected section stands for its bills.
+    QList<BaseDataItem *> selectedBills() const { return billSelection ? billSelection() : QList<BaseDataItem *>(); }
+    std::function<QList<BaseDataItem *>()> billSelection;
 
     std::function<void(BaseDataItem *)> onCurrentBillChanged;
     // A non-modal window that follows the bill the user makes current.

@@ -29,6 +29,7 @@
 #include <QMenu>
 #include <QLabel>
 #include <QMenuBar>
+#include <QSet>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTabWidget>
@@ -44,6 +45,7 @@ MainWindow::MainWindow(ProjectDocument *project, QWidget *parent)
     m_context.window = this;
     m_context.project = project;
     m_context.onCurrentBillChanged = [this](BaseDataItem *bill) { selectBill(bill); };
+    m_context.billSelection = [this] { return selectedBills(); };
     m_context.onHighlightBills = [this](const QList<BaseDataItem *> &bills) {
         for (BillTreeModel *model : qAsConst(m_billModels))
             model->setHighlighted(bills);
@@ -181,6 +183,7 @@ void MainWindow::buildCentral()
         view->setModel(model);
         view->setItemDelegate(new MultiLineDelegate({BillTreeModel::FeaturesColumn, BillTreeModel::WorkContentColumn}, view));
         view->setAlternatingRowColors(true);
+        view->setSelectionMode(QAbstractItemView::ExtendedSelection);
         view->setUniformRowHeights(true);
         view->setWordWrap(false);
         view->expandAll();
@@ -389,6 +392,27 @@ void MainWindow::selectBill(BaseDataItem *bill)
         m_billViews[i]->scrollTo(index);
     }
     showCurrent(bill, m_project->tableOf(bill));
+}
+
+QList<BaseDataItem *> MainWindow::selectedBills() const
+{
+    const int tab = m_billTabs->currentIndex();
+    const BillTreeModel *model = m_billModels.value(tab);
+    if (!model)
+        return {};
+    QSet<const BaseDataItem *> picked;
+    for (const QModelIndex &row : m_billViews[tab]->selectionModel()->selectedRows())
+        picked.insert(model->itemAt(row));
+    QList<BaseDataItem *> bills;
+    for (BaseDataItem *bill : model->table()->rootItem()->bills()) {
+        for (const BaseDataItem *at = bill; at; at = at->parentItem()) {
+            if (picked.contains(at)) {
+                bills << bill;
+                break;
+            }
+        }
+    }
+    return bills;
 }
 
 void MainWindow::currentRowChanged(BillTreeModel *model, const QModelIndex &index)

@@ -79,6 +79,7 @@ private:
     void login();
     void logout();
     void currentRowChanged(BillTreeModel *model, const QModelIndex &index);
+    QList<BaseDataItem *> selectedBills() const;
     void billTabChanged(int tab);
     void showCurrent(BaseDataItem *bill, JJBTableBase *table);
 

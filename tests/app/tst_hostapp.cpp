@@ -1,6 +1,7 @@
 #include "hosttestcase.h"
 
 #include <billdetailpanel.h>
+#include <billstoragehost.h>
 #include <billtreemodel.h>
 #include <channelsetup.h>
 #include <dialogregistry.h>
@@ -219,6 +220,22 @@ private slots:
         QCOMPARE(window.context().currentBill, first);
         QCOMPARE(window.context().currentTable, project->billTable());
         QVERIFY(window.detailPanel()->headerText().contains(first->text(BaseDataItem::NameRole)));
+    }
+
+    void billStorageTakesTheSelectedBills()
+    {
+        MainWindow window(project.get());
+        QTreeView *view = window.billView(0);
+        auto *model = static_cast<BillTreeModel *>(view->model());
+        const QList<BaseDataItem *> bills = project->billTable()->rootItem()->bills();
+        // The current row alone is no choice: the whole project is saved.
+        QCOMPARE(BillStorageHost::billsToSave(window.context()), project->allBills());
+        view->selectionModel()->select(model->indexOf(bills[3]), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        QCOMPARE(BillStorageHost::billsToSave(window.context()), (QList<BaseDataItem *>{bills[0], bills[3]}));
+        // A selected section stands for its bills, in tree order, once each.
+        BaseDataItem *section = project->billTable()->rootItem()->child(0);
+        view->selectionModel()->select(model->indexOf(section), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        QCOMPARE(BillStorageHost::billsToSave(window.context()), section->bills());
     }
 
     void statusBarTextsNeverOverlap()
