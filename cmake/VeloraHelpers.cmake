@@ -12,7 +12,7 @@ function(velora_add_test name)
   velora_precompile(${name} TEST)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;VELORA_DATA_DIR=${VELORA_DATA_DIR};ASAN_OPTIONS=detect_leaks=0;VELORA_CLOUD_PASSWORD_COST=minimum"
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;VELORA_DATA_DIR=${VELORA_DATA_DIR};ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/scripts/lsan.supp;VELORA_CLOUD_PASSWORD_COST=minimum"
     TIMEOUT 300)
 endfunction()
 
