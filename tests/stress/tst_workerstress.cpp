@@ -7,11 +7,18 @@
 #include <features/featurestore.h>
 #include <features/gqdxmtzmszn.h>
 #include <pricecheck/tvelqddjjc.h>
+#include <smartpricing/veldqqdznzj.h>
+#include <cloud/cloudsources.h>
 
 #include <hostapi/basedataitem.h>
+#include <hostapi/jjbtablebase.h>
+#include <hostapi/ztablemodel.h>
 #include <hostapi/serverregistry.h>
 #include <hostapi/users.h>
 
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QPushButton>
 #include <QJsonArray>
 #include <QPointer>
 #include <QRadioButton>
@@ -58,6 +65,37 @@ class TestWorkerStress : public HostTestCase
         return guide;
     }
 
+    // Four overlapping matches; only the newest fills the list.
+    bool pricingRound(bool destroy)
+    {
+        JJBTableBase table(QStringLiteral("分部分项"), JJBTableBase::BillTableKind);
+        auto item = std::make_unique<BaseDataItem>(77, BaseDataItem::BillKind);
+        item->setData(BaseDataItem::CodeRole, "030412004001");
+        item->setData(BaseDataItem::NameRole, "配线");
+        item->setData(BaseDataItem::KindRole, "gb24");
+        BaseDataItem *current = table.rootItem()->appendChild(std::move(item));
+        fx->channel().replyOk(serverList());
+        auto dlg = std::make_unique<VelDqqdznzj>();
+        dlg->setCurrJjb(&table);
+        dlg->CreateUI();
+        dlg->sources()->standardBox()->setChecked(true);
+        dlg->setCurrQd(current);
+        const QJsonObject match{{"id", 1}, {"qdly", "2"}, {"qdbh", "030411001"}, {"xmmc", "配线"}, {"zhdj", 9}};
+        // "自动匹配" is on: making the bill current is the first match.
+        for (int i = 0; i < 4; ++i)
+            fx->channel().replyOk(QJsonArray{match});
+        fx->channel().reply(kInfoReply);
+        for (int i = 0; i < 3; ++i)
+            dlg->matchButton()->click();
+        if (destroy)
+            return true;
+        QElapsedTimer clock;
+        clock.start();
+        while (dlg->isLoading() && clock.elapsed() < 5000)
+            QTest::qWait(5);
+        return !dlg->isLoading() && dlg->listModel()->rowCount() == 1;
+    }
+
     // One round; true when the dialog that stays open showed what it should.
     bool round(const QString &dialog, bool destroy)
     {
@@ -83,6 +121,8 @@ class TestWorkerStress : public HostTestCase
             QSignalSpy info(guide.get(), &Gqdxmtzmszn::signalUpdataGcslData);
             return info.wait(5000);
         }
+        if (dialog == "current-bill pricing")
+            return pricingRound(destroy);
         fx->channel().replyOk(serverList());
         QPointer<TVelQddjjc> browser = new TVelQddjjc;
         browser->CreateUI();
@@ -117,7 +157,8 @@ private slots:
     {
         QTest::addColumn<QString>("dialog");
         QTest::addColumn<bool>("destroy");
-        for (const char *dialog : {"guide search", "guide project information", "price browser information"}) {
+        for (const char *dialog :
+             {"guide search", "guide project information", "price browser information", "current-bill pricing"}) {
             QTest::newRow(qPrintable(QString(dialog) + ", kept")) << QString(dialog) << false;
             QTest::newRow(qPrintable(QString(dialog) + ", destroyed")) << QString(dialog) << true;
         }
