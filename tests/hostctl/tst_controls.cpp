@@ -440,17 +440,17 @@ private slots:
     void buttonRowAndFactoryLayOutWhatTheyAreGiven()
     {
         QDialog dialog;
-        auto *row = new ButtonRow(&dialog);
-        row->addLeading(WidgetFactory::label(QStringLiteral("已选0个工程"), QStringLiteral("lblCount"), &dialog, 150, 24));
-        row->setButtonSize(60, 24);
-        row->addOkCancel(&dialog, 5);
-        row->addButton(QStringLiteral("关闭"), QStringLiteral("btnGb"));
+        ButtonRow row(&dialog); // never installed: the test owns it
+        row.addLeading(WidgetFactory::label(QStringLiteral("已选0个工程"), QStringLiteral("lblCount"), &dialog, 150, 24));
+        row.setButtonSize(60, 24);
+        row.addOkCancel(&dialog, 5);
+        row.addButton(QStringLiteral("关闭"), QStringLiteral("btnGb"));
         QStringList items;
-        for (int i = 0; i < row->count(); ++i)
-            items << describe(row->itemAt(i));
+        for (int i = 0; i < row.count(); ++i)
+            items << describe(row.itemAt(i));
         QCOMPARE(items, (QStringList{"lblCount 已选0个工程 150x24", "stretch", "btnOk 确定 60x24", "gap 5",
                                      "btnCancel 取消 60x24", "btnGb 关闭 60x24"}));
-        QCOMPARE(row->okButton()->parent(), &dialog);
+        QCOMPARE(row.okButton()->parent(), &dialog);
         QLabel *rule = WidgetFactory::rule(QStringLiteral("lblLine1"), &dialog, 564, QStringLiteral("#DCDFE6"));
         QCOMPARE(rule->maximumSize(), QSize(564, 1));
     }
