@@ -51,3 +51,12 @@ void WidgetFactory::setScaledFixedSize(QWidget *widget, int width, int height)
 {
     widget->setFixedSize(InterfaceAdaptation::scaled(width), InterfaceAdaptation::scaled(height));
 }
+
+QPushButton *WidgetFactory::iconButton(const QString &name, const QString &icon, const QString &hover, QWidget *parent)
+{
+    QPushButton *button = WidgetFactory::button(QString(), name, parent, 24, 24);
+    button->setCursor(Qt::PointingHandCursor);
+    button->setStyleSheet(QStringLiteral("#%1{border:none;image:url(%2);}#%1:hover{image:url(%3);}")
+                              .arg(name, icon, hover));
+    return button;
+}

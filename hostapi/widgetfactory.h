@@ -19,6 +19,8 @@ public:
 
     static QPushButton *button(const QString &text, const QString &name, QWidget *parent);
     static QPushButton *button(const QString &text, const QString &name, QWidget *parent, int width, int height);
+    // A borderless 24 x 24 (scaled) button drawn by `icon`, `hover` under the mouse.
+    static QPushButton *iconButton(const QString &name, const QString &icon, const QString &hover, QWidget *parent);
 
     // setFixedSize with both sizes scaled.
     static void setScaledFixedSize(QWidget *widget, int width, int height);

@@ -44,14 +44,6 @@ int px(int pixels)
     return InterfaceAdaptation::scaled(pixels);
 }
 
-QPushButton *arrowButton(const QString &name, const QString &icon, const QString &hover, QWidget *parent)
-{
-    QPushButton *button = WidgetFactory::button(QString(), name, parent, 24, 24);
-    button->setCursor(Qt::PointingHandCursor);
-    button->setStyleSheet(QStringLiteral("#%1{border:none;image:url(%2);}#%1:hover{image:url(%3);}")
-                              .arg(name, icon, hover));
-    return button;
-}
 }
 
 TVelQddjjc::TVelQddjjc(QWidget *parent)
@@ -149,9 +141,9 @@ QWidget *TVelQddjjc::buildHeader()
     m_comPpgs->setFixedSize(px(60), px(28));
     m_btnDjjc = WidgetFactory::button(QStringLiteral("单价检查"), QStringLiteral("btnDjjc"), header, 80, 28);
     m_btnDjjc->setStyleSheet(QStringLiteral("#btnDjjc{background:#2F7CF6;color:white;border:none;border-radius:3px;}"));
-    m_btnPrevious = arrowButton(QStringLiteral("btnPrevious"), QStringLiteral(":/Image/Velostra/lastqd.svg"),
+    m_btnPrevious = WidgetFactory::iconButton(QStringLiteral("btnPrevious"), QStringLiteral(":/Image/Velostra/lastqd.svg"),
                                 QStringLiteral(":/Image/Velostra/lastqd-HOVER.svg"), header);
-    m_btnNext = arrowButton(QStringLiteral("btnNext"), QStringLiteral(":/Image/Velostra/nextqd.svg"),
+    m_btnNext = WidgetFactory::iconButton(QStringLiteral("btnNext"), QStringLiteral(":/Image/Velostra/nextqd.svg"),
                             QStringLiteral(":/Image/Velostra/nextqd-HOVER.svg"), header);
 
     auto *grid = new QGridLayout(header);

@@ -48,15 +48,6 @@ int px(int pixels)
     return InterfaceAdaptation::scaled(pixels);
 }
 
-QPushButton *arrowButton(const QString &name, const QString &icon, const QString &hover, QWidget *parent)
-{
-    QPushButton *button = WidgetFactory::button(QString(), name, parent, 24, 24);
-    button->setCursor(Qt::PointingHandCursor);
-    button->setStyleSheet(QStringLiteral("#%1{border:none;image:url(%2);}#%1:hover{image:url(%3);}")
-                              .arg(name, icon, hover));
-    return button;
-}
-
 QCheckBox *checkBox(const QString &text, const QString &name, QWidget *parent)
 {
     auto *box = new QCheckBox(text, parent);
@@ -137,9 +128,9 @@ QWidget *VelDqqdznzj::buildHeader()
     m_btnXg->setCursor(Qt::PointingHandCursor);
     m_btnXg->setStyleSheet(QStringLiteral("#btnXg{color:#2F7CF6;border:none;background:transparent;padding:0;}"
                                           "#btnXg:hover{text-decoration:underline;}"));
-    m_btnPrevious = arrowButton(QStringLiteral("btnPrevious"), QStringLiteral(":/Image/Velostra/lastqd.svg"),
+    m_btnPrevious = WidgetFactory::iconButton(QStringLiteral("btnPrevious"), QStringLiteral(":/Image/Velostra/lastqd.svg"),
                                 QStringLiteral(":/Image/Velostra/lastqd-HOVER.svg"), header);
-    m_btnNext = arrowButton(QStringLiteral("btnNext"), QStringLiteral(":/Image/Velostra/nextqd.svg"),
+    m_btnNext = WidgetFactory::iconButton(QStringLiteral("btnNext"), QStringLiteral(":/Image/Velostra/nextqd.svg"),
                             QStringLiteral(":/Image/Velostra/nextqd-HOVER.svg"), header);
 
     auto *bill = new QHBoxLayout;
