@@ -110,6 +110,20 @@ void BillCatalog::removed(const QVector<qint64> &ids)
     releaseFreedMemory(ids.size());
 }
 
+void BillCatalog::refresh(const QVector<qint64> &ids)
+{
+    BillStore store(m_db);
+    for (qint64 id : ids) {
+        const BillStore::Bill bill = store.bill(id);
+        if (bill.id != 0)
+            m_index.add(recordOf(bill));
+        else
+            m_index.remove(id);
+    }
+    m_index.build();
+    releaseFreedMemory(ids.size());
+}
+
 QVector<qint64> BillCatalog::match(const Query &query, const QString &scope, int *total) const
 {
     BillQuery q;

@@ -8,22 +8,28 @@
 #include <QThread>
 #include <QVariantList>
 
+#include "servicedialect.h"
+
 #include <functional>
 
-// The service's SQLite file: one connection per calling thread (Qt SQL allows
-// a connection on its own thread only), WAL journal, schema version kept in
-// PRAGMA user_version and raised by migrations. Writes are serialized and run
-// in one transaction each, so a killed process leaves either all or nothing.
+class QSqlDriver;
+
+// The service's database, a SQLite file or a PostgreSQL database (see
+// ServiceDialect): one connection per calling thread (Qt SQL allows a
+// connection on its own thread only), schema version raised by migrations.
+// Writes are serialized (across processes too) and run in one transaction
+// each, so a killed process leaves either all or nothing.
 class ServiceDb
 {
 public:
-    explicit ServiceDb(const QString &filePath);
+    explicit ServiceDb(const QString &location);
     ~ServiceDb();
     ServiceDb(const ServiceDb &) = delete;
     ServiceDb &operator=(const ServiceDb &) = delete;
 
     // Opens the file and migrates it to the newest schema. Throws ServiceError.
     void open();
+    // Of a SQLite file.
     static int latestVersion();
     int schemaVersion();
 
@@ -31,6 +37,8 @@ public:
     // ServiceError (code Internal) on failure. The query is positioned before
     // its first row.
     QSqlQuery exec(const QString &sql, const QVariantList &values = {});
+    // Runs an INSERT into a table with a generated "id" and returns that id.
+    QVariant insert(const QString &sql, const QVariantList &values);
     // Single value of the first row, or `fallback` when there is no row.
     QVariant scalar(const QString &sql, const QVariantList &values = {}, const QVariant &fallback = QVariant());
 
@@ -41,17 +49,31 @@ public:
     // write() when no other writer holds the lock at this moment (this
     // thread's included); otherwise nothing. For bookkeeping that may lapse.
     bool tryWrite(const std::function<void()> &body);
+    // Runs `body` while no other process runs an exclusively() body on the
+    // same database (for the first-run seed).
+    void exclusively(const std::function<void()> &body);
+
+    const ServiceDialect &dialect() const { return m_dialect; }
+    // This process's name on its PostgreSQL connections.
+    QString instanceTag() const { return m_instanceTag; }
+    // The driver of this thread's connection (to subscribe to notifications).
+    QSqlDriver *driver();
+    // Closes this thread's connection (before the thread ends).
+    void releaseThreadConnection();
 
 private:
     QSqlDatabase connection();
     QSqlDatabase openConnection(const QString &name);
     void migrate();
+    void execSchema(const QString &sql);
     void dropDeadThreadConnections();
     void runTransaction(const std::function<void()> &body);
     void restrictFileAccess();
 
     QString m_path;
+    ServiceDialect m_dialect;
     QString m_prefix;
+    QString m_instanceTag;
     QMutex m_connectionsMutex;
     struct Entry {
         QPointer<QThread> thread;
