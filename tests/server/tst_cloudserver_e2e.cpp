@@ -186,6 +186,27 @@ private slots:
         QCOMPARE(again.exitCode(), 0);
     }
 
+    void twoProgramsShareOneDatabase()
+    {
+        if (!ScratchDatabase::wanted())
+            QSKIP("velora-cloud processes share a store on PostgreSQL only");
+        QTemporaryDir folder;
+        ScratchDatabase db;
+        QProcess a, b;
+        const QString baseA = startProgram(a, folder.path(), db);
+        const QString baseB = startProgram(b, folder.path(), db);
+        QVERIFY2(!baseA.isEmpty() && !baseB.isEmpty(), programOutput.constData());
+        ServicesUtil::setChannel(std::make_shared<HttpCloudChannel>(QUrl(baseA)));
+        loginDemo();
+        ServicesUtil::setChannel(std::make_shared<HttpCloudChannel>(QUrl(baseB)));
+        QCOMPARE(serverNames().size(), 7);
+        for (QProcess *program : {&a, &b}) {
+            program->terminate();
+            QVERIFY(program->waitForFinished(20000));
+            QCOMPARE(program->exitCode(), 0);
+        }
+    }
+
     void programRefusesBadArguments_data()
     {
         QTest::addColumn<QStringList>("args");
