@@ -108,15 +108,46 @@ QSqlDatabase ServiceDb::connection()
     QString name;
     {
         QMutexLocker lock(&m_connectionsMutex);
-        auto it = m_connections.constFind(thread);
-        if (it != m_connections.constEnd() && it->thread == thread)
-            return QSqlDatabase::database(it->name, false);
+        auto it = m_connections.find(thread);
+        if (it != m_connections.end() && it->thread == thread) {
+            // A lost connection is replaced once its transaction has ended.
+            if (!it->broken || it->inTransaction)
+                return QSqlDatabase::database(it->name, false);
+            QSqlDatabase::removeDatabase(it->name);
+            m_connections.erase(it);
+        }
         dropDeadThreadConnections();
         name = m_prefix + QString::number(reinterpret_cast<quintptr>(thread), 16) + QLatin1Char('_')
             + QString::number(++s_instanceCounter);
-        m_connections.insert(thread, Entry{QPointer<QThread>(thread), name});
+        m_connections.insert(thread, Entry{QPointer<QThread>(thread), name, false, false});
     }
     return openConnection(name);
+}
+
+bool ServiceDb::lostConnection(const QSqlError &error) const
+{
+    // Connection exceptions (08), a server shutting down or killing the
+    // backend (57P), or no SQLSTATE at all: the socket is gone.
+    const QString code = error.nativeErrorCode();
+    return m_dialect.isPostgres() && (code.isEmpty() || code.startsWith(QLatin1String("08")) || code.startsWith(QLatin1String("57P")));
+}
+
+bool ServiceDb::markBroken()
+{
+    QMutexLocker lock(&m_connectionsMutex);
+    const auto it = m_connections.find(QThread::currentThread());
+    if (it == m_connections.end())
+        return true;
+    it->broken = true;
+    return !it->inTransaction;
+}
+
+void ServiceDb::setInTransaction(bool inTransaction)
+{
+    QMutexLocker lock(&m_connectionsMutex);
+    const auto it = m_connections.find(QThread::currentThread());
+    if (it != m_connections.end())
+        it->inTransaction = inTransaction;
 }
 
 void ServiceDb::dropDeadThreadConnections()
@@ -192,18 +223,31 @@ void ServiceDb::exclusively(const std::function<void()> &body)
 
 QSqlQuery ServiceDb::exec(const QString &sql, const QVariantList &values)
 {
-    QSqlQuery query(connection());
+    QSqlError error;
+    // A statement outside a transaction that found its connection lost (the
+    // database restarted) runs once more on a new one.
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        QSqlQuery query(connection());
+        if (run(query, sql, values))
+            return query;
+        error = query.lastError();
+        if (!lostConnection(error) || !markBroken())
+            break;
+    }
+    throw dbError(sql, error);
+}
+
+bool ServiceDb::run(QSqlQuery &query, const QString &sql, const QVariantList &values)
+{
     query.setForwardOnly(true);
     if (!query.prepare(sql))
-        throw dbError(sql, query.lastError());
+        return false;
     // Every text column is NOT NULL; a null QString means "no text".
     for (const QVariant &value : values)
         query.addBindValue(value.type() == QVariant::String && value.toString().isNull()
                                ? QVariant(QStringLiteral(""))
                                : value);
-    if (!query.exec())
-        throw dbError(sql, query.lastError());
-    return query;
+    return query.exec();
 }
 
 void ServiceDb::execSchema(const QString &sql)
@@ -253,17 +297,28 @@ bool ServiceDb::tryWrite(const std::function<void()> &body)
 void ServiceDb::runTransaction(const std::function<void()> &body)
 {
     QSqlDatabase db = connection();
-    if (!db.transaction())
-        throw dbError(QStringLiteral("begin"), db.lastError());
+    if (!db.transaction()) {
+        const QSqlError error = db.lastError();
+        db = QSqlDatabase();
+        if (!lostConnection(error) || !markBroken())
+            throw dbError(QStringLiteral("begin"), error);
+        db = connection();
+        if (!db.transaction())
+            throw dbError(QStringLiteral("begin"), db.lastError());
+    }
+    setInTransaction(true);
     try {
         body();
     } catch (...) {
         db.rollback();
+        setInTransaction(false);
         throw;
     }
-    if (!db.commit()) {
-        const QSqlError error = db.lastError();
+    const bool committed = db.commit();
+    const QSqlError error = db.lastError();
+    if (!committed)
         db.rollback();
+    setInTransaction(false);
+    if (!committed)
         throw dbError(QStringLiteral("commit"), error);
-    }
 }

@@ -13,6 +13,7 @@
 #include <functional>
 
 class QSqlDriver;
+class QSqlError;
 
 // The service's database, a SQLite file or a PostgreSQL database (see
 // ServiceDialect): one connection per calling thread (Qt SQL allows a
@@ -66,6 +67,12 @@ private:
     QSqlDatabase openConnection(const QString &name);
     void migrate();
     void execSchema(const QString &sql);
+    static bool run(QSqlQuery &query, const QString &sql, const QVariantList &values);
+    bool lostConnection(const QSqlError &error) const;
+    // Marks this thread's connection for replacement; true when that may
+    // happen now (no transaction is open on it).
+    bool markBroken();
+    void setInTransaction(bool inTransaction);
     void dropDeadThreadConnections();
     void runTransaction(const std::function<void()> &body);
     void restrictFileAccess();
@@ -78,6 +85,8 @@ private:
     struct Entry {
         QPointer<QThread> thread;
         QString name;
+        bool broken = false;
+        bool inTransaction = false;
     };
     QHash<QThread *, Entry> m_connections;
     QMutex m_writeMutex;

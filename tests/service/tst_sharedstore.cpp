@@ -1,5 +1,7 @@
 #include "servicetestcase.h"
 
+#include <service/servicedb.h>
+
 #include <QtConcurrent>
 #include <QtTest>
 
@@ -101,6 +103,23 @@ private slots:
         for (QFuture<int> &f : uploads)
             saved += f.result();
         QCOMPARE(saved, 5);
+    }
+
+    // The database restarted or killed the service's sessions: the next
+    // read and the next write run on new connections.
+    void lostConnectionsAreReplaced()
+    {
+        ServiceDb side(store());
+        side.open();
+        const auto killOthers = [&] {
+            side.scalar("SELECT COUNT(pg_terminate_backend(pid, 5000)) FROM pg_stat_activity"
+                        " WHERE datname = current_database() AND pid <> pg_backend_pid()");
+        };
+        QCOMPARE(code(on(*service, "getBZQDKList", {{"reqeuestype", 0}, {"qyid", 0}})), 0);
+        killOthers();
+        QCOMPARE(code(on(*service, "getBZQDKList", {{"reqeuestype", 0}, {"qyid", 0}})), 0);
+        killOthers();
+        QCOMPARE(msg(createLibrary(*service, QStringLiteral("断线后的库"))), QStringLiteral("成功"));
     }
 
     void billsAndDeletionsReachTheOtherIndex()
