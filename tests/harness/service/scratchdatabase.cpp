@@ -7,12 +7,7 @@
 #include <QUrl>
 
 namespace {
-const char *const kAdminConnection = "velora_scratch_admin";
-
-QString clusterUrl()
-{
-    return QString::fromLocal8Bit(qgetenv("VELORA_TEST_PG"));
-}
+QString clusterUrl() { return QString::fromLocal8Bit(qgetenv("VELORA_TEST_PG")); }
 }
 
 bool ScratchDatabase::wanted()
@@ -55,10 +50,10 @@ QString ScratchDatabase::url() const
 
 void ScratchDatabase::admin(const QString &statement)
 {
-    QSqlDatabase db = QSqlDatabase::database(QLatin1String(kAdminConnection), false);
+    QSqlDatabase db = QSqlDatabase::database(QStringLiteral("velora_scratch_admin"), false);
     if (!db.isValid()) {
         const QUrl url(clusterUrl());
-        db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QLatin1String(kAdminConnection));
+        db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("velora_scratch_admin"));
         db.setHostName(url.host());
         db.setPort(url.port(5432));
         db.setUserName(url.userName());
