@@ -4,13 +4,12 @@
 #include "serviceerror.h"
 
 #include <QSet>
-#include <QSqlDriver>
 #include <QTimer>
 
 namespace {
 const int kPollMs = 500;
-// Entries older than this are pruned; a process that lags further behind
-// has bigger problems than its index.
+// About once a minute, entries older than an hour leave the log; a process
+// that lags further behind has bigger problems than its index.
 const int kPruneEveryPolls = 120;
 }
 
@@ -49,27 +48,26 @@ void BillChangeFeed::end()
 {
     delete m_timer;
     m_timer = nullptr;
-    if (m_subscribed)
-        m_db.driver()->unsubscribeFromNotification(ServiceDialect::billChannel());
-    m_subscribed = false;
+    if (m_listening)
+        m_listening->unsubscribeFromNotification(ServiceDialect::billChannel());
     m_db.releaseThreadConnection();
 }
 
 void BillChangeFeed::subscribe()
 {
     QSqlDriver *driver = m_db.driver();
-    if (!driver->subscribeToNotification(ServiceDialect::billChannel()))
+    if (driver == m_listening || !driver->subscribeToNotification(ServiceDialect::billChannel()))
         return;
     connect(driver, QOverload<const QString &, QSqlDriver::NotificationSource, const QVariant &>::of(&QSqlDriver::notification),
             this, [this] { catchUp(); });
-    m_subscribed = true;
+    m_listening = driver;
 }
 
 void BillChangeFeed::catchUp()
 {
     try {
-        if (!m_subscribed)
-            subscribe();
+        // A connection replaced after a loss listens afresh.
+        subscribe();
         QSqlQuery q = m_db.exec(QStringLiteral("SELECT seq, bill_id, origin FROM bill_changes WHERE seq > ? ORDER BY seq"),
                                 {m_lastSeen});
         QSet<qint64> changed;
@@ -85,7 +83,6 @@ void BillChangeFeed::catchUp()
             prune();
     } catch (const ServiceError &) {
         // The connection broke: a new one (and a new subscription) next time.
-        m_subscribed = false;
         m_db.releaseThreadConnection();
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 #include <QObject>
+#include <QPointer>
+#include <QSqlDriver>
 #include <QThread>
 
 class BillCatalog;
@@ -33,7 +35,8 @@ private:
     ServiceDb &m_db;
     BillCatalog &m_catalog;
     qint64 m_lastSeen;
-    bool m_subscribed = false;
+    // The connection listening; null once it is gone (then a new one listens).
+    QPointer<QSqlDriver> m_listening;
     int m_polls = 0;
     QTimer *m_timer = nullptr;
     QThread m_thread;
