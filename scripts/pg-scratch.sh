@@ -19,9 +19,6 @@ as_owner() {
   fi
 }
 
-free_port() {
-  python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])'
-}
 
 case "$cmd" in
 start)
@@ -34,8 +31,10 @@ start)
   fi
   as_owner "$bin/initdb" -D "$dir/data" -U velora --auth=trust --no-locale -E UTF8 >"$dir/initdb.log" 2>&1 ||
     { cat "$dir/initdb.log" >&2; exit 1; }
-  for _ in 1 2 3 4 5; do
-    port=$(free_port)
+  # A random high port; the server refuses to start on a taken one, then
+  # another is tried.
+  for _ in 1 2 3 4 5 6 7 8; do
+    port=$((20000 + RANDOM % 40000))
     if as_owner "$bin/pg_ctl" -D "$dir/data" -l "$dir/server.log" -w -t 30 start \
         -o "-p $port -k $dir -c listen_addresses=127.0.0.1 -c fsync=off -c synchronous_commit=off \
             -c full_page_writes=off -c max_connections=400" >/dev/null; then
