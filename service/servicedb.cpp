@@ -1,12 +1,11 @@
 #include "servicedb.h"
 #include "serviceerror.h"
 
-#include <QSqlDriver>
-#include <QUuid>
-
 #include <QAtomicInteger>
 #include <QFile>
+#include <QSqlDriver>
 #include <QSqlError>
+#include <QUuid>
 
 #include <mutex>
 
@@ -50,16 +49,10 @@ void ServiceDb::open()
     const QString error = m_dialect.locationError();
     if (!error.isEmpty())
         throw ServiceError(ServiceError::Internal, error);
-    if (m_dialect.isPostgres()) {
-        migrate();
-        return;
-    }
-    restrictFileAccess();
-    QSqlDatabase db = connection();
-    exec(QStringLiteral("PRAGMA journal_mode=WAL"));
-    exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
-    // All connections together (process-wide).
-    exec(QStringLiteral("PRAGMA soft_heap_limit=33554432"));
+    if (!m_dialect.isPostgres())
+        restrictFileAccess();
+    for (const QString &statement : m_dialect.openSetup())
+        exec(statement);
     migrate();
 }
 

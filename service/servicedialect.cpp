@@ -217,6 +217,15 @@ QSqlDatabase ServiceDialect::connect(const QString &name, const QString &instanc
     return db;
 }
 
+QStringList ServiceDialect::openSetup() const
+{
+    if (m_postgres)
+        return {};
+    // The soft heap limit covers all connections together (process-wide).
+    return {QStringLiteral("PRAGMA journal_mode=WAL"), QStringLiteral("PRAGMA synchronous=NORMAL"),
+            QStringLiteral("PRAGMA soft_heap_limit=33554432")};
+}
+
 QStringList ServiceDialect::connectionSetup() const
 {
     if (m_postgres)

@@ -25,6 +25,8 @@ public:
 
     // Opens a connection named `name` on the calling thread.
     QSqlDatabase connect(const QString &name, const QString &instanceTag) const;
+    // Statements run once when the store is opened.
+    QStringList openSetup() const;
     // Statements run once on every fresh connection.
     QStringList connectionSetup() const;
 
