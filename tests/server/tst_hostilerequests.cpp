@@ -105,6 +105,12 @@ private slots:
         QTest::newRow("brackets in a string") << post(body("\"\\\"" + repeated("[{", 300) + "\"")) << 200 << 0 << fine;
         QTest::newRow("escaped backslash ends the string")
             << post(body("[\"\\\\\"," + repeated("[", 126) + repeated("]", 127))) << 200 << 1 << deep;
+        const QString twice = QStringLiteral("请求内容的同一对象中有重复的键");
+        QTest::newRow("key repeated, first holds an array") << post(body(R"({"a":[1],"a":2})")) << 200 << 1 << twice;
+        QTest::newRow("key repeated in the envelope") << post(R"({"data":{},"data":{}})") << 200 << 1 << twice;
+        QTest::newRow("key repeated, escaped") << post(body(R"({"a":1,"\u0061":{}})")) << 200 << 1 << twice;
+        QTest::newRow("one key in sibling and nested objects")
+            << post(body(R"([{"a":{"a":1}},{"a":"a","b":["a","a"]}])")) << 200 << 0 << fine;
         QTest::newRow("chunk size not hex")
             << QByteArray("POST /cloud HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n{}\r\n0\r\n\r\n")
             << 400 << 400 << QStringLiteral("请求内容不完整或格式错误");
