@@ -6,7 +6,9 @@
 
 #include <billstoragehost.h>
 #include <channelsetup.h>
+#include <featurelibraryseeder.h>
 #include <featureshost.h>
+#include <hostcontext.h>
 #include <mainwindow.h>
 #include <materialcheckhost.h>
 #include <materialstoragehost.h>
@@ -14,23 +16,29 @@
 #include <projectdocument.h>
 #include <smartpricinghost.h>
 
+#include <features/featurestore.h>
+#include <features/gqdxmtzmszn.h>
 #include <materials/cloudclsavedialogm.h>
 #include <materials/tcloudclsavedialog_xjbc.h>
 #include <smartpricing/veldqqdznzj.h>
+#include <storage/ttotalycc.h>
 
 #include <cloud/cloudworkerrequest.h>
 
 #include <hostapi/cloudprocheck.h>
+#include <hostapi/hostconfig.h>
 #include <hostapi/hostconstants.h>
 #include <hostapi/ltdinfo.h>
 #include <hostapi/rurecordcontrol.h>
 #include <hostapi/serverregistry.h>
 #include <hostapi/servicesutil.h>
+#include <hostapi/users.h>
 #include <hostapi/tqdnodeinfo.h>
 #include <service/cloudservice.h>
 #include <service/embeddedchannel.h>
 
 #include <QMutex>
+#include <QRadioButton>
 #include <QTimer>
 #include <QUndoStack>
 #include <QtTest>
@@ -149,6 +157,37 @@ const std::map<QString, std::function<void(Flow &)>> &flows()
              QMetaObject::invokeMethod(&dialog, "NewTable");
              QMetaObject::invokeMethod(&dialog, "Confirm");
          }},
+        {"bill storage wizard", [](Flow &f) {
+             TTotalYcc dialog(f.host.window);
+             BillStorageHost::prepare(dialog, f.host, BillStorageHost::billsToSave(f.host));
+             dialog.nextButton()->click();
+         }},
+        {"feature guide", [](Flow &f) {
+             // Building the feature libraries takes seconds: built once, copied after.
+             static QTemporaryDir built;
+             const QString folder = QFileInfo(FeatureStore::libraryPath(CXMGB24EnName)).path();
+             const bool first = QDir(built.path()).isEmpty();
+             if (first)
+                 FeatureLibrarySeeder::ensure(nullptr);
+             for (const QString &name : FeatureStore::libraryNames()) {
+                 const QString file = QFileInfo(FeatureStore::libraryPath(name)).fileName();
+                 QFile::copy((first ? folder : built.path()) + '/' + file, (first ? built.path() : folder) + '/' + file);
+             }
+             std::unique_ptr<QWidget> window(FeaturesHost::openGuide(f.host));
+             auto *guide = static_cast<Gqdxmtzmszn *>(window.get());
+             guide->cloudRadio()->setChecked(true);
+             CloudWorkerRequest::waitForWorkers(5000);
+             QCoreApplication::processEvents();
+             guide->requestProjectInfo(0, 0);
+             CloudWorkerRequest::waitForWorkers(5000);
+             QCoreApplication::processEvents();
+         }},
+        {"enterprise material storage", [](Flow &f) {
+             for (LtdInfo *server : ServerRegistry::instance()->servers())
+                 if (server->kind() == QLatin1String("cj"))
+                     HostConfig::openSysSet()->setValue("CloudApp/CurrServer_all", server->getServerName());
+             flows().at("material storage")(f);
+         }},
         {"material check", [](Flow &f) {
              answerModals(f.fx, [](QDialog *) { return 0; });
              MaterialCheckHost::Choice choice;
@@ -168,6 +207,21 @@ class TestCloudFaults : public HostTestCase
     Q_OBJECT
     QTemporaryDir cloudDir;
     std::shared_ptr<CloudService> service;
+    QStringList login; // user id, name and session of the demo sign-in rows share
+
+    // Signing in hashes the password twice; rows reuse one session, which
+    // keeps its enterprise logins on the cloud.
+    void signIn()
+    {
+        if (login.isEmpty()) {
+            QCOMPARE(ChannelSetup::signInDemo(), QString());
+            const auto *user = Users::Instance()->Kvy();
+            login = QStringList{user->UserID(), user->userName(), user->sessionToken()};
+            return;
+        }
+        Users::Instance()->Kvy()->setLogin(login[0], login[1], login[2]);
+        QVERIFY(ServerRegistry::instance()->refresh());
+    }
 
 private slots:
     void initTestCase()
@@ -214,6 +268,8 @@ private slots:
         const QString features = QStringLiteral("已填写0条清单的项目特征，72条未找到匹配清单，0条跳过。");
         const QString offline = QStringLiteral("无法连接云服务，请稍后重试"), timeout = QStringLiteral("云端未响应");
         const QString noTable = QStringLiteral("请先选择一条价表"), noBill = QStringLiteral("清单不存在或无权查看");
+        const QString viewOnly = QStringLiteral("您在该企业只有查看权限，没有编辑权限|") + noTable;
+        const QString noLibrary = QStringLiteral("请选择清单库");
         const QList<Call> calls{
             {"sign in", "login", "-", "-", "-", "-", "-"},
             {"sign in", "getserverlist", "-", "-", "-", "-", "-"},
@@ -233,6 +289,16 @@ private slots:
             {"material storage", "materiallist", noTable, "没有权限|没有权限|" + noTable, "||" + noTable, noTable, noTable},
             {"material storage", "personmaterialedit", noTable, "没有权限|" + noTable, "|" + noTable, noTable, noTable},
             {"material storage", "savematerialprices", "-", "没有权限", "", "-", "-"},
+            {"bill storage wizard", "getBZQDKList", noLibrary, "没有权限|" + noLibrary, noLibrary, noLibrary,
+             "清单库不存在"},
+            {"bill storage wizard", "listeditpermissionjudgmentforperson", "-", "没有权限", "", "-", "-"},
+            {"bill storage wizard", "getchaptertreeforperson", "-", "没有权限", "", "-", "-"},
+            {"feature guide", "matchqdtz", "-", "没有权限", "", "-", "-"},
+            {"feature guide", "getgcsldata", "-", "-", "-", "-", "-"},
+            {"enterprise material storage", "getenterprisepricelist", viewOnly, "没有权限|" + viewOnly, "|" + viewOnly,
+             viewOnly, viewOnly},
+            {"enterprise material storage", "isauthorityforenterprise", noTable, "没有权限|" + noTable, "|" + noTable,
+             viewOnly, viewOnly},
             {"material check", "getmaterialcheckrecords", "-", "没有权限", "", "-", "-"},
         };
         for (const Call &call : calls) {
@@ -252,7 +318,7 @@ private slots:
         QFETCH(QByteArray, fault);
         auto channel = std::make_shared<FaultChannel>(std::make_shared<EmbeddedChannel>(service));
         ServicesUtil::setChannel(channel);
-        QCOMPARE(ChannelSetup::signInDemo(), QString());
+        signIn();
         ProjectDocument project;
         QString error;
         QVERIFY2(project.loadFile(ProjectDocument::samplePath(), &error), qPrintable(error));
@@ -266,6 +332,8 @@ private slots:
 
         channel->arm(method, fault);
         flows().at(flow)(f);
+        if (flow == "sign in")
+            login.clear(); // the shared session ended
         QVERIFY(CloudWorkerRequest::waitForWorkers(5000));
         QVERIFY2(channel->hits() > 0, "the flow did not make the call");
         QTEST(fx->messageTexts(), "shown");
