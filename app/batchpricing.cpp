@@ -49,7 +49,8 @@ QList<QJsonObject> BatchPricing::requests() const
     QList<QJsonObject> envelopes;
     for (const Row &row : m_rows) {
         if (row.outcome == Pending)
-            envelopes.append(match.request(&m_server, row.bill).toJson());
+            // Only the best match is written: one is all the cloud needs to send.
+            envelopes.append(match.request(&m_server, row.bill).set(QStringLiteral("tagNum"), QStringLiteral("1")).toJson());
     }
     return envelopes;
 }

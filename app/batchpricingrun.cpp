@@ -2,18 +2,25 @@
 
 #include <hostapi/cloudenvelope.h>
 
+#include <QJsonArray>
+
 void BatchPricingRun::start(const QList<QJsonObject> &requests)
 {
     m_replies.clear();
-    const auto work = std::make_shared<QList<QJsonObject>>();
+    m_best.clear();
+    const auto work = std::make_shared<Work>();
     m_work = work;
     startJob([work, requests](const Step &step) {
         for (const QJsonObject &request : requests) {
-            work->append(CloudEnvelope::send(request));
+            const QJsonObject reply = CloudEnvelope::send(request);
+            work->replies.append(reply);
+            const QJsonArray matches = reply.value(QStringLiteral("data")).toArray();
+            work->best.append(matches.isEmpty() ? CompositionWriter::Values()
+                                                : CompositionWriter::prepare(matches.first().toObject()));
             // A server that does not answer will not answer the next bill either.
-            if (work->last().isEmpty())
+            if (reply.isEmpty())
                 break;
-            if (!step(work->size(), requests.size()))
+            if (!step(work->replies.size(), requests.size()))
                 return false;
         }
         return true;
@@ -22,7 +29,8 @@ void BatchPricingRun::start(const QList<QJsonObject> &requests)
 
 void BatchPricingRun::deliver()
 {
-    m_replies = *m_work;
+    m_replies = m_work->replies;
+    m_best = m_work->best;
 }
 
 QList<QJsonObject> BatchPricingRun::takeReplies()
@@ -30,4 +38,11 @@ QList<QJsonObject> BatchPricingRun::takeReplies()
     QList<QJsonObject> replies;
     replies.swap(m_replies);
     return replies;
+}
+
+QList<CompositionWriter::Values> BatchPricingRun::takeBest()
+{
+    QList<CompositionWriter::Values> best;
+    best.swap(m_best);
+    return best;
 }

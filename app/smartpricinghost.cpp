@@ -56,6 +56,23 @@ SetupChoice runSetup(HostContext &host, bool tour)
     return choice;
 }
 
+// The applied rows' bills with their matches as the run read them: the
+// requested rows (all but the skipped ones) took the replies in order.
+QList<CompositionWriter::Choice> preparedChoices(const BatchPricing &pricing,
+                                                 const QList<CompositionWriter::Values> &best)
+{
+    QList<CompositionWriter::Choice> choices;
+    int next = 0;
+    for (const BatchPricing::Row &row : pricing.rows()) {
+        if (row.outcome == BatchPricing::Skipped)
+            continue;
+        const CompositionWriter::Values values = best.value(next++);
+        if (row.outcome == BatchPricing::Applied)
+            choices.append(qMakePair(row.bill, values));
+    }
+    return choices;
+}
+
 bool waitForMatches(BatchPricingRun &run, HostContext &host, int total)
 {
     QEventLoop loop;
@@ -128,7 +145,7 @@ bool SmartPricingHost::runBatch(HostContext &host, const LtdInfo &server, bool s
     const QString refusal = pricing.takeReplies(run.takeReplies());
     if (!refusal.isEmpty())
         showMessageBox(refusal, host.window);
-    const int applied = CompositionWriter(*project).applyAll(pricing.choices(), false);
+    const int applied = CompositionWriter(*project).applyAll(preparedChoices(pricing, run.takeBest()), false);
     BatchPricingSummary summary(host.window);
     summary.setResult(pricing);
     HostContext *context = &host;

@@ -33,6 +33,12 @@
 #include <cstdio>
 
 namespace {
+// A null text would be bound as NULL.
+QVariant text(const QString &value)
+{
+    return value.isNull() ? QVariant(QStringLiteral("")) : QVariant(value);
+}
+
 struct Template
 {
     QVariant tier, owner, source, projectId, zhdj, zjnr;
@@ -65,8 +71,8 @@ QString bulkInsert(const QString &file, int count)
         for (int i = 0; i < count && failure.isEmpty(); ++i) {
             const BillRecord r = gen.next(i);
             const Template &t = templates.at(i % templates.size());
-            for (const QVariant &v : {t.tier, t.owner, t.source, t.projectId, QVariant(r.code + "001"), QVariant(r.name),
-                                      QVariant(r.unit), QVariant(r.features), QVariant(r.workContent), t.zhdj, t.zjnr})
+            for (const QVariant &v : {t.tier, t.owner, t.source, t.projectId, text(r.code + "001"), text(r.name),
+                                      text(r.unit), text(r.features), text(r.workContent), t.zhdj, t.zjnr})
                 q.addBindValue(v);
             if (!q.exec())
                 failure = q.lastError().text();
