@@ -7,8 +7,8 @@
 
 #include <memory>
 
-// Sends the match requests of a batch pricing in the background, one after
-// the other, from prepared envelopes, and reads the best match of each reply
+// Sends the match requests of a batch pricing in the background, a few at a
+// time, from prepared envelopes, and reads the best match of each reply
 // ready to be written. A cancelled run delivers nothing, so the project stays
 // as it was.
 class BatchPricingRun : public BackgroundRun
