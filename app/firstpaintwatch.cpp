@@ -2,31 +2,39 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QFile>
 #include <QTextStream>
 #include <QTimer>
 #include <QWidget>
 
 #include <ctime>
-#include <unistd.h>
 
 FirstPaintWatch::FirstPaintWatch(QWidget *widget) : QObject(widget)
 {
     widget->installEventFilter(this);
 }
 
-double FirstPaintWatch::msSinceProcessStart()
+namespace {
+qint64 s_startNs = 0;
+
+qint64 realtimeNs()
 {
-    QFile stat(QStringLiteral("/proc/self/stat"));
-    if (!stat.open(QIODevice::ReadOnly))
-        return -1;
-    // The command name may hold spaces: fields are counted after its ')'.
-    const QByteArray text = stat.readAll();
-    const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
-    const double startTicks = fields.value(19).toDouble();
     timespec now{};
-    clock_gettime(CLOCK_BOOTTIME, &now);
-    return now.tv_sec * 1e3 + now.tv_nsec / 1e6 - startTicks * 1e3 / sysconf(_SC_CLK_TCK);
+    clock_gettime(CLOCK_REALTIME, &now);
+    return qint64(now.tv_sec) * 1000000000 + now.tv_nsec;
+}
+}
+
+void FirstPaintWatch::noteStart()
+{
+    s_startNs = realtimeNs();
+}
+
+double FirstPaintWatch::msSinceLaunch()
+{
+    const qint64 launch = qEnvironmentVariableIsSet("VELORA_LAUNCH_NS")
+                              ? qEnvironmentVariable("VELORA_LAUNCH_NS").toLongLong()
+                              : s_startNs;
+    return (realtimeNs() - launch) / 1e6;
 }
 
 bool FirstPaintWatch::eventFilter(QObject *watched, QEvent *event)
@@ -35,7 +43,7 @@ bool FirstPaintWatch::eventFilter(QObject *watched, QEvent *event)
         m_seen = true;
         // Right after this paint has been handled.
         QTimer::singleShot(0, this, [] {
-            QTextStream(stdout) << "first paint " << qRound(msSinceProcessStart()) << " ms\n";
+            QTextStream(stdout) << "first paint " << qRound(msSinceLaunch()) << " ms\n";
             QCoreApplication::quit();
         });
     }
