@@ -3,6 +3,8 @@
 #include <QMetaObject>
 #include <QThread>
 
+#include <memory>
+
 BackgroundRun::BackgroundRun(QObject *parent) : QObject(parent) {}
 
 BackgroundRun::~BackgroundRun()
@@ -28,9 +30,15 @@ void BackgroundRun::startJob(Job job)
     // stopThread() waits for the thread, so `this` outlives it; queued calls
     // to a deleted run are dropped by Qt.
     m_thread = QThread::create([this, job = std::move(job), run] {
-        const Step step = [this, run](int done, int total) {
+        // One progress event per percent: thousands of them, each repainting
+        // a bar, would keep the GUI thread busy.
+        auto shown = std::make_shared<std::atomic<int>>(-1);
+        const Step step = [this, run, shown](int done, int total) {
             if (m_cancel)
                 return false;
+            const int percent = total > 0 ? int(qint64(done) * 100 / total) : 100;
+            if (shown->exchange(percent) == percent)
+                return true;
             QMetaObject::invokeMethod(this, [this, run, done, total] {
                 if (m_run == run && !m_cancel)
                     emit progress(done, total);

@@ -40,16 +40,22 @@ QString BatchPricing::skipReason(const BaseDataItem *bill, JJBTableBase *table) 
     return QString();
 }
 
-QList<QJsonObject> BatchPricing::requests() const
+QList<QJsonObject> BatchPricing::requests(int first, int count) const
 {
     PricingMatch match;
     match.attributes = m_attributes;
     match.qdly = m_gcType;
     match.projectIds = m_projectIds;
     QList<QJsonObject> envelopes;
+    int pending = 0;
     for (const Row &row : m_rows) {
-        if (row.outcome == Pending)
-            envelopes.append(match.request(&m_server, row.bill).toJson());
+        if (row.outcome != Pending || pending++ < first)
+            continue;
+        if (count >= 0 && envelopes.size() == count)
+            break;
+        // Only the best match is written: one is all the cloud needs to send.
+        envelopes.append(
+            match.request(&m_server, row.bill).set(QStringLiteral("tagNum"), QStringLiteral("1")).toJson());
     }
     return envelopes;
 }

@@ -35,8 +35,9 @@ public:
 
     // One row per bill; bills that do not take part are skipped with the reason.
     void plan(const QList<BaseDataItem *> &bills, const std::function<JJBTableBase *(BaseDataItem *)> &tableOf);
-    // The envelopes of the pending rows, in row order.
-    QList<QJsonObject> requests() const;
+    // The envelopes of the pending rows, in row order: `count` of them (all
+    // when negative) from the pending row `first` on.
+    QList<QJsonObject> requests(int first = 0, int count = -1) const;
     // The replies to requests(), in the same order. Returns the first refusal's
     // message (empty when none).
     QString takeReplies(const QList<QJsonObject> &replies);

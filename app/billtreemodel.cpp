@@ -39,7 +39,19 @@ QModelIndex BillTreeModel::indexOf(BaseDataItem *item, int column) const
         top = top->parentItem();
     if (top != root())
         return QModelIndex();
-    return createIndex(item->row(), column, item);
+    return createIndex(rowOf(item), column, item);
+}
+
+int BillTreeModel::rowOf(const BaseDataItem *item) const
+{
+    const BaseDataItem *parent = item->parentItem();
+    const auto known = m_rows.constFind(item);
+    if (known != m_rows.constEnd() && parent->child(*known) == item)
+        return *known;
+    // One pass notes every sibling.
+    for (int row = 0; row < parent->childCount(); ++row)
+        m_rows.insert(parent->child(row), row);
+    return m_rows.value(item, -1);
 }
 
 QModelIndex BillTreeModel::index(int row, int column, const QModelIndex &parent) const

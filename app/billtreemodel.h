@@ -1,5 +1,6 @@
 #pragma once
 #include <QAbstractItemModel>
+#include <QHash>
 #include <QSet>
 
 class BaseDataItem;
@@ -42,4 +43,8 @@ private:
 
     JJBTableBase *m_table;
     QSet<BaseDataItem *> m_highlighted;
+    // Rows of items as last seen, checked against the parent before use: a
+    // batch change of thousands of sibling bills must not search for each.
+    mutable QHash<const BaseDataItem *, int> m_rows;
+    int rowOf(const BaseDataItem *item) const;
 };

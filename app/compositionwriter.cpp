@@ -21,35 +21,49 @@ void CompositionWriter::applyOne(BaseDataItem *bill, const QJsonObject &matched,
         return;
     RURecordControl::BeginRecord(
         TableBaseObject::GetTableRedoUIInfo(m_project.tableOf(bill), 8, QStringLiteral("智能组价")));
-    write(bill, matched, replace);
+    write(bill, prepare(matched), replace);
     RURecordControl::EndRecord();
 }
 
 int CompositionWriter::applyAll(const QList<QPair<BaseDataItem *, QJsonObject>> &choices, bool replace)
 {
+    QList<Choice> prepared;
+    for (const auto &choice : choices)
+        prepared.append(qMakePair(choice.first, prepare(choice.second)));
+    return applyAll(prepared, replace);
+}
+
+int CompositionWriter::applyAll(const QList<Choice> &choices, bool replace)
+{
     if (choices.isEmpty())
         return 0;
     RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(m_project.tableOf(choices.first().first), 8,
                                                                      QStringLiteral("智能云组价")));
-    for (const auto &choice : choices)
+    for (const Choice &choice : choices)
         write(choice.first, choice.second, replace);
     RURecordControl::EndRecord();
     return choices.size();
 }
 
-void CompositionWriter::write(BaseDataItem *bill, const QJsonObject &matched, bool replace)
+CompositionWriter::Values CompositionWriter::prepare(const QJsonObject &matched)
 {
     const CloudZjBean bean = CloudZjBean::fromJson(matched);
     const QList<cloudZjnr> lines = bean.getZjnrlist();
-    bill->setData(BaseDataItem::CompositionRole, cloudZjnr::toZjnrText(lines));
-    bill->setData(BaseDataItem::UnitPriceRole, lines.isEmpty() ? bean.getZhdj() : unitPrice(lines));
+    return {cloudZjnr::toZjnrText(lines), lines.isEmpty() ? bean.getZhdj() : unitPrice(lines), bean.getXmtz(),
+            bean.GetGcnr()};
+}
+
+void CompositionWriter::write(BaseDataItem *bill, const Values &values, bool replace)
+{
+    bill->setData(BaseDataItem::CompositionRole, values.composition);
+    bill->setData(BaseDataItem::UnitPriceRole, values.unitPrice);
     bill->setData(BaseDataItem::FontColorRole, markColor());
     if (!replace)
         return;
     if (ProjectDocument::isMeasureBill(bill))
-        bill->setData(BaseDataItem::WorkContentRole, bean.GetGcnr());
+        bill->setData(BaseDataItem::WorkContentRole, values.workContent);
     else
-        bill->setData(BaseDataItem::FeaturesRole, bean.getXmtz());
+        bill->setData(BaseDataItem::FeaturesRole, values.features);
 }
 
 double CompositionWriter::unitPrice(const QList<cloudZjnr> &lines)

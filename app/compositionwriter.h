@@ -15,13 +15,28 @@ class ProjectDocument;
 class CompositionWriter
 {
 public:
+    // What a cloud bill writes, read from its reply; reading it touches no
+    // project, so a background run may do it (parsing thousands of
+    // compositions would keep the GUI thread busy for long).
+    struct Values
+    {
+        QString composition;
+        double unitPrice = 0.0;
+        QString features;
+        QString workContent;
+    };
+    using Choice = QPair<BaseDataItem *, Values>;
+
     explicit CompositionWriter(ProjectDocument &project) : m_project(project) {}
+
+    static Values prepare(const QJsonObject &matched);
 
     // One bill, one undo step.
     void applyOne(BaseDataItem *bill, const QJsonObject &matched, bool replace);
     // Every (bill, matched bill) pair, together one undo step. Returns how
     // many were written.
     int applyAll(const QList<QPair<BaseDataItem *, QJsonObject>> &choices, bool replace);
+    int applyAll(const QList<Choice> &choices, bool replace);
 
     // The sum of the top-level lines' price × quantity (1 when a line has
     // none), each rounded to cents.
@@ -29,6 +44,6 @@ public:
     static QString markColor() { return QStringLiteral("#FF0000"); }
 
 private:
-    void write(BaseDataItem *bill, const QJsonObject &matched, bool replace);
+    void write(BaseDataItem *bill, const Values &values, bool replace);
     ProjectDocument &m_project;
 };

@@ -76,8 +76,9 @@ void FeatureLibrarySeeder::build(const QString &path, const QString &libraryName
     QFile::remove(partial);
     {
         DBM::clsDAC db(partial);
-        createTables(db);
+        // Tables and rows in one transaction: one sync of the file, not one per table.
         db.beginTransaction();
+        createTables(db);
         for (const QJsonValue &item : items)
             insertItem(db, libraryName, item.toObject());
         db.commit();

@@ -19,6 +19,7 @@
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QFutureWatcher>
 #include <QLabel>
 #include <QPointer>
 #include <QProgressDialog>
@@ -26,6 +27,7 @@
 #include <QRadioButton>
 #include <QTableWidget>
 #include <QTimer>
+#include <QtConcurrent>
 
 namespace {
 QPointer<Gqdxmtzmszn> s_guide;
@@ -33,11 +35,21 @@ QPointer<Gqdxmtzmszn> s_guide;
 // host's selection change does not load the bill a second time.
 bool s_moving = false;
 
+// The first use builds the library files: on a pool thread, while the
+// GUI thread's loop keeps the windows painting.
 void installLibraries()
 {
-    QString error;
-    if (!FeatureLibrarySeeder::ensure(&error))
-        HostLog::write(QStringLiteral("featureguide:"), error);
+    QFutureWatcher<QString> watcher;
+    QEventLoop loop;
+    QObject::connect(&watcher, &QFutureWatcher<QString>::finished, &loop, &QEventLoop::quit);
+    watcher.setFuture(QtConcurrent::run([] {
+        QString error;
+        return FeatureLibrarySeeder::ensure(&error) ? QString() : error;
+    }));
+    if (!watcher.isFinished())
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+    if (!watcher.result().isEmpty())
+        HostLog::write(QStringLiteral("featureguide:"), watcher.result());
 }
 
 void showBill(Gqdxmtzmszn *guide, HostContext &host, BaseDataItem *bill)

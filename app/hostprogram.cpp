@@ -1,6 +1,9 @@
 #include "hostprogram.h"
 #include "channelsetup.h"
+#include "firstpaintwatch.h"
+#include "heartbeatprobe.h"
 #include "hoststate.h"
+#include "latencychannel.h"
 #include "mainwindow.h"
 #include "projectdocument.h"
 #include "tourrunner.h"
@@ -14,6 +17,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QFile>
 #include <QFontDatabase>
 #include <QTextStream>
 #include <QTimer>
@@ -77,8 +81,18 @@ int HostProgram::run(QApplication &app)
                                   QStringLiteral("DIR"));
     const QCommandLineOption appDir(QStringLiteral("app-dir"), QStringLiteral("Application data folder."),
                                     QStringLiteral("DIR"));
+    const QCommandLineOption heartbeat(QStringLiteral("heartbeat-log"),
+                                       QStringLiteral("Log every event-loop stall over 16 ms to FILE."),
+                                       QStringLiteral("FILE"));
+    const QCommandLineOption latency(QStringLiteral("cloud-latency"),
+                                     QStringLiteral("Delay every cloud reply by MS milliseconds."), QStringLiteral("MS"));
     parser.addOption(tour);
     parser.addOption(appDir);
+    const QCommandLineOption firstPaint(QStringLiteral("first-paint"),
+                                        QStringLiteral("Print the time to the main window's first paint and exit."));
+    parser.addOption(heartbeat);
+    parser.addOption(firstPaint);
+    parser.addOption(latency);
     parser.process(app);
     if (parser.isSet(appDir))
         SetAppPath(parser.value(appDir));
@@ -87,6 +101,9 @@ int HostProgram::run(QApplication &app)
     ServicesUtil::publish();
     QTextStream out(stdout);
     const QString channel = ChannelSetup::install();
+    if (parser.isSet(latency) && ServicesUtil::channel())
+        ServicesUtil::setChannel(
+            std::make_shared<LatencyChannel>(ServicesUtil::channel(), parser.value(latency).toInt()));
     const QString note = ChannelSetup::firstRunNote();
     if (!note.isEmpty())
         out << note << '\n';
@@ -116,11 +133,21 @@ int HostProgram::run(QApplication &app)
     MainWindow window(&project);
     window.setChannelText(channel);
     window.restoreLayout();
+    if (parser.isSet(firstPaint))
+        new FirstPaintWatch(&window);
     window.show();
+    QFile heartbeatLog(parser.value(heartbeat));
+    HeartbeatProbe probe;
+    if (parser.isSet(heartbeat) && heartbeatLog.open(QIODevice::WriteOnly | QIODevice::Text)) {
+        probe.setLog(&heartbeatLog, 16);
+        probe.start();
+    }
     // Names a server that is down in the status bar from the start.
     if (!channel.isEmpty())
         QTimer::singleShot(0, &window, [] { ServerRegistry::instance()->refresh(); });
     const int code = app.exec();
+    if (heartbeatLog.isOpen())
+        heartbeatLog.write(QByteArray("worst gap ") + QByteArray::number(probe.worstGapMs(), 'f', 1) + " ms\n");
     ServicesUtil::setChannel(nullptr);
     return code;
 }

@@ -21,6 +21,9 @@ void PriceCheckReportModel::setRows(const QList<PriceCheckReportRow> &rows)
 
 void PriceCheckReportModel::setLimit(double limit)
 {
+    // An unchanged limit changes no row; the sorted view would re-sort them all.
+    if (qFuzzyCompare(m_limit, limit))
+        return;
     m_limit = limit;
     if (!m_rows.isEmpty())
         emit dataChanged(index(0, 0), index(m_rows.size() - 1, DeviationColumn));

@@ -56,6 +56,38 @@ SetupChoice runSetup(HostContext &host, bool tour)
     return choice;
 }
 
+// The match requests, a slice at a time with the event loop running between
+// slices: thousands of bills would keep the window from painting.
+QList<QJsonObject> requestsInSlices(const BatchPricing &pricing)
+{
+    const int slice = 200;
+    QList<QJsonObject> requests;
+    for (int first = 0;; first += slice) {
+        const QList<QJsonObject> part = pricing.requests(first, slice);
+        requests += part;
+        if (part.size() < slice)
+            return requests;
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    }
+}
+
+// The applied rows' bills with their matches as the run read them: the
+// requested rows (all but the skipped ones) took the replies in order.
+QList<CompositionWriter::Choice> preparedChoices(const BatchPricing &pricing,
+                                                 const QList<CompositionWriter::Values> &best)
+{
+    QList<CompositionWriter::Choice> choices;
+    int next = 0;
+    for (const BatchPricing::Row &row : pricing.rows()) {
+        if (row.outcome == BatchPricing::Skipped)
+            continue;
+        const CompositionWriter::Values values = best.value(next++);
+        if (row.outcome == BatchPricing::Applied)
+            choices.append(qMakePair(row.bill, values));
+    }
+    return choices;
+}
+
 bool waitForMatches(BatchPricingRun &run, HostContext &host, int total)
 {
     QEventLoop loop;
@@ -118,7 +150,7 @@ bool SmartPricingHost::runBatch(HostContext &host, const LtdInfo &server, bool s
     JsMsBusiness::GetQDSaveAttr(project->unitWork(), host.currentTable, attributes);
     BatchPricing pricing(server, skipPriced, gcType, projectIds, attributes);
     pricing.plan(project->allBills(), [project](BaseDataItem *bill) { return project->tableOf(bill); });
-    const QList<QJsonObject> requests = pricing.requests();
+    const QList<QJsonObject> requests = requestsInSlices(pricing);
     BatchPricingRun run;
     run.start(requests);
     if (!waitForMatches(run, host, requests.size())) {
@@ -128,7 +160,7 @@ bool SmartPricingHost::runBatch(HostContext &host, const LtdInfo &server, bool s
     const QString refusal = pricing.takeReplies(run.takeReplies());
     if (!refusal.isEmpty())
         showMessageBox(refusal, host.window);
-    const int applied = CompositionWriter(*project).applyAll(pricing.choices(), false);
+    const int applied = CompositionWriter(*project).applyAll(preparedChoices(pricing, run.takeBest()), false);
     BatchPricingSummary summary(host.window);
     summary.setResult(pricing);
     HostContext *context = &host;

@@ -89,27 +89,31 @@ void ServicesUtil::waitFor(CloudCall &call)
 
 // Queued even on the instance's own thread: a forced logout must not run
 // inside the caller's handling of this reply.
+// The reply is read on the caller's thread: a batch's thousands of replies
+// must not all be parsed again on the GUI thread.
 void ServicesUtil::noteLater(const std::shared_ptr<CloudChannel> &channel, const QJsonObject &request,
                              const QByteArray &reply)
 {
+    const bool rejected = !reply.isEmpty()
+                          && JsonNesting::parse(reply).object().value(QStringLiteral("code")).toInt() == kNotLoggedIn;
+    const QString token = rejected ? request.value(QStringLiteral("orgin_token")).toString() : QString();
+    const bool answered = !reply.isEmpty();
     ServicesUtil *self = instance();
     QMetaObject::invokeMethod(
-        self, [self, channel, request, reply] { self->noteReply(*channel, request, reply); }, Qt::QueuedConnection);
+        self, [self, channel, answered, rejected, token] { self->noteReply(*channel, answered, rejected, token); },
+        Qt::QueuedConnection);
 }
 
 // Runs on the instance's thread: reachability and rejected sessions are
 // announced there, whichever thread made the call.
-void ServicesUtil::noteReply(const CloudChannel &channel, const QJsonObject &request, const QByteArray &reply)
+void ServicesUtil::noteReply(const CloudChannel &channel, bool answered, bool rejected, const QString &token)
 {
-    const QString reason = reply.isEmpty() ? channel.unreachableReason() : QString();
+    const QString reason = answered ? QString() : channel.unreachableReason();
     // A cancelled call tells nothing about the server.
-    if (!(reply.isEmpty() && reason.isEmpty()))
+    if (answered || !reason.isEmpty())
         noteUnreachable(reason);
-    if (reply.isEmpty())
-        return;
-    const QJsonObject object = JsonNesting::parse(reply).object();
-    if (object.value(QStringLiteral("code")).toInt() == kNotLoggedIn)
-        emit sessionRejected(request.value(QStringLiteral("orgin_token")).toString());
+    if (rejected)
+        emit sessionRejected(token);
 }
 
 void ServicesUtil::publish()

@@ -55,7 +55,7 @@ private:
     static void noteLater(const std::shared_ptr<CloudChannel> &channel, const QJsonObject &request,
                           const QByteArray &reply);
     void noteUnreachable(const QString &reason);
-    void noteReply(const CloudChannel &channel, const QJsonObject &request, const QByteArray &reply);
+    void noteReply(const CloudChannel &channel, bool answered, bool rejected, const QString &token);
 
     QString m_unreachable;
 };

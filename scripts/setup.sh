@@ -9,7 +9,7 @@ shift || true
 packages=(build-essential cmake ninja-build ccache pkg-config
   qtbase5-dev libqt5sql5-sqlite libqt5svg5-dev qt5-image-formats-plugins
   fonts-wqy-microhei libcivetweb-dev libxapian-dev libqt5charts5-dev
-  libxlsxwriter-dev libminizip-dev libcsv-dev)
+  libxlsxwriter-dev libminizip-dev libcsv-dev hyperfine)
 missing=()
 packages+=(libsodium-dev) # password hashing of the cloud service
 packages+=(libqt5sql5-psql postgresql-15) # the cloud service on PostgreSQL, and its tests

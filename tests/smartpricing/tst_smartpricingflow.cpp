@@ -154,6 +154,29 @@ private slots:
         QCOMPARE(pricing.choices().size(), row.outcome == BatchPricing::Applied ? 1 : 0);
     }
 
+    void batchRequestsInSlices_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("count");
+        QTest::newRow("all") << 0 << -1;
+        QTest::newRow("head") << 0 << 3;
+        QTest::newRow("middle") << 2 << 4;
+        QTest::newRow("tail past the end") << 5 << 1000;
+        QTest::newRow("past the end") << 1000 << 3;
+    }
+    void batchRequestsInSlices()
+    {
+        QFETCH(int, first);
+        QFETCH(int, count);
+        BatchPricing pricing(LtdInfo("个人云", KvTokenUser, 0, 0, true), false, 3, {}, TQDNodeInfo());
+        pricing.plan(project->allBills(), [this](BaseDataItem *b) { return project->tableOf(b); });
+        const QList<QJsonObject> all = pricing.requests();
+        QVERIFY(all.size() > 6 && pricing.count(BatchPricing::Skipped) > 0);
+        QCOMPARE(pricing.requests(first, count), all.mid(first, count));
+        // Only the best match is written, so only one is asked for.
+        QCOMPARE(all.first().value("data").toObject().value("tagNum").toString(), QStringLiteral("1"));
+    }
+
     void cancelledRunDeliversNothing()
     {
         BatchPricingRun run;
