@@ -11,6 +11,7 @@
 #include <QThread>
 
 #include <mutex>
+#include <vector>
 
 namespace {
 // std::mutex so that the thread sanitizer sees the lock (see CloudWorkerRequest).
@@ -19,11 +20,23 @@ std::shared_ptr<CloudChannel> s_channel;
 std::shared_ptr<CloudWaiter> s_waiter;
 // The service's "no or expired session" code.
 constexpr int kNotLoggedIn = 2;
+
+struct Note {
+    std::shared_ptr<CloudChannel> channel;
+    QJsonObject request;
+    QByteArray reply;
+};
+// Replies on their way to the instance's thread. They travel under this lock
+// rather than inside Qt's posted event, whose lock the thread sanitizer
+// cannot see; the event itself carries nothing.
+std::mutex s_notesMutex;
+std::vector<Note> s_notes;
 }
 
 ServicesUtil::ServicesUtil(QObject *parent)
     : QObject(parent)
 {
+    connect(this, &ServicesUtil::notesPending, this, &ServicesUtil::drainNotes, Qt::QueuedConnection);
 }
 
 ServicesUtil *ServicesUtil::instance()
@@ -92,9 +105,26 @@ void ServicesUtil::waitFor(CloudCall &call)
 void ServicesUtil::noteLater(const std::shared_ptr<CloudChannel> &channel, const QJsonObject &request,
                              const QByteArray &reply)
 {
-    ServicesUtil *self = instance();
-    QMetaObject::invokeMethod(
-        self, [self, channel, request, reply] { self->noteReply(*channel, request, reply); }, Qt::QueuedConnection);
+    bool first = false;
+    {
+        std::lock_guard<std::mutex> lock(s_notesMutex);
+        first = s_notes.empty();
+        s_notes.push_back(Note{channel, request, reply});
+    }
+    // A non-empty queue has its drain on the way already.
+    if (first)
+        emit instance()->notesPending(QPrivateSignal());
+}
+
+void ServicesUtil::drainNotes()
+{
+    std::vector<Note> notes;
+    {
+        std::lock_guard<std::mutex> lock(s_notesMutex);
+        notes.swap(s_notes);
+    }
+    for (const Note &note : notes)
+        noteReply(*note.channel, note.request, note.reply);
 }
 
 // Runs on the instance's thread: reachability and rejected sessions are

@@ -88,7 +88,7 @@ ServiceDb::ServiceDb(const QString &filePath)
 
 ServiceDb::~ServiceDb()
 {
-    QMutexLocker lock(&m_connectionsMutex);
+    std::lock_guard<std::mutex> lock(m_connectionsMutex);
     // removeDatabase closes each connection; asking for the handle of another
     // thread's connection is not allowed, so none is taken here.
     for (const Entry &entry : qAsConst(m_connections))
@@ -159,7 +159,7 @@ QSqlDatabase ServiceDb::connection()
     QThread *thread = QThread::currentThread();
     QString name;
     {
-        QMutexLocker lock(&m_connectionsMutex);
+        std::lock_guard<std::mutex> lock(m_connectionsMutex);
         auto it = m_connections.constFind(thread);
         if (it != m_connections.constEnd() && it->thread == thread)
             return QSqlDatabase::database(it->name, false);

@@ -9,6 +9,7 @@
 #include <QVariantList>
 
 #include <functional>
+#include <mutex>
 
 // The service's SQLite file: one connection per calling thread (Qt SQL allows
 // a connection on its own thread only), WAL journal, schema version kept in
@@ -52,7 +53,8 @@ private:
 
     QString m_path;
     QString m_prefix;
-    QMutex m_connectionsMutex;
+    // std::mutex (pthreads), which the thread sanitizer follows.
+    std::mutex m_connectionsMutex;
     struct Entry {
         QPointer<QThread> thread;
         QString name;
