@@ -21,8 +21,10 @@ std::shared_ptr<CloudWaiter> s_waiter;
 // The service's "no or expired session" code.
 constexpr int kNotLoggedIn = 2;
 
+// The channel's verdict is read when the call ends: a note must not keep the
+// channel alive past the application.
 struct Note {
-    std::shared_ptr<CloudChannel> channel;
+    QString unreachable;
     QJsonObject request;
     QByteArray reply;
 };
@@ -105,11 +107,12 @@ void ServicesUtil::waitFor(CloudCall &call)
 void ServicesUtil::noteLater(const std::shared_ptr<CloudChannel> &channel, const QJsonObject &request,
                              const QByteArray &reply)
 {
+    Note note{reply.isEmpty() ? channel->unreachableReason() : QString(), request, reply};
     bool first = false;
     {
         std::lock_guard<std::mutex> lock(s_notesMutex);
         first = s_notes.empty();
-        s_notes.push_back(Note{channel, request, reply});
+        s_notes.push_back(std::move(note));
     }
     // A non-empty queue has its drain on the way already.
     if (first)
@@ -124,14 +127,13 @@ void ServicesUtil::drainNotes()
         notes.swap(s_notes);
     }
     for (const Note &note : notes)
-        noteReply(*note.channel, note.request, note.reply);
+        noteReply(note.unreachable, note.request, note.reply);
 }
 
 // Runs on the instance's thread: reachability and rejected sessions are
 // announced there, whichever thread made the call.
-void ServicesUtil::noteReply(const CloudChannel &channel, const QJsonObject &request, const QByteArray &reply)
+void ServicesUtil::noteReply(const QString &reason, const QJsonObject &request, const QByteArray &reply)
 {
-    const QString reason = reply.isEmpty() ? channel.unreachableReason() : QString();
     // A cancelled call tells nothing about the server.
     if (!(reply.isEmpty() && reason.isEmpty()))
         noteUnreachable(reason);

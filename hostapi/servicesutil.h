@@ -57,7 +57,7 @@ private:
     static void noteLater(const std::shared_ptr<CloudChannel> &channel, const QJsonObject &request,
                           const QByteArray &reply);
     void noteUnreachable(const QString &reason);
-    void noteReply(const CloudChannel &channel, const QJsonObject &request, const QByteArray &reply);
+    void noteReply(const QString &reason, const QJsonObject &request, const QByteArray &reply);
     void drainNotes();
 
     QString m_unreachable;
