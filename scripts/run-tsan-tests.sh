@@ -11,10 +11,7 @@ shift || true
 
 "$here/scripts/setup.sh" "$build" -DVELORA_TSAN=ON -DVELORA_BUILD_BENCH=OFF
 
-# ignore_noninstrumented_modules: memory that Qt and glib copy or free
-# themselves through the C library is theirs to order; their locks and
-# threads are still followed.
-export TSAN_OPTIONS="suppressions=$here/scripts/tsan.supp:ignore_noninstrumented_modules=1:halt_on_error=0:second_deadlock_stack=1${TSAN_OPTIONS:+:$TSAN_OPTIONS}"
+export TSAN_OPTIONS="suppressions=$here/scripts/tsan.supp:halt_on_error=0:second_deadlock_stack=1${TSAN_OPTIONS:+:$TSAN_OPTIONS}"
 export VELORA_STRESS_RUNS=${VELORA_STRESS_RUNS:-100}
 export QT_QPA_PLATFORM=offscreen
 status=0
