@@ -4,13 +4,13 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QMutex>
 #include <QTextStream>
 
 #include <cstdio>
+#include <mutex>
 
 namespace {
-QMutex s_mutex;
+std::mutex s_mutex;
 std::function<void(const QString &)> s_observer;
 }
 
@@ -27,7 +27,7 @@ void HostLog::write(const QString &tag, const QString &text)
                          + QLatin1Char(' ') + tag + QLatin1Char(' ') + text;
     std::function<void(const QString &)> observer;
     {
-        QMutexLocker lock(&s_mutex);
+        std::lock_guard<std::mutex> lock(s_mutex);
         QFile file(logFilePath());
         if (file.open(QIODevice::Append | QIODevice::Text)) {
             QTextStream out(&file);
@@ -43,6 +43,6 @@ void HostLog::write(const QString &tag, const QString &text)
 
 void HostLog::setObserver(std::function<void(const QString &)> observer)
 {
-    QMutexLocker lock(&s_mutex);
+    std::lock_guard<std::mutex> lock(s_mutex);
     s_observer = std::move(observer);
 }

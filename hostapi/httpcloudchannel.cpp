@@ -2,13 +2,14 @@
 #include "jsonnesting.h"
 
 #include <QJsonDocument>
-#include <QMutex>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QPointer>
 #include <QThreadStorage>
 #include <QTimer>
+
+#include <mutex>
 
 const char HttpCloudChannel::SessionHeader[] = "X-Velora-Session";
 
@@ -72,7 +73,7 @@ class HttpCloudChannel::Reachability
 public:
     QString reason() const
     {
-        QMutexLocker lock(&m_mutex);
+        std::lock_guard<std::mutex> lock(m_mutex);
         return m_reason;
     }
     // A cancelled call (no reason, no HTTP status) tells nothing.
@@ -82,12 +83,12 @@ public:
         const QString reason = failureReason(reply);
         if (!answered && reason.isEmpty())
             return;
-        QMutexLocker lock(&m_mutex);
+        std::lock_guard<std::mutex> lock(m_mutex);
         m_reason = reason;
     }
 
 private:
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     QString m_reason;
 };
 

@@ -1,23 +1,24 @@
 #include "messagebox.h"
 
 #include <QMessageBox>
-#include <QMutex>
 #include <QPushButton>
 
+#include <mutex>
+
 namespace {
-QMutex s_mutex;
+std::mutex s_mutex;
 MessageBoxes::Handler s_handler;
 }
 
 void MessageBoxes::setHandler(Handler handler)
 {
-    QMutexLocker lock(&s_mutex);
+    std::lock_guard<std::mutex> lock(s_mutex);
     s_handler = std::move(handler);
 }
 
 bool MessageBoxes::hasHandler()
 {
-    QMutexLocker lock(&s_mutex);
+    std::lock_guard<std::mutex> lock(s_mutex);
     return bool(s_handler);
 }
 
@@ -25,7 +26,7 @@ int MessageBoxes::show(const MessageBoxRequest &request)
 {
     Handler handler;
     {
-        QMutexLocker lock(&s_mutex);
+        std::lock_guard<std::mutex> lock(s_mutex);
         handler = s_handler;
     }
     if (handler)

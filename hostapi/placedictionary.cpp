@@ -6,8 +6,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <QMutex>
 #include <QStringList>
+
+#include <mutex>
 
 // Outside any namespace, as Q_INIT_RESOURCE requires.
 static void initDivisionResources()
@@ -16,7 +17,7 @@ static void initDivisionResources()
 }
 
 namespace {
-QMutex s_buildMutex;
+std::mutex s_buildMutex;
 
 // One CSV field list per data line; the header line is skipped. Fields may be
 // quoted, with "" standing for a quote inside.
@@ -169,7 +170,7 @@ int PlaceDictionary::build(const QString &path, const QByteArray &provinces, con
 
 QString PlaceDictionary::ensureDatabase()
 {
-    QMutexLocker lock(&s_buildMutex);
+    std::lock_guard<std::mutex> lock(s_buildMutex);
     const QString path = HostDatabasePath(databaseName());
     if (hasPlaceSet(path))
         return path;

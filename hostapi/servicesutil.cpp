@@ -11,6 +11,7 @@
 #include <QThread>
 
 #include <mutex>
+#include <vector>
 
 namespace {
 // std::mutex so that the thread sanitizer sees the lock (see CloudWorkerRequest).
@@ -19,11 +20,27 @@ std::shared_ptr<CloudChannel> s_channel;
 std::shared_ptr<CloudWaiter> s_waiter;
 // The service's "no or expired session" code.
 constexpr int kNotLoggedIn = 2;
+
+// What a finished call tells, read on the calling thread: the channel's
+// verdict when the call ends (a note must not keep the channel alive past the
+// application) and whether the server forgot the session.
+struct Note {
+    QString reason;
+    bool answered = false;
+    bool rejected = false;
+    QString token;
+};
+// Replies on their way to the instance's thread. They travel under this lock
+// rather than inside Qt's posted event, whose lock the thread sanitizer
+// cannot see; the event itself carries nothing.
+std::mutex s_notesMutex;
+std::vector<Note> s_notes;
 }
 
 ServicesUtil::ServicesUtil(QObject *parent)
     : QObject(parent)
 {
+    connect(this, &ServicesUtil::notesPending, this, &ServicesUtil::drainNotes, Qt::QueuedConnection);
 }
 
 ServicesUtil *ServicesUtil::instance()
@@ -94,21 +111,40 @@ void ServicesUtil::waitFor(CloudCall &call)
 void ServicesUtil::noteLater(const std::shared_ptr<CloudChannel> &channel, const QJsonObject &request,
                              const QByteArray &reply)
 {
-    const bool rejected = !reply.isEmpty()
-                          && JsonNesting::parse(reply).object().value(QStringLiteral("code")).toInt() == kNotLoggedIn;
-    const QString token = rejected ? request.value(QStringLiteral("orgin_token")).toString() : QString();
-    const bool answered = !reply.isEmpty();
-    ServicesUtil *self = instance();
-    QMetaObject::invokeMethod(
-        self, [self, channel, answered, rejected, token] { self->noteReply(*channel, answered, rejected, token); },
-        Qt::QueuedConnection);
+    Note note;
+    note.answered = !reply.isEmpty();
+    note.rejected = note.answered
+                    && JsonNesting::parse(reply).object().value(QStringLiteral("code")).toInt() == kNotLoggedIn;
+    if (note.rejected)
+        note.token = request.value(QStringLiteral("orgin_token")).toString();
+    if (!note.answered)
+        note.reason = channel->unreachableReason();
+    bool first = false;
+    {
+        std::lock_guard<std::mutex> lock(s_notesMutex);
+        first = s_notes.empty();
+        s_notes.push_back(std::move(note));
+    }
+    // A non-empty queue has its drain on the way already.
+    if (first)
+        emit instance()->notesPending(QPrivateSignal());
+}
+
+void ServicesUtil::drainNotes()
+{
+    std::vector<Note> notes;
+    {
+        std::lock_guard<std::mutex> lock(s_notesMutex);
+        notes.swap(s_notes);
+    }
+    for (const Note &note : notes)
+        noteReply(note.reason, note.answered, note.rejected, note.token);
 }
 
 // Runs on the instance's thread: reachability and rejected sessions are
 // announced there, whichever thread made the call.
-void ServicesUtil::noteReply(const CloudChannel &channel, bool answered, bool rejected, const QString &token)
+void ServicesUtil::noteReply(const QString &reason, bool answered, bool rejected, const QString &token)
 {
-    const QString reason = answered ? QString() : channel.unreachableReason();
     // A cancelled call tells nothing about the server.
     if (answered || !reason.isEmpty())
         noteUnreachable(reason);

@@ -47,6 +47,8 @@ signals:
     void reachabilityChanged(const QString &reason);
     // A reply said the session behind `token` is not (or no longer) logged in.
     void sessionRejected(const QString &token);
+    // Replies wait in the queue drained by drainNotes.
+    void notesPending(QPrivateSignal);
 
 private:
     explicit ServicesUtil(QObject *parent = nullptr);
@@ -55,7 +57,8 @@ private:
     static void noteLater(const std::shared_ptr<CloudChannel> &channel, const QJsonObject &request,
                           const QByteArray &reply);
     void noteUnreachable(const QString &reason);
-    void noteReply(const CloudChannel &channel, bool answered, bool rejected, const QString &token);
+    void noteReply(const QString &reason, bool answered, bool rejected, const QString &token);
+    void drainNotes();
 
     QString m_unreachable;
 };

@@ -171,21 +171,22 @@ bool CloudHttpServer::start(const QString &listen, QString *error)
     unsigned errorCode = 0;
     mg_error_data errorData{&errorCode, errorText, sizeof errorText};
     mg_init_data init{&callbacks, this, options};
-    m_context = mg_start2(&init, &errorData);
-    if (!m_context) {
+    mg_context *context = mg_start2(&init, &errorData);
+    if (!context) {
         if (error)
             *error = QStringLiteral("cannot listen on %1: %2").arg(listen, QString::fromLocal8Bit(errorText));
         return false;
     }
     mg_server_port bound[4] = {};
-    const int count = mg_get_server_ports(m_context, 4, bound);
+    const int count = mg_get_server_ports(context, 4, bound);
     m_port = count > 0 ? bound[0].port : 0;
     const QString host = listen.left(listen.lastIndexOf(QLatin1Char(':')));
     m_baseUrl = QStringLiteral("http://%1:%2").arg(host).arg(m_port);
     m_requests.store(0);
-    mg_set_request_handler(m_context, "/cloud", &CloudHttpServer::onCloud, this);
-    mg_set_request_handler(m_context, "/health", &CloudHttpServer::onHealth, this);
-    mg_set_request_handler(m_context, "/", &CloudHttpServer::onOther, this);
+    mg_set_request_handler(context, "/cloud", &CloudHttpServer::onCloud, this);
+    mg_set_request_handler(context, "/health", &CloudHttpServer::onHealth, this);
+    mg_set_request_handler(context, "/", &CloudHttpServer::onOther, this);
+    m_context.store(context);
     return true;
 }
 
@@ -200,8 +201,7 @@ void CloudHttpServer::stop()
         m_stopping = true;
         m_drained.wait_for(lock, std::chrono::milliseconds(m_limits.requestTimeoutMs), [this] { return m_inFlight == 0; });
     }
-    mg_stop(m_context);
-    m_context = nullptr;
+    mg_stop(m_context.exchange(nullptr));
     std::lock_guard<std::mutex> lock(m_drainMutex);
     m_stopping = false;
 }

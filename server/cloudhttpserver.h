@@ -78,7 +78,8 @@ public:
     // request time-out), then closes every connection.
     void stop();
 
-    bool isRunning() const { return m_context != nullptr; }
+    // Any thread may ask, also while another one stops the server.
+    bool isRunning() const { return m_context.load() != nullptr; }
     // True while stop() waits for the requests in progress.
     bool isStopping();
     int port() const { return m_port; }
@@ -100,7 +101,7 @@ private:
 
     ClientHandler m_handler;
     Limits m_limits;
-    mg_context *m_context = nullptr;
+    std::atomic<mg_context *> m_context{nullptr};
     int m_port = 0;
     QString m_baseUrl;
     std::atomic<qint64> m_requests{0};

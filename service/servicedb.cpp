@@ -31,7 +31,7 @@ ServiceDb::ServiceDb(const QString &location)
 
 ServiceDb::~ServiceDb()
 {
-    QMutexLocker lock(&m_connectionsMutex);
+    std::lock_guard<std::mutex> lock(m_connectionsMutex);
     // removeDatabase closes each connection; asking for the handle of another
     // thread's connection is not allowed, so none is taken here.
     for (const Entry &entry : qAsConst(m_connections))
@@ -100,7 +100,7 @@ QSqlDatabase ServiceDb::connection()
     QThread *thread = QThread::currentThread();
     QString name;
     {
-        QMutexLocker lock(&m_connectionsMutex);
+        std::lock_guard<std::mutex> lock(m_connectionsMutex);
         auto it = m_connections.find(thread);
         if (it != m_connections.end() && it->thread == thread) {
             // A lost connection is replaced once its transaction has ended.
@@ -127,7 +127,7 @@ bool ServiceDb::lostConnection(const QSqlError &error) const
 
 bool ServiceDb::markBroken()
 {
-    QMutexLocker lock(&m_connectionsMutex);
+    std::lock_guard<std::mutex> lock(m_connectionsMutex);
     const auto it = m_connections.find(QThread::currentThread());
     if (it == m_connections.end())
         return true;
@@ -137,7 +137,7 @@ bool ServiceDb::markBroken()
 
 void ServiceDb::setInTransaction(bool inTransaction)
 {
-    QMutexLocker lock(&m_connectionsMutex);
+    std::lock_guard<std::mutex> lock(m_connectionsMutex);
     const auto it = m_connections.find(QThread::currentThread());
     if (it != m_connections.end())
         it->inTransaction = inTransaction;
@@ -175,7 +175,7 @@ QSqlDatabase ServiceDb::openConnection(const QString &name)
 
 void ServiceDb::releaseThreadConnection()
 {
-    QMutexLocker lock(&m_connectionsMutex);
+    std::lock_guard<std::mutex> lock(m_connectionsMutex);
     const auto it = m_connections.find(QThread::currentThread());
     if (it == m_connections.end())
         return;

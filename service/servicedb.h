@@ -11,6 +11,7 @@
 #include "servicedialect.h"
 
 #include <functional>
+#include <mutex>
 
 class QSqlDriver;
 class QSqlError;
@@ -81,7 +82,8 @@ private:
     ServiceDialect m_dialect;
     QString m_prefix;
     QString m_instanceTag;
-    QMutex m_connectionsMutex;
+    // std::mutex (pthreads), which the thread sanitizer follows.
+    std::mutex m_connectionsMutex;
     struct Entry {
         QPointer<QThread> thread;
         QString name;

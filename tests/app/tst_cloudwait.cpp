@@ -86,19 +86,29 @@ private slots:
         window.setChannelText(QStringLiteral("云服务器 ") + url);
         QString shown, status;
         int cursor = -1;
-        QTimer::singleShot(HostCloudWaiter::QuietMs + 300, &window, [&] {
+        qint64 shownAfter = -1;
+        QElapsedTimer clock;
+        // Watches for the panel rather than guessing when it shows: a slow
+        // (sanitized) build may take longer to get there.
+        QTimer watch;
+        watch.setInterval(20);
+        connect(&watch, &QTimer::timeout, &window, [&] {
             auto *panel = window.findChild<QProgressDialog *>("cloudWaitPanel");
-            QVERIFY(panel && panel->isVisible());
+            if (!panel || !panel->isVisible())
+                return;
+            watch.stop();
+            shownAfter = clock.elapsed();
             shown = panel->labelText();
             status = window.statusBar()->currentMessage();
             cursor = QApplication::overrideCursor() ? QApplication::overrideCursor()->shape() : -1;
             panel->findChild<QPushButton *>()->click();
         });
-        QElapsedTimer clock;
+        watch.start();
         clock.start();
         QJsonObject request = serverListRequest();
         QVERIFY(ServicesUtil::AsyncReplyLoop(request).isEmpty());
         QVERIFY(clock.elapsed() < HttpCloudChannel::DefaultTimeoutMs);
+        QVERIFY2(shownAfter >= HostCloudWaiter::QuietMs, qPrintable(QString::number(shownAfter)));
         const QString text = QStringLiteral("正在等待云服务器 %1的回复…").arg(url);
         QCOMPARE(shown, text);
         QCOMPARE(status, text);

@@ -2,13 +2,13 @@
 #include <server/cloudhttpserver.h>
 
 #include <QJsonObject>
-#include <QMutex>
 #include <QSemaphore>
 #include <QStringList>
 #include <QThread>
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <stdexcept>
 
 // Stands in for the cloud service behind the HTTP server: records what
@@ -30,7 +30,7 @@ public:
         }
         entered.release();
         {
-            QMutexLocker lock(&m_mutex);
+            std::lock_guard<std::mutex> lock(m_mutex);
             m_requests << request;
             m_sessions << session;
         }
@@ -58,19 +58,19 @@ public:
 
     QList<QJsonObject> requests() const
     {
-        QMutexLocker lock(&m_mutex);
+        std::lock_guard<std::mutex> lock(m_mutex);
         return m_requests;
     }
     QStringList sessions() const
     {
-        QMutexLocker lock(&m_mutex);
+        std::lock_guard<std::mutex> lock(m_mutex);
         return m_sessions;
     }
     int handled() const { return requests().size(); }
 
     void reset()
     {
-        QMutexLocker lock(&m_mutex);
+        std::lock_guard<std::mutex> lock(m_mutex);
         m_requests.clear();
         m_sessions.clear();
         delayMs = 0;
@@ -79,7 +79,7 @@ public:
     }
 
 private:
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     QList<QJsonObject> m_requests;
     QStringList m_sessions;
     std::atomic<int> m_inside{0};

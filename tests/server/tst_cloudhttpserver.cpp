@@ -236,6 +236,8 @@ private slots:
         QCOMPARE(refused.json(), (QJsonObject{{"code", 503}, {"msg", "服务正在停止，请稍后重试"}}));
         QTRY_VERIFY_WITH_TIMEOUT(stopper.isFinished(), 15000);
         QVERIFY(!stopping->isRunning());
+        // Also orders the stopper's last step before the server is deleted.
+        QVERIFY(!stopping->isStopping());
         QVERIFY(client.isFinished());
         QCOMPARE(client.result().status, 200);
         QCOMPARE(client.result().json(), smallReply);
