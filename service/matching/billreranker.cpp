@@ -40,6 +40,14 @@ QVector<double> BillReranker::valuesFor(SizeParser::Kind kind) const
     return out;
 }
 
+bool BillReranker::hasPipeSize() const
+{
+    for (const SizeParser::Size &s : m_sizes)
+        if (s.kind == SizeParser::Nominal || s.kind == SizeParser::Outer)
+            return true;
+    return false;
+}
+
 bool BillReranker::fitsPair(const QuotaBound &b) const
 {
     for (const SizeParser::Size &s : m_sizes)
@@ -88,6 +96,16 @@ QVector<double> BillReranker::features(double textScore, const std::vector<Quota
                     names.push_back(g);
         if (q.bound && !q.bound->family.isEmpty() && families)
             families->append(q.bound->family);
+        // A quota for one pipe size fits exactly or clashes.
+        if (q.bound && q.bound->pairNominal > 0 && hasPipeSize()) {
+            if (fitsPair(*q.bound)) {
+                ++fit;
+                close += 1.0;
+            } else {
+                ++clash;
+            }
+            continue;
+        }
         if (!q.bound || !q.bound->valid)
             continue;
         const QVector<double> values = valuesFor(q.bound->kind);

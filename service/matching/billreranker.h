@@ -44,6 +44,7 @@ private:
     int exactSize(const std::vector<Quota> &quotas) const;
     // Whether a nominal size or outer diameter of the bill is the pair's.
     bool fitsPair(const QuotaBound &bound) const;
+    bool hasPipeSize() const;
 
     static QVector<SizeParser::Size> comparable(QVector<SizeParser::Size> sizes);
 

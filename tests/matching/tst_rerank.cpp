@@ -126,6 +126,10 @@ private slots:
         QTest::newRow("drain dn50 is the 63 size") << "塑料排水管 DN50"
             << QStringList{"塑料排水管 De50", "塑料排水管 De110", "塑料排水管 De75"}
             << QStringList{drain.arg(50), drain.arg(110), drain.arg(75)} << QList<qint64>{3, 1, 2};
+        const QString pipe = QStringLiteral("室内给水塑料管(热熔连接) 公称直径/管外径 %1mm");
+        QTest::newRow("nominal/outer pair") << "PPR给水管 DN32 热熔"
+            << QStringList{"PPR给水管 DN20 热熔", "PPR给水管 DN25 热熔", "PPR给水管 De40"}
+            << QStringList{pipe.arg("20/25"), pipe.arg("25/32"), pipe.arg("32/40")} << QList<qint64>{3, 2, 1};
         QTest::newRow("no sizes: text order") << "墙面乳胶漆 两遍"
             << QStringList{"墙面乳胶漆 三遍", "墙面乳胶漆 两遍 白色"}
             << QStringList{"乳胶漆 三遍", "乳胶漆 两遍"} << QList<qint64>{2, 1};
