@@ -162,14 +162,13 @@ QVector<MatchEvaluation::Result> MatchEvaluation::crossValidate(const QVector<QV
     return out;
 }
 
-void MatchEvaluation::fill(BillIndex &index, const QVector<Item> &items, int skip)
+void MatchEvaluation::fill(BillIndex &index, const QVector<Item> &items)
 {
     for (int i = 0; i < items.size(); ++i) {
-        if (i == skip)
-            continue;
         BillRecord rec;
         rec.id = i;
         rec.source = 2;
+        rec.projectId = QString::number(i);
         rec.name = items[i].name;
         rec.features = featuresOf(items[i]);
         rec.code = items[i].code;
@@ -180,21 +179,27 @@ void MatchEvaluation::fill(BillIndex &index, const QVector<Item> &items, int ski
     index.build();
 }
 
-// Each bill is matched against an index of the rest of its book, so it
-// neither shows among its own candidates nor counts in term statistics. The
-// features of the text candidates do not depend on the weights, so every
-// weighting is judged on the same rows, ordered as the engine orders them.
+// The whole book is indexed once (so every bill counts in term statistics);
+// each bill is matched against the others only, as a project of its own left
+// out of the query's projects. The features of the text candidates do not
+// depend on the weights, so every weighting is judged on the same rows,
+// ordered as the engine orders them.
 QVector<MatchEvaluation::Ranked> MatchEvaluation::rankBook(const QVector<Item> &items)
 {
+    BillIndex index;
+    fill(index, items);
+    QStringList projects;
+    for (int i = 0; i < items.size(); ++i)
+        projects << QString::number(i);
     QVector<Ranked> out;
     for (int i = 0; i < items.size(); ++i) {
-        BillIndex index;
-        fill(index, items, i);
         BillQuery q;
         q.name = items[i].name;
         q.features = featuresOf(items[i]);
         q.code = items[i].code;
         q.unit = items[i].unit;
+        q.projectIds = projects;
+        q.projectIds.removeAt(i);
         Ranked r;
         for (const BillFeatures &f : index.candidateFeatures(q, kReranked)) {
             r.ids << f.id;
