@@ -534,18 +534,29 @@ void BillIndexData::computeFamilySteps()
     m_stepsAt = m_quotaInfo.size();
 }
 
-QVector<double> BillIndexData::featuresOf(const BillReranker &reranker, const Scored &c) const
+QVector<double> BillIndexData::featuresOf(const BillReranker &reranker, const Scored &c, QStringList *families) const
 {
     const uint32_t from = m_quotaStart[c.doc];
     const uint32_t to = c.doc + 1 < m_quotaStart.size() ? m_quotaStart[c.doc + 1] : uint32_t(m_quotaRefs.size());
     std::vector<BillReranker::Quota> quotas;
     for (uint32_t i = from; i < to; ++i) {
         const QuotaInfo &info = m_quotaInfo[m_quotaRefs[i]];
-        quotas.push_back({info.bound.valid ? &info.bound : nullptr, info.lower, &info.grams, &info.numbers});
+        quotas.push_back({&info.bound, info.lower, &info.grams, &info.numbers});
     }
     const Doc &d = m_docs[c.doc];
     const QString text = QString::fromUtf16(m_text.data() + d.textBegin, int(d.textLen));
-    return reranker.features(c.score, quotas, text);
+    return reranker.features(c.score, quotas, text, families);
+}
+
+QVector<QVector<double>> BillIndexData::featureRows(const Prepared &p, const std::vector<Scored> &cands, size_t n) const
+{
+    const BillReranker reranker(p.text);
+    QVector<QVector<double>> rows;
+    QVector<QStringList> families(int(std::min(n, cands.size())));
+    for (int i = 0; i < families.size(); ++i)
+        rows.push_back(featuresOf(reranker, cands[size_t(i)], &families[i]));
+    BillReranker::gate(rows, families);
+    return rows;
 }
 
 void BillIndexData::rerank(const Prepared &p, std::vector<Scored> &cands) const
@@ -553,14 +564,9 @@ void BillIndexData::rerank(const Prepared &p, std::vector<Scored> &cands) const
     const size_t n = std::min(cands.size(), kReranked);
     if (n < 2)
         return;
-    const BillReranker reranker(p.text);
-    std::vector<std::pair<double, size_t>> order;
-    for (size_t i = 0; i < n; ++i)
-        order.push_back({m_weights.score(featuresOf(reranker, cands[i])), i});
-    std::stable_sort(order.begin(), order.end(), [](const auto &a, const auto &b) { return a.first > b.first; });
     std::vector<Scored> head;
-    for (const auto &o : order)
-        head.push_back(cands[o.second]);
+    for (int k : m_weights.order(featureRows(p, cands, n)))
+        head.push_back(cands[size_t(k)]);
     std::copy(head.begin(), head.end(), cands.begin());
 }
 
@@ -568,9 +574,9 @@ QVector<BillFeatures> BillIndexData::candidateFeatures(const BillQuery &q, int c
 {
     const Prepared p = prepare(q);
     const std::vector<Scored> cands = ranked(p, q);
-    const BillReranker reranker(p.text);
+    const QVector<QVector<double>> rows = featureRows(p, cands, size_t(std::max(0, count)));
     QVector<BillFeatures> out;
-    for (size_t i = 0; i < cands.size() && int(i) < count; ++i)
-        out.push_back({m_docs[cands[i].doc].id, featuresOf(reranker, cands[i])});
+    for (int i = 0; i < rows.size(); ++i)
+        out.push_back({m_docs[cands[size_t(i)].doc].id, rows[i]});
     return out;
 }

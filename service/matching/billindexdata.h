@@ -96,7 +96,9 @@ private:
     void rank(const Prepared &p, std::vector<Scored> &cands) const;
     void rerank(const Prepared &p, std::vector<Scored> &cands) const;
     std::vector<Scored> ranked(const Prepared &p, const BillQuery &q) const;
-    QVector<double> featuresOf(const BillReranker &reranker, const Scored &c) const;
+    QVector<double> featuresOf(const BillReranker &reranker, const Scored &c, QStringList *families) const;
+    // Features of the first `n` candidates, the quota sizes gated by family.
+    QVector<QVector<double>> featureRows(const Prepared &p, const std::vector<Scored> &cands, size_t n) const;
     void indexQuotas(const QStringList &names);
     void computeFamilySteps();
 

@@ -5,8 +5,19 @@
 
 BillReranker::BillReranker(const QString &queryText)
     : m_sizes(SizeParser::parse(queryText))
+    , m_comparable(comparable(m_sizes))
     , m_grams(BillText::termsOf(queryText))
 {
+}
+
+// Sizes with a plastic pipe's outer diameter written as its nominal size, so
+// that "DN32" and "De40" compare equal.
+QVector<SizeParser::Size> BillReranker::comparable(QVector<SizeParser::Size> sizes)
+{
+    for (SizeParser::Size &s : sizes)
+        if (s.kind == SizeParser::Outer && SizeParser::nominalOf(s.value) > 0)
+            s = {SizeParser::Nominal, SizeParser::nominalOf(s.value)};
+    return sizes;
 }
 
 QVector<double> BillReranker::valuesFor(SizeParser::Kind kind) const
@@ -29,12 +40,35 @@ QVector<double> BillReranker::valuesFor(SizeParser::Kind kind) const
     return out;
 }
 
+bool BillReranker::hasPipeSize() const
+{
+    for (const SizeParser::Size &s : m_sizes)
+        if (s.kind == SizeParser::Nominal || s.kind == SizeParser::Outer)
+            return true;
+    return false;
+}
+
+bool BillReranker::fitsPair(const QuotaBound &b) const
+{
+    for (const SizeParser::Size &s : m_sizes)
+        if ((s.kind == SizeParser::Nominal && (s.value == b.pairNominal || SizeParser::outerOf(s.value) == b.pairOuter))
+            || (s.kind == SizeParser::Outer && s.value == b.pairOuter))
+            return true;
+    return false;
+}
+
 int BillReranker::exactSize(const std::vector<Quota> &quotas) const
 {
     if (m_sizes.isEmpty())
         return 0;
     bool numbers = false;
     for (const Quota &q : quotas) {
+        if (q.bound && q.bound->pairNominal > 0) {
+            numbers = true;
+            if (fitsPair(*q.bound))
+                return 1;
+            continue;
+        }
         if (!q.numbers)
             continue;
         numbers = numbers || !q.numbers->empty();
@@ -50,7 +84,7 @@ int BillReranker::exactSize(const std::vector<Quota> &quotas) const
 }
 
 QVector<double> BillReranker::features(double textScore, const std::vector<Quota> &quotas,
-                                       const QString &candidateText) const
+                                       const QString &candidateText, QStringList *families) const
 {
     int fit = 0, clash = 0;
     double close = 0.0;
@@ -60,7 +94,19 @@ QVector<double> BillReranker::features(double textScore, const std::vector<Quota
             for (uint64_t g : *q.grams)
                 if (!(g >> 63))
                     names.push_back(g);
-        if (!q.bound)
+        if (q.bound && !q.bound->family.isEmpty() && families)
+            families->append(q.bound->family);
+        // A quota for one pipe size fits exactly or clashes.
+        if (q.bound && q.bound->pairNominal > 0 && hasPipeSize()) {
+            if (fitsPair(*q.bound)) {
+                ++fit;
+                close += 1.0;
+            } else {
+                ++clash;
+            }
+            continue;
+        }
+        if (!q.bound || !q.bound->valid)
             continue;
         const QVector<double> values = valuesFor(q.bound->kind);
         if (values.isEmpty())
@@ -81,10 +127,10 @@ QVector<double> BillReranker::features(double textScore, const std::vector<Quota
     std::set_intersection(names.begin(), names.end(), m_grams.begin(), m_grams.end(), std::back_inserter(shared));
 
     int same = 0, other = 0;
-    const QVector<SizeParser::Size> theirs = SizeParser::parse(candidateText);
+    const QVector<SizeParser::Size> theirs = comparable(SizeParser::parse(candidateText));
     for (int k = 0; k < SizeParser::KindCount; ++k) {
         bool mine = false, both = false, equal = false;
-        for (const SizeParser::Size &s : m_sizes)
+        for (const SizeParser::Size &s : m_comparable)
             if (s.kind == k) {
                 mine = true;
                 equal = equal || theirs.contains(s);
@@ -95,6 +141,8 @@ QVector<double> BillReranker::features(double textScore, const std::vector<Quota
         other += both && !equal;
     }
     const int exact = exactSize(quotas);
+    const int agree = (fit > 0 && clash == 0) + (exact > 0) + (same > 0);
+    const int disagree = (clash > 0) + (exact < 0) + (other > 0);
     return {textScore,
             fit > 0 ? 1.0 : 0.0,
             clash > 0 ? 1.0 : 0.0,
@@ -104,5 +152,23 @@ QVector<double> BillReranker::features(double textScore, const std::vector<Quota
             same > 0 ? 1.0 : 0.0,
             other > 0 ? 1.0 : 0.0,
             exact > 0 ? 1.0 : 0.0,
-            exact < 0 ? 1.0 : 0.0};
+            exact < 0 ? 1.0 : 0.0,
+            double(agree - disagree) / 3.0};
+}
+
+void BillReranker::gate(QVector<QVector<double>> &rows, const QVector<QStringList> &families)
+{
+    for (int i = 0; i < rows.size(); ++i) {
+        bool shared = false;
+        for (int j = 0; j < rows.size() && !shared; ++j)
+            if (j != i)
+                for (const QString &f : families[i])
+                    shared = shared || families[j].contains(f);
+        if (shared)
+            continue;
+        // Everything but the text score and the quota-name overlap.
+        for (int k = 1; k < rows[i].size(); ++k)
+            if (k != 5)
+                rows[i][k] = 0.0;
+    }
 }

@@ -3,6 +3,7 @@
 #include "sizeparser.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <cstdint>
@@ -19,7 +20,7 @@ class BillReranker
 public:
     struct Quota
     {
-        const QuotaBound *bound = nullptr; // null when the name states no range
+        const QuotaBound *bound = nullptr; // invalid when the name states no range
         double lower = 0.0;                // the step below the bound in its family
         const std::vector<uint64_t> *grams = nullptr;
         const std::vector<double> *numbers = nullptr; // every number in the name
@@ -28,7 +29,12 @@ public:
     explicit BillReranker(const QString &queryText);
 
     // In the order of RerankWeights::featureNames().
-    QVector<double> features(double textScore, const std::vector<Quota> &quotas, const QString &candidateText) const;
+    // `families` receives the families of the candidate's size-bound quotas.
+    QVector<double> features(double textScore, const std::vector<Quota> &quotas, const QString &candidateText,
+                             QStringList *families = nullptr) const;
+    // Quota sizes only decide between candidates whose quotas are of one
+    // family: a size fit against another kind of work is no evidence.
+    static void gate(QVector<QVector<double>> &rows, const QVector<QStringList> &families);
 
 private:
     // The query's size for a bound of `kind`, or the values to try.
@@ -36,7 +42,13 @@ private:
     // 1 when a quota number is one of the bill's sizes, -1 when the quotas
     // name numbers but none of them, 0 otherwise.
     int exactSize(const std::vector<Quota> &quotas) const;
+    // Whether a nominal size or outer diameter of the bill is the pair's.
+    bool fitsPair(const QuotaBound &bound) const;
+    bool hasPipeSize() const;
+
+    static QVector<SizeParser::Size> comparable(QVector<SizeParser::Size> sizes);
 
     QVector<SizeParser::Size> m_sizes;
+    QVector<SizeParser::Size> m_comparable;
     std::vector<uint64_t> m_grams;
 };

@@ -13,6 +13,9 @@
 
 namespace {
 
+// As many text candidates as the engine re-orders.
+constexpr int kReranked = 20;
+
 using Vec = QHash<QString, double>;
 
 QString featuresOf(const MatchEvaluation::Item &it)
@@ -97,6 +100,12 @@ QVector<MatchEvaluation::Item> MatchEvaluation::loadBook(const QString &path, QS
 
 MatchEvaluation::Result MatchEvaluation::evaluate(const QVector<Item> &items, const RerankWeights &weights)
 {
+    return evaluate(items, rankBook(items), weights);
+}
+
+MatchEvaluation::Result MatchEvaluation::evaluate(const QVector<Item> &items, const QVector<Ranked> &ranked,
+                                                  const RerankWeights &weights)
+{
     Result r;
     r.bills = items.size();
     QHash<QStringList, int> sets;
@@ -105,32 +114,30 @@ MatchEvaluation::Result MatchEvaluation::evaluate(const QVector<Item> &items, co
     for (const Item &it : items)
         if (sets.value(it.quotas) > 1)
             ++r.ceiling;
-    runEngine(items, RerankWeights(), &r.top1, &r.top10);
-    runEngine(items, weights, &r.rerankTop1, &r.rerankTop10);
+    for (int i = 0; i < items.size(); ++i) {
+        count(items, i, ranked[i].ids, &r.top1, &r.top10);
+        QVector<qint64> reordered;
+        for (int k : weights.order(ranked[i].rows))
+            reordered << ranked[i].ids[k];
+        count(items, i, reordered + ranked[i].ids.mid(reordered.size()), &r.rerankTop1, &r.rerankTop10);
+    }
     runBaseline(items, r);
     return r;
 }
 
-RerankWeights MatchEvaluation::learn(const QVector<QVector<Item>> &books)
+RerankWeights MatchEvaluation::learn(const QVector<QVector<Item>> &books, const QVector<QVector<Ranked>> &ranked)
 {
     RerankTrainer trainer;
-    for (const auto &items : books) {
-        BillIndex index;
-        fill(index, items);
-        for (int i = 0; i < items.size(); ++i) {
-            BillQuery q;
-            q.name = items[i].name;
-            q.features = featuresOf(items[i]);
+    for (int b = 0; b < books.size(); ++b)
+        for (int i = 0; i < books[b].size(); ++i) {
             RerankTrainer::Group g;
-            for (const BillFeatures &f : index.candidateFeatures(q, 21)) {
-                if (f.id == i)
-                    continue;
-                g.rows << f.features;
-                g.right << (items[int(f.id)].quotas == items[i].quotas);
+            const Ranked &r = ranked[b][i];
+            for (int k = 0; k < r.rows.size(); ++k) {
+                g.rows << r.rows[k];
+                g.right << (books[b][int(r.ids[k])].quotas == books[b][i].quotas);
             }
             trainer.add(g);
         }
-    }
     RerankWeights w;
     w.setWeights(trainer.train(RerankWeights::featureNames().size()));
     return w;
@@ -139,14 +146,19 @@ RerankWeights MatchEvaluation::learn(const QVector<QVector<Item>> &books)
 QVector<MatchEvaluation::Result> MatchEvaluation::crossValidate(const QVector<QVector<Item>> &books,
                                                                 RerankWeights *all)
 {
+    QVector<QVector<Ranked>> ranked;
+    for (const auto &items : books)
+        ranked << rankBook(items);
     QVector<Result> out;
     for (int test = 0; test < books.size(); ++test) {
-        QVector<QVector<Item>> train = books;
-        train.remove(test);
-        out << evaluate(books[test], learn(train));
+        QVector<QVector<Item>> trainBooks = books;
+        QVector<QVector<Ranked>> trainRanked = ranked;
+        trainBooks.remove(test);
+        trainRanked.remove(test);
+        out << evaluate(books[test], ranked[test], learn(trainBooks, trainRanked));
     }
     if (all)
-        *all = learn(books);
+        *all = learn(books, ranked);
     return out;
 }
 
@@ -156,6 +168,7 @@ void MatchEvaluation::fill(BillIndex &index, const QVector<Item> &items)
         BillRecord rec;
         rec.id = i;
         rec.source = 2;
+        rec.projectId = QString::number(i);
         rec.name = items[i].name;
         rec.features = featuresOf(items[i]);
         rec.code = items[i].code;
@@ -166,34 +179,45 @@ void MatchEvaluation::fill(BillIndex &index, const QVector<Item> &items)
     index.build();
 }
 
-// The whole book is indexed once and the bill itself skipped in its own
-// ranking, so term statistics include it; the baseline is measured the same way.
-void MatchEvaluation::runEngine(const QVector<Item> &items, const RerankWeights &weights, int *top1, int *top10)
+// The whole book is indexed once (so every bill counts in term statistics);
+// each bill is matched against the others only, as a project of its own left
+// out of the query's projects. The features of the text candidates do not
+// depend on the weights, so every weighting is judged on the same rows,
+// ordered as the engine orders them.
+QVector<MatchEvaluation::Ranked> MatchEvaluation::rankBook(const QVector<Item> &items)
 {
     BillIndex index;
-    index.setRerankWeights(weights);
     fill(index, items);
+    QStringList projects;
+    for (int i = 0; i < items.size(); ++i)
+        projects << QString::number(i);
+    QVector<Ranked> out;
     for (int i = 0; i < items.size(); ++i) {
         BillQuery q;
         q.name = items[i].name;
         q.features = featuresOf(items[i]);
         q.code = items[i].code;
         q.unit = items[i].unit;
-        q.limit = 11;
-        int rank = 0;
-        const QVector<BillMatch> ms = index.query(q);
-        for (const BillMatch &m : ms) {
-            if (m.id == i)
-                continue;
-            if (items[int(m.id)].quotas == items[i].quotas) {
-                *top1 += rank == 0;
-                *top10 += rank < 10;
-                break;
-            }
-            if (++rank >= 10)
-                break;
+        q.projectIds = projects;
+        q.projectIds.removeAt(i);
+        Ranked r;
+        for (const BillFeatures &f : index.candidateFeatures(q, kReranked)) {
+            r.ids << f.id;
+            r.rows << f.features;
         }
+        out << r;
     }
+    return out;
+}
+
+void MatchEvaluation::count(const QVector<Item> &items, int bill, const QVector<qint64> &ids, int *top1, int *top10)
+{
+    for (int rank = 0; rank < ids.size() && rank < 10; ++rank)
+        if (items[int(ids[rank])].quotas == items[bill].quotas) {
+            *top1 += rank == 0;
+            *top10 += 1;
+            return;
+        }
 }
 
 void MatchEvaluation::runBaseline(const QVector<Item> &items, Result &r)

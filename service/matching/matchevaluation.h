@@ -45,10 +45,19 @@ public:
     // Weights learned on all books but one, tested on that one, for each
     // book; `all` receives the weights learned on every book.
     static QVector<Result> crossValidate(const QVector<QVector<Item>> &books, RerankWeights *all);
-    static RerankWeights learn(const QVector<QVector<Item>> &books);
 
 private:
+    // The best text candidates of one bill (ids are item numbers) with
+    // their re-ranking features, in text order.
+    struct Ranked
+    {
+        QVector<qint64> ids;
+        QVector<QVector<double>> rows;
+    };
+    static QVector<Ranked> rankBook(const QVector<Item> &items);
+    static Result evaluate(const QVector<Item> &items, const QVector<Ranked> &ranked, const RerankWeights &weights);
+    static RerankWeights learn(const QVector<QVector<Item>> &books, const QVector<QVector<Ranked>> &ranked);
     static void fill(class BillIndex &index, const QVector<Item> &items);
-    static void runEngine(const QVector<Item> &items, const RerankWeights &weights, int *top1, int *top10);
+    static void count(const QVector<Item> &items, int bill, const QVector<qint64> &ids, int *top1, int *top10);
     static void runBaseline(const QVector<Item> &items, Result &r);
 };

@@ -26,6 +26,19 @@ QString withoutNotes(const QString &t)
     return out;
 }
 
+// "(mm2以内) 铜芯2.5": the range note may stand before a word naming the
+// material. The end of the note, or -1.
+int rangeNoteEnd(const QString &before)
+{
+    const int at = std::max(before.lastIndexOf(QStringLiteral("以内)")), before.lastIndexOf(QStringLiteral("以下)")));
+    if (at < 0)
+        return -1;
+    for (int k = at + 3; k < before.size(); ++k)
+        if (before.at(k).isDigit())
+            return -1;
+    return at + 3;
+}
+
 // Kind named by the words around a bound: the keyword ending nearest to it.
 bool kindOf(const QString &around, SizeParser::Kind *kind)
 {
@@ -63,6 +76,18 @@ QuotaBound QuotaBound::parse(const QString &quotaName)
         int j = i;
         while (isDigitAt(t, j) || (j < t.size() && t.at(j) == QLatin1Char('.') && isDigitAt(t, j + 1)))
             ++j;
+        // The 2 of "mm2" and the numbers of a "nominal/outer" pair state no range.
+        if (j + 1 < t.size() && t.at(j) == QLatin1Char('/') && isDigitAt(t, j + 1) && b.pairNominal == 0.0) {
+            int e = j + 1;
+            while (isDigitAt(t, e) || (e < t.size() && t.at(e) == QLatin1Char('.') && isDigitAt(t, e + 1)))
+                ++e;
+            b.pairNominal = t.mid(i, j - i).toDouble();
+            b.pairOuter = t.mid(j + 1, e - j - 1).toDouble();
+            b.family = t.left(i) + QLatin1String("#/#") + t.mid(e);
+        }
+        if ((i > 0 && t.at(i - 1) == QLatin1Char('m') && j == i + 1) || (i > 0 && t.at(i - 1) == QLatin1Char('/'))
+            || (j < t.size() && t.at(j) == QLatin1Char('/')))
+            continue;
         const QString before = t.mid(std::max(0, i - 12), i - std::max(0, i - 12));
         const QString after = t.mid(j, 6);
         int unitEnd = 0;
@@ -70,19 +95,23 @@ QuotaBound QuotaBound::parse(const QString &quotaName)
             ++unitEnd;
         const QString rest = after.mid(unitEnd).trimmed();
         const bool leads = before.endsWith(QChar(0x2264)) || before.trimmed().endsWith(QChar(0x2264))
-            || before.endsWith(within + QLatin1String(") ")) || before.endsWith(within + QLatin1Char(')'))
             || before.endsWith(QLatin1String(") ")) || before.endsWith(QLatin1Char(')'));
+        const int note = leads ? -1 : rangeNoteEnd(before);
         const bool upper = rest.startsWith(within) || rest.startsWith(below);
         const bool lower = rest.startsWith(above);
-        if (!leads && !upper && !lower)
+        if (!leads && note < 0 && !upper && !lower)
             continue;
-        SizeParser::Kind kind;
-        if (!kindOf(before + after.left(unitEnd + 1), &kind))
+        SizeParser::Kind kind = SizeParser::Nominal;
+        if (!kindOf(note >= 0 && !upper && !lower ? before.left(note) : before + after.left(unitEnd + 1), &kind))
             continue;
         b.valid = true;
         b.kind = kind;
         b.value = t.mid(i, j - i).toDouble();
         if (after.startsWith(QLatin1Char('t')) && kind == SizeParser::Weight)
+            b.value *= 1000;
+        // Boxes are measured in millimetres, some quotas state metres ("(半周长) 1.5m").
+        if (unitEnd == 1 && after.startsWith(QLatin1Char('m'))
+            && (kind == SizeParser::HalfSum || kind == SizeParser::Perimeter))
             b.value *= 1000;
         b.atLeast = lower;
         b.family = t.left(i) + QLatin1Char('#') + t.mid(j);

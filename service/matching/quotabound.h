@@ -14,6 +14,9 @@ public:
     double value = 0.0;
     bool atLeast = false; // "以上": the value is a lower bound
     QString family;       // the name with the bound's number left out
+    // "公称直径/管外径 20/25": a quota for one size, nominal and outer; 0 when none.
+    double pairNominal = 0.0;
+    double pairOuter = 0.0;
 
     static QuotaBound parse(const QString &quotaName);
     // Whether `size` falls in (lower, value] (or above value for "以上").

@@ -1,6 +1,8 @@
 #include "reranktrainer.h"
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 void RerankTrainer::add(const Group &group)
 {
@@ -31,18 +33,21 @@ QVector<double> RerankTrainer::train(int features, int iterations, double l2) co
     if (m_groups == 0)
         return w;
     const double rate = 2.0;
+    std::vector<double> grad(static_cast<size_t>(features), 0.0);
     for (int it = 0; it < iterations; ++it) {
-        QVector<double> grad(features, 0.0);
+        std::fill(grad.begin(), grad.end(), 0.0);
+        const double *wk = w.constData();
         for (const Pair &p : m_pairs) {
+            const double *d = p.diff.constData();
             double margin = 0.0;
             for (int k = 0; k < features; ++k)
-                margin += w[k] * p.diff[k];
+                margin += wk[k] * d[k];
             const double g = -p.weight / (1.0 + std::exp(margin));
             for (int k = 0; k < features; ++k)
-                grad[k] += g * p.diff[k];
+                grad[size_t(k)] += g * d[k];
         }
         for (int k = 0; k < features; ++k)
-            w[k] -= rate * (grad[k] / m_groups + l2 * (w[k] - prior[k]));
+            w[k] -= rate * (grad[size_t(k)] / m_groups + l2 * (w[k] - prior[k]));
     }
     return w;
 }

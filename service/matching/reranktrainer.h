@@ -17,7 +17,7 @@ public:
     void add(const Group &group);
     // Gradient descent from the text-only weights (1, 0, 0, ...) with an L2
     // pull towards them, so features the data cannot judge stay neutral.
-    QVector<double> train(int features, int iterations = 400, double l2 = 0.01) const;
+    QVector<double> train(int features, int iterations = 2000, double l2 = 0.001) const;
 
 private:
     struct Pair

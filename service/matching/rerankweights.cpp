@@ -5,6 +5,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+#include <numeric>
 #include <cmath>
 
 // Outside any namespace, as Q_INIT_RESOURCE requires.
@@ -18,7 +20,8 @@ const QStringList &RerankWeights::featureNames()
     static const QStringList names = {QStringLiteral("text"),  QStringLiteral("fit"),   QStringLiteral("clash"),
                                       QStringLiteral("clean"), QStringLiteral("close"), QStringLiteral("quotaName"),
                                       QStringLiteral("sameSize"), QStringLiteral("otherSize"),
-                                      QStringLiteral("quotaSize"), QStringLiteral("quotaOtherSize")};
+                                      QStringLiteral("quotaSize"), QStringLiteral("quotaOtherSize"),
+                                      QStringLiteral("sizeVote")};
     return names;
 }
 
@@ -83,4 +86,17 @@ double RerankWeights::score(const QVector<double> &features) const
     for (int i = 0; i < m_weights.size() && i < features.size(); ++i)
         s += m_weights[i] * features[i];
     return s;
+}
+
+QVector<int> RerankWeights::order(const QVector<QVector<double>> &rows) const
+{
+    QVector<int> out(rows.size());
+    std::iota(out.begin(), out.end(), 0);
+    if (m_weights.isEmpty())
+        return out;
+    QVector<double> scores;
+    for (const auto &row : rows)
+        scores << score(row);
+    std::stable_sort(out.begin(), out.end(), [&](int a, int b) { return scores[a] > scores[b]; });
+    return out;
 }

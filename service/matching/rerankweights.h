@@ -24,6 +24,9 @@ public:
     const QVector<double> &weights() const { return m_weights; }
     void setWeights(const QVector<double> &weights) { m_weights = weights; }
     double score(const QVector<double> &features) const;
+    // Positions of `rows` by falling score, ties in their given order; the
+    // given order when the weights are empty.
+    QVector<int> order(const QVector<QVector<double>> &rows) const;
 
 private:
     QVector<double> m_weights;

@@ -68,7 +68,7 @@ struct Context
     }
 
     // Size named by the latin word in front of a number (DN50, De110, SC32, BV2.5).
-    void prefixed(const QString &word, double v)
+    void prefixed(const QString &word, double v, bool product)
     {
         static const QHash<QString, double> conduits = {{QStringLiteral("sc"), 1}, {QStringLiteral("pc"), 1},
             {QStringLiteral("jdg"), 1}, {QStringLiteral("kbg"), 1}, {QStringLiteral("rc"), 1},
@@ -82,7 +82,7 @@ struct Context
             add(SizeParser::Outer, v);
         else if (conduits.contains(word))
             add(SizeParser::Nominal, v * conduits.value(word));
-        else if (wires && wireTypes.contains(word))
+        else if (wires && !product && wireTypes.contains(word)) // "RVS-2*1.5": the product names the section
             add(SizeParser::Section, v);
     }
 
@@ -212,7 +212,7 @@ QVector<SizeParser::Size> SizeParser::parse(const QString &text)
             --k;
         const QString word = wordBefore(t, k);
         if (!word.isEmpty())
-            c.prefixed(word, v);
+            c.prefixed(word, v, j < t.size() && isTimes(t.at(j)));
         if (j < t.size() && isTimes(t.at(j)))
             j = c.product(v, j);
         else

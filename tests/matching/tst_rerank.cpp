@@ -24,7 +24,7 @@ QString shown(const QVector<SizeParser::Size> &sizes)
 RerankWeights fitWeights()
 {
     RerankWeights w;
-    w.setWeights({1.0, 0.2, -1.0, 0.3, 0.1, 0.2, 0.0, 0.0, 0.0, 0.0});
+    w.setWeights({1.0, 0.2, -1.0, 0.3, 0.1, 0.2, 0.0, 0.0, 0.0, 0.0, 0.0});
     return w;
 }
 
@@ -47,6 +47,7 @@ private slots:
         QTest::newRow("wire code with section") << "配线 BYJ-4mm2" << "S4";
         QTest::newRow("air vent is no cable") << "自动排气阀 BV-20 DN20" << "N20";
         QTest::newRow("cable cores") << "电力电缆 YJV-4*35+1*16" << "c4 S35 c1 S16";
+        QTest::newRow("wire code before cores") << "配线 NH-RVS-2*1.5" << "c2 S1.5";
         QTest::newRow("conduit code") << "配管 SC32 暗配" << "N32";
         QTest::newRow("code in tens") << "消声器 SMF50" << "N500";
         QTest::newRow("duct") << "风管 500×320 δ=0.75" << "P1640 H820 A0.16 T0.75";
@@ -85,6 +86,13 @@ private slots:
                                       << "螺纹阀,公称直径(mm以内) #";
         QTest::newRow("gang") << "跷板暗开关 单控≤3联" << "G3" << "跷板暗开关 单控≤#联";
         QTest::newRow("cores") << "一般电缆 电缆14芯以下" << "c14" << "一般电缆 电缆#芯以下";
+        QTest::newRow("box in metres") << "成套配电箱安装 悬挂、嵌入式(半周长) 1.5m" << "H1500"
+                                       << "成套配电箱安装 悬挂、嵌入式(半周长) #m";
+        QTest::newRow("range before a material word") << "照明线路 导线截面(mm2以内) 铜芯2.5" << "S2.5"
+                                                      << "照明线路 导线截面(mm2以内) 铜芯#";
+        QTest::newRow("nominal/outer pair is no range")
+            << "室内给水塑料管(热熔、电熔连接),公称直径/管外径(mm) 50/63(包含“PP-R给水管“)" << ""
+            << "室内给水塑料管(热熔、电熔连接),公称直径/管外径(mm) #/#";
         QTest::newRow("voltage is no size") << "母线系统调试 1kV以下" << "" << "";
         QTest::newRow("no bound") << "墙面乳胶漆 两遍" << "" << "";
     }
@@ -118,6 +126,10 @@ private slots:
         QTest::newRow("drain dn50 is the 63 size") << "塑料排水管 DN50"
             << QStringList{"塑料排水管 De50", "塑料排水管 De110", "塑料排水管 De75"}
             << QStringList{drain.arg(50), drain.arg(110), drain.arg(75)} << QList<qint64>{3, 1, 2};
+        const QString pipe = QStringLiteral("室内给水塑料管(热熔连接) 公称直径/管外径 %1mm");
+        QTest::newRow("nominal/outer pair") << "PPR给水管 DN32 热熔"
+            << QStringList{"PPR给水管 DN20 热熔", "PPR给水管 DN25 热熔", "PPR给水管 De40"}
+            << QStringList{pipe.arg("20/25"), pipe.arg("25/32"), pipe.arg("32/40")} << QList<qint64>{3, 2, 1};
         QTest::newRow("no sizes: text order") << "墙面乳胶漆 两遍"
             << QStringList{"墙面乳胶漆 三遍", "墙面乳胶漆 两遍 白色"}
             << QStringList{"乳胶漆 三遍", "乳胶漆 两遍"} << QList<qint64>{2, 1};
@@ -164,7 +176,7 @@ private slots:
             << QByteArray("{\"features\": [\"text\", \"fit\"], \"weights\": [1, 0]}") << "is not a matching weights file";
         QTest::newRow("not a number")
             << QByteArray("{\"features\": [\"text\",\"fit\",\"clash\",\"clean\",\"close\",\"quotaName\",\"sameSize\","
-                          "\"otherSize\",\"quotaSize\",\"quotaOtherSize\"], \"weights\": [1, 0, \"x\", 0, 0, 0, 0, 0, 0, 0]}")
+                          "\"otherSize\",\"quotaSize\",\"quotaOtherSize\",\"sizeVote\"], \"weights\": [1, 0, \"x\", 0, 0, 0, 0, 0, 0, 0, 0]}")
             << "has a weight that is not a number";
         QTest::newRow("written and read back") << RerankWeights(fitWeights()).toJson(QStringLiteral("test")) << "";
     }
