@@ -143,15 +143,14 @@ AccountStore::Session AccountStore::session(const QString &token)
     Session s;
     if (token.isEmpty())
         return s;
-    QSqlQuery q = m_db.exec(QStringLiteral("SELECT u.id, u.username, u.display_name FROM sessions s"
-                                           " JOIN users u ON u.id = s.user_id WHERE s.token = ? AND s.created > ?"),
-                            {PasswordHash::tokenDigest(token), sessionCutoff()});
-    if (q.next()) {
-        s.userId = q.value(0).toInt();
-        s.username = q.value(1).toString();
-        s.displayName = q.value(2).toString();
-        s.token = token;
-    }
+    m_db.eachRow(QStringLiteral("SELECT u.id, u.username, u.display_name FROM sessions s"
+                                " JOIN users u ON u.id = s.user_id WHERE s.token = ? AND s.created > ?"),
+                 {PasswordHash::tokenDigest(token), sessionCutoff()}, [&](const QSqlQuery &q) {
+                     s.userId = q.value(0).toInt();
+                     s.username = q.value(1).toString();
+                     s.displayName = q.value(2).toString();
+                     s.token = token;
+                 });
     return s;
 }
 
@@ -183,16 +182,18 @@ AccountStore::EnterpriseSession AccountStore::enterpriseSession(const QString &t
     if (token.isEmpty() || parentSession.isEmpty())
         return s;
     const QString digest = PasswordHash::tokenDigest(token);
-    QSqlQuery q = m_db.exec(
-        QStringLiteral("SELECT e.user_id, e.enterprise_id, e.last_used FROM enterprise_sessions e"
-                       " JOIN sessions s ON s.token = e.parent_session"
-                       " WHERE e.token = ? AND e.parent_session = ? AND s.created > ? AND e.last_used > ?"),
-        {digest, PasswordHash::tokenDigest(parentSession), sessionCutoff(), idleCutoff()});
-    if (!q.next())
-        return s;
-    s.userId = q.value(0).toInt();
-    s.enterpriseId = q.value(1).toInt();
-    touchEnterpriseSession(digest, q.value(2).toString());
+    QString lastUsed;
+    m_db.eachRow(QStringLiteral("SELECT e.user_id, e.enterprise_id, e.last_used FROM enterprise_sessions e"
+                                " JOIN sessions s ON s.token = e.parent_session"
+                                " WHERE e.token = ? AND e.parent_session = ? AND s.created > ? AND e.last_used > ?"),
+                 {digest, PasswordHash::tokenDigest(parentSession), sessionCutoff(), idleCutoff()},
+                 [&](const QSqlQuery &q) {
+                     s.userId = q.value(0).toInt();
+                     s.enterpriseId = q.value(1).toInt();
+                     lastUsed = q.value(2).toString();
+                 });
+    if (s.userId != 0)
+        touchEnterpriseSession(digest, lastUsed);
     return s;
 }
 
@@ -240,11 +241,11 @@ AccountStore::Role AccountStore::role(int enterpriseId, int userId)
 QList<AccountStore::Membership> AccountStore::memberships(int userId)
 {
     QList<Membership> list;
-    QSqlQuery q = m_db.exec(QStringLiteral("SELECT e.id, e.name, m.role FROM members m JOIN enterprises e"
-                                           " ON e.id = m.enterprise_id WHERE m.user_id = ? ORDER BY e.id"),
-                            {userId});
-    while (q.next())
-        list.append(Membership{q.value(0).toInt(), q.value(1).toString(), roleFromName(q.value(2).toString())});
+    m_db.eachRow(QStringLiteral("SELECT e.id, e.name, m.role FROM members m JOIN enterprises e"
+                                " ON e.id = m.enterprise_id WHERE m.user_id = ? ORDER BY e.id"),
+                 {userId}, [&](const QSqlQuery &q) {
+                     list.append(Membership{q.value(0).toInt(), q.value(1).toString(), roleFromName(q.value(2).toString())});
+                 });
     return list;
 }
 

@@ -72,6 +72,12 @@ const QStringList &migrations()
     return steps;
 }
 
+// Every text column is NOT NULL; a null QString means "no text".
+QVariant bindable(const QVariant &value)
+{
+    return value.type() == QVariant::String && value.toString().isNull() ? QVariant(QStringLiteral("")) : value;
+}
+
 ServiceError dbError(const QString &what, const QSqlError &error)
 {
     qWarning("velora service db: %s: %s", qUtf8Printable(what), qUtf8Printable(error.text()));
@@ -91,8 +97,10 @@ ServiceDb::~ServiceDb()
     QMutexLocker lock(&m_connectionsMutex);
     // removeDatabase closes each connection; asking for the handle of another
     // thread's connection is not allowed, so none is taken here.
-    for (const Entry &entry : qAsConst(m_connections))
+    for (const Entry &entry : qAsConst(m_connections)) {
+        entry.statements->clear();
         QSqlDatabase::removeDatabase(entry.name);
+    }
     m_connections.clear();
 }
 
@@ -166,7 +174,7 @@ QSqlDatabase ServiceDb::connection()
         dropDeadThreadConnections();
         name = m_prefix + QString::number(reinterpret_cast<quintptr>(thread), 16) + QLatin1Char('_')
             + QString::number(++s_instanceCounter);
-        m_connections.insert(thread, Entry{QPointer<QThread>(thread), name});
+        m_connections.insert(thread, Entry{QPointer<QThread>(thread), name, std::make_shared<StatementCache>()});
     }
     return openConnection(name);
 }
@@ -177,6 +185,7 @@ void ServiceDb::dropDeadThreadConnections()
     // gone, so nothing can use the connection any more.
     for (auto it = m_connections.begin(); it != m_connections.end();) {
         if (it->thread.isNull()) {
+            it->statements->clear();
             QSqlDatabase::removeDatabase(it->name);
             it = m_connections.erase(it);
         } else {
@@ -206,11 +215,8 @@ QSqlQuery ServiceDb::exec(const QString &sql, const QVariantList &values)
     query.setForwardOnly(true);
     if (!query.prepare(sql))
         throw dbError(sql, query.lastError());
-    // Every text column is NOT NULL; a null QString means "no text".
     for (const QVariant &value : values)
-        query.addBindValue(value.type() == QVariant::String && value.toString().isNull()
-                               ? QVariant(QStringLiteral(""))
-                               : value);
+        query.addBindValue(bindable(value));
     if (!query.exec())
         throw dbError(sql, query.lastError());
     return query;
@@ -218,8 +224,63 @@ QSqlQuery ServiceDb::exec(const QString &sql, const QVariantList &values)
 
 QVariant ServiceDb::scalar(const QString &sql, const QVariantList &values, const QVariant &fallback)
 {
-    QSqlQuery query = exec(sql, values);
-    return query.next() ? query.value(0) : fallback;
+    QVariant result = fallback;
+    runStatement(sql, values, [&](QSqlQuery &query) {
+        if (query.next())
+            result = query.value(0);
+    });
+    return result;
+}
+
+void ServiceDb::eachRow(const QString &sql, const QVariantList &values, const std::function<void(const QSqlQuery &)> &row)
+{
+    runStatement(sql, values, [&](QSqlQuery &query) {
+        while (query.next())
+            row(query);
+    });
+}
+
+std::shared_ptr<ServiceDb::Statement> ServiceDb::statement(const QString &sql)
+{
+    const QSqlDatabase db = connection();
+    std::shared_ptr<StatementCache> cache;
+    {
+        QMutexLocker lock(&m_connectionsMutex);
+        cache = m_connections.value(QThread::currentThread()).statements;
+    }
+    std::shared_ptr<Statement> &cached = (*cache)[sql];
+    // A statement still being read further up this thread's stack (a
+    // recursive walk) is left alone: this use gets one of its own.
+    if (cached && !cached->busy)
+        return cached;
+    auto fresh = std::make_shared<Statement>(Statement{QSqlQuery(db), false});
+    fresh->query.setForwardOnly(true);
+    if (!fresh->query.prepare(sql))
+        throw dbError(sql, fresh->query.lastError());
+    if (!cached)
+        cached = fresh;
+    return fresh;
+}
+
+void ServiceDb::runStatement(const QString &sql, const QVariantList &values, const std::function<void(QSqlQuery &)> &use)
+{
+    const std::shared_ptr<Statement> statement = this->statement(sql);
+    QSqlQuery &query = statement->query;
+    for (int i = 0; i < values.size(); ++i)
+        query.bindValue(i, bindable(values.at(i)));
+    if (!query.exec())
+        throw dbError(sql, query.lastError());
+    statement->busy = true;
+    struct Release {
+        Statement &s;
+        ~Release()
+        {
+            // Resetting ends the statement's read of the file.
+            s.query.finish();
+            s.busy = false;
+        }
+    } release{*statement};
+    use(query);
 }
 
 void ServiceDb::write(const std::function<void()> &body)

@@ -9,6 +9,7 @@
 #include <QVariantList>
 
 #include <functional>
+#include <memory>
 
 // The service's SQLite file: one connection per calling thread (Qt SQL allows
 // a connection on its own thread only), WAL journal, schema version kept in
@@ -33,6 +34,10 @@ public:
     QSqlQuery exec(const QString &sql, const QVariantList &values = {});
     // Single value of the first row, or `fallback` when there is no row.
     QVariant scalar(const QString &sql, const QVariantList &values = {}, const QVariant &fallback = QVariant());
+    // Calls `row` for each result row. The statement is prepared once per
+    // connection and kept (the reads every request makes would otherwise
+    // spend most of their time in SQLite's parser); it is reset afterwards.
+    void eachRow(const QString &sql, const QVariantList &values, const std::function<void(const QSqlQuery &)> &row);
 
     // Runs `body` inside one write transaction (serialized with every other
     // writer of this object). Any exception rolls everything back and is
@@ -43,7 +48,15 @@ public:
     bool tryWrite(const std::function<void()> &body);
 
 private:
+    struct Statement {
+        QSqlQuery query;
+        bool busy = false;
+    };
+    using StatementCache = QHash<QString, std::shared_ptr<Statement>>;
+
     QSqlDatabase connection();
+    std::shared_ptr<Statement> statement(const QString &sql);
+    void runStatement(const QString &sql, const QVariantList &values, const std::function<void(QSqlQuery &)> &use);
     QSqlDatabase openConnection(const QString &name);
     void migrate();
     void dropDeadThreadConnections();
@@ -56,6 +69,8 @@ private:
     struct Entry {
         QPointer<QThread> thread;
         QString name;
+        // Prepared statements of this connection, used by its thread only.
+        std::shared_ptr<StatementCache> statements;
     };
     QHash<QThread *, Entry> m_connections;
     QMutex m_writeMutex;
