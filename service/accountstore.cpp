@@ -136,6 +136,12 @@ void AccountStore::closeSession(const QString &token)
     const QString digest = PasswordHash::tokenDigest(token);
     m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE parent_session = ?"), {digest});
     m_db.exec(QStringLiteral("DELETE FROM sessions WHERE token = ?"), {digest});
+    m_sessions.drop(digest);
+}
+
+void AccountStore::forgetSession(const QString &token)
+{
+    m_sessions.drop(PasswordHash::tokenDigest(token));
 }
 
 AccountStore::Session AccountStore::session(const QString &token)
@@ -143,14 +149,24 @@ AccountStore::Session AccountStore::session(const QString &token)
     Session s;
     if (token.isEmpty())
         return s;
-    m_db.eachRow(QStringLiteral("SELECT u.id, u.username, u.display_name FROM sessions s"
+    const QString digest = PasswordHash::tokenDigest(token);
+    const qint64 nowMs = QDateTime::currentMSecsSinceEpoch();
+    SessionCache::Entry cached;
+    if (m_sessions.find(digest, nowMs / 1000, nowMs, &cached))
+        return Session{cached.userId, cached.username, cached.displayName, token};
+    const quint64 generation = m_sessions.generation();
+    m_db.eachRow(QStringLiteral("SELECT u.id, u.username, u.display_name, s.created FROM sessions s"
                                 " JOIN users u ON u.id = s.user_id WHERE s.token = ? AND s.created > ?"),
-                 {PasswordHash::tokenDigest(token), sessionCutoff()}, [&](const QSqlQuery &q) {
+                 {digest, sessionCutoff()}, [&](const QSqlQuery &q) {
                      s.userId = q.value(0).toInt();
                      s.username = q.value(1).toString();
                      s.displayName = q.value(2).toString();
                      s.token = token;
+                     cached.createdSecs = QDateTime::fromString(q.value(3).toString(), Qt::ISODate).toSecsSinceEpoch();
                  });
+    if (s.userId != 0)
+        m_sessions.store(digest, SessionCache::Entry{s.userId, s.username, s.displayName, cached.createdSecs, nowMs},
+                         generation);
     return s;
 }
 
@@ -220,6 +236,22 @@ QString AccountStore::enterpriseTokenOf(const QString &parentSession, int userId
                     {PasswordHash::tokenDigest(parentSession), userId, enterpriseId, kind, idleCutoff()})
             .toString();
     return nonce.isEmpty() ? QString() : enterpriseToken(parentSession, nonce, kind);
+}
+
+QHash<QPair<QString, int>, QString> AccountStore::enterpriseTokensOf(const QString &parentSession, int userId)
+{
+    QHash<QPair<QString, int>, QString> tokens;
+    if (parentSession.isEmpty())
+        return tokens;
+    m_db.eachRow(QStringLiteral("SELECT kind, enterprise_id, nonce FROM enterprise_sessions WHERE parent_session = ?"
+                                " AND user_id = ? AND last_used > ? ORDER BY created DESC, rowid DESC"),
+                 {PasswordHash::tokenDigest(parentSession), userId, idleCutoff()}, [&](const QSqlQuery &q) {
+                     const QString kind = q.value(0).toString();
+                     const QPair<QString, int> key(kind, q.value(1).toInt());
+                     if (!tokens.contains(key))
+                         tokens.insert(key, enterpriseToken(parentSession, q.value(2).toString(), kind));
+                 });
+    return tokens;
 }
 
 void AccountStore::purgeExpired()
