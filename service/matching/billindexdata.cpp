@@ -212,6 +212,14 @@ void BillIndexData::install(Norms norms)
     m_normsAt = norms.at;
 }
 
+void BillIndexData::shrink()
+{
+    // A copy allocates every array at its size, one after another; the
+    // grown originals, interleaved with the build's temporaries, go at once.
+    BillIndexData compact(*this);
+    *this = std::move(compact);
+}
+
 std::vector<BillIndexData::Staged> BillIndexData::liveDocs() const
 {
     auto keys = [](const QHash<QString, int> &table) {

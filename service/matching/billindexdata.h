@@ -43,6 +43,8 @@ public:
     bool normsStale() const { return m_docs.size() * 10 > m_normsAt * 11; }
     Norms freshNorms() const;
     void install(Norms norms);
+    // Gives back the spare room that growing the arrays left.
+    void shrink();
     // Removed bills keep their place until the index is rebuilt from the
     // live ones: worth it once they outnumber those.
     bool wantsCompaction() const { return m_docs.size() - size_t(m_live) > std::max<size_t>(1000, size_t(m_live)); }
