@@ -66,7 +66,9 @@ QString BatchPricing::takeReplies(const QList<QJsonObject> &replies)
         const bool ok = !reply.isEmpty() && reply.value(QStringLiteral("code")).toInt(-1) == 0;
         if (!ok && refusal.isEmpty())
             refusal = reply.isEmpty() ? QStringLiteral("云端未响应") : reply.value(QStringLiteral("msg")).toString();
-        row.outcome = ok && !best.isEmpty() ? Applied : NoMatch;
+        // A cloud bill always has a numeric id; anything else is no match to
+        // write into the project.
+        row.outcome = ok && best.value(QStringLiteral("id")).isDouble() ? Applied : NoMatch;
         row.match = row.outcome == Applied ? best : QJsonObject();
         if (row.outcome == NoMatch)
             row.note = ok ? QStringLiteral("没有匹配的组价") : reply.value(QStringLiteral("msg")).toString();

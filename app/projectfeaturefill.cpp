@@ -27,7 +27,7 @@ ProjectFeatureFill::Summary ProjectFeatureFill::run(const QList<BaseDataItem *> 
             ++summary.skipped;
             continue;
         }
-        const QString text = bestText(bill);
+        const QString text = bestText(bill, summary);
         if (text.isEmpty()) {
             ++summary.unmatched;
             continue;
@@ -40,14 +40,18 @@ ProjectFeatureFill::Summary ProjectFeatureFill::run(const QList<BaseDataItem *> 
     return summary;
 }
 
-QString ProjectFeatureFill::bestText(BaseDataItem *bill) const
+QString ProjectFeatureFill::bestText(BaseDataItem *bill, Summary &summary) const
 {
     CloudParams params;
     params.setPage(1);
     params.setPageSize(1);
     QJsonObject reply;
-    if (!CloudBusiness::MatchQdtz(bill, params, m_server, reply, m_sourceMask, m_projectIds))
+    const bool answered = CloudBusiness::MatchQdtz(bill, params, m_server, reply, m_sourceMask, m_projectIds);
+    if (!answered || reply.value(QStringLiteral("code")).toInt() != 0) {
+        if (summary.refusal.isEmpty())
+            summary.refusal = answered ? reply.value(QStringLiteral("msg")).toString() : QStringLiteral("云端未响应");
         return QString();
+    }
     const QList<CloudZnytzBean> results = FeatureCloudReply::results(reply);
     if (results.isEmpty())
         return QString();
@@ -62,5 +66,7 @@ QString ProjectFeatureFill::summaryText(const Summary &summary)
                        .arg(summary.skipped);
     if (summary.cancelled)
         text += QStringLiteral("（已取消）");
+    if (!summary.refusal.isEmpty())
+        text += QLatin1Char('\n') + summary.refusal;
     return text;
 }

@@ -21,6 +21,8 @@ public:
         int unmatched = 0;
         int skipped = 0;
         bool cancelled = false;
+        // Why the first refused or unanswered match failed ("msg" or "云端未响应").
+        QString refusal;
     };
     // Called before each bill with the bills done so far; false cancels.
     using Progress = std::function<bool(int done, int total)>;
@@ -31,8 +33,9 @@ public:
     static QString summaryText(const Summary &summary);
 
 private:
-    // The best match's text, empty when the cloud has none.
-    QString bestText(BaseDataItem *bill) const;
+    // The best match's text, empty when the cloud has none; a refused or
+    // unanswered match notes its reason in `summary` when none is noted yet.
+    QString bestText(BaseDataItem *bill, Summary &summary) const;
 
     ProjectDocument *m_project;
     LtdInfo *m_server;

@@ -16,6 +16,14 @@ function(velora_add_test name)
     TIMEOUT 300)
 endfunction()
 
+# The test `name` once more as `name`-pg, on a PostgreSQL database of the
+# scratch cluster that VELORA_TEST_PG names (the test skips without one).
+function(velora_add_pg_variant name)
+  add_test(NAME ${name}-pg COMMAND ${name})
+  get_test_property(${name} ENVIRONMENT _env)
+  set_tests_properties(${name}-pg PROPERTIES ENVIRONMENT "${_env};VELORA_TEST_STORE=postgresql" TIMEOUT 300)
+endfunction()
+
 # Stops the configuration when one of the targets links Qt Gui or Widgets,
 # directly or through any library it links: the cloud service and its server
 # run where there is no display.

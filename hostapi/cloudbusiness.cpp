@@ -102,7 +102,8 @@ bool CloudBusiness::RequestSimilarBillPrices(BaseDataItem *item, LtdInfo *server
         return false;
     }
     for (const QJsonValue &bill : reply.value(QStringLiteral("data")).toArray())
-        bills << QString::fromUtf8(QJsonDocument(bill.toObject()).toJson(QJsonDocument::Compact));
+        if (bill.isObject()) // anything else would list as an empty bill with id 0
+            bills << QString::fromUtf8(QJsonDocument(bill.toObject()).toJson(QJsonDocument::Compact));
     return true;
 }
 

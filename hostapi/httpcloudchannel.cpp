@@ -32,7 +32,8 @@ QByteArray replyBody(QNetworkReply *reply)
     if (reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() != 200)
         return {};
     // Every caller parses the bytes; nesting no reply has would make the
-    // parser's recursion overflow the stack of the thread that waits.
+    // parser's recursion overflow the stack of the thread that waits, and a
+    // repeated key would make it leak.
     const QByteArray body = reply->readAll();
     return JsonNesting::within(body) ? body : QByteArray();
 }

@@ -11,7 +11,8 @@ class QNetworkReply;
 // The cloud service over HTTP (velora-cloud): each request is one POST of the
 // envelope to <base URL>/cloud, the session in the header "X-Velora-Session".
 // Transport errors, HTTP error statuses, time-outs and a reply nested deeper
-// than JsonNesting::MaxDepth finish the call with empty bytes (no reply).
+// than JsonNesting::MaxDepth or repeating a key within one object finish the
+// call with empty bytes (no reply).
 // start() may be called from any thread that runs an event loop while it
 // waits; each thread gets its own network manager, so connections are reused
 // per thread and the call finishes on that thread.

@@ -2,10 +2,12 @@
 #include <QByteArray>
 #include <QJsonDocument>
 
-// How deeply JSON text nests, found in one pass without parsing it. Qt's JSON
-// parser and writer recurse once per array or object level, so text from the
-// network is checked here first: a thread with a small stack (a server worker
-// has 100 KiB) would otherwise overflow on a kilobyte of brackets.
+// JSON text from the network checked in one pass before Qt parses it. Qt's
+// JSON parser and writer recurse once per array or object level, so a thread
+// with a small stack (a server worker has 100 KiB) would overflow on a
+// kilobyte of brackets. And Qt 5.15's parser leaks the earlier value of a key
+// that repeats in one object when that value is an array or object, so any
+// sender could make the receiver leak memory.
 class JsonNesting
 {
 public:
@@ -16,9 +18,14 @@ public:
     // of stack, half of a server worker's.
     static constexpr int MaxDepth = 128;
 
-    // True when no array or object in `text` lies deeper than `limit` levels.
-    // Brackets inside strings do not count; the text need not be valid JSON.
-    static bool within(const QByteArray &text, int limit = MaxDepth);
+    enum class Verdict { Fine, TooDeep, DuplicateKey };
+
+    // Brackets and braces inside strings do not count; the text need not be
+    // valid JSON. Keys compare as Qt decodes them ("a" equals "\u0061").
+    static Verdict scan(const QByteArray &text, int limit = MaxDepth);
+    // True when no array or object in `text` lies deeper than `limit` levels
+    // and no object repeats a key.
+    static bool within(const QByteArray &text, int limit = MaxDepth) { return scan(text, limit) == Verdict::Fine; }
     // `text` parsed when it is within MaxDepth, else a null document.
     static QJsonDocument parse(const QByteArray &text);
 };

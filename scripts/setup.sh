@@ -12,6 +12,7 @@ packages=(build-essential cmake ninja-build ccache pkg-config
   libxlsxwriter-dev libminizip-dev libcsv-dev)
 missing=()
 packages+=(libsodium-dev) # password hashing of the cloud service
+packages+=(libqt5sql5-psql postgresql-15) # the cloud service on PostgreSQL, and its tests
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
 done

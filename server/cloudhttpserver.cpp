@@ -300,8 +300,14 @@ QJsonObject CloudHttpServer::answer(const QByteArray &body, const QString &sessi
 {
     m_handlerSlots.acquire();
     const QSemaphoreReleaser release(m_handlerSlots);
-    if (!JsonNesting::within(body))
+    switch (JsonNesting::scan(body)) {
+    case JsonNesting::Verdict::TooDeep:
         return failure(BadRequestCode, QStringLiteral("请求内容嵌套超过%1层的上限").arg(JsonNesting::MaxDepth));
+    case JsonNesting::Verdict::DuplicateKey:
+        return failure(BadRequestCode, QStringLiteral("请求内容的同一对象中有重复的键"));
+    case JsonNesting::Verdict::Fine:
+        break;
+    }
     QJsonParseError parseError{};
     const QJsonDocument doc = QJsonDocument::fromJson(body, &parseError);
     if (parseError.error != QJsonParseError::NoError || !doc.isObject())

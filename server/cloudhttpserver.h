@@ -21,9 +21,12 @@ struct mg_context;
 //                 So is a body nested deeper than JsonNesting::MaxDepth, with
 //                 {"code": 1, "msg": "请求内容嵌套超过128层的上限"}, refused
 //                 before it is parsed: the parser recurses on a worker's
-//                 stack. Bodies over the limit get 413, a malformed chunked or
-//                 short body 400, other methods 405, all with a JSON body
-//                 {"code", "msg"}; clients treat them as no reply.
+//                 stack. An object that repeats a key gets {"code": 1, "msg":
+//                 "请求内容的同一对象中有重复的键"}, also before parsing (Qt's
+//                 parser leaks on it). Bodies over the limit get 413, a
+//                 malformed chunked or short body 400, other methods 405, all
+//                 with a JSON body {"code", "msg"}; clients treat them as no
+//                 reply.
 //                 "Expect: 100-continue" is answered before the body is read.
 //   GET /health   200 {"status": "ok"}.
 // The handler is called from several worker threads at once. Their stack is

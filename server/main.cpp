@@ -4,6 +4,7 @@
 
 #include <service/cloudservice.h>
 #include <service/passwordhash.h>
+#include <service/servicedialect.h>
 #include <service/serviceerror.h>
 
 #include <QCoreApplication>
@@ -64,12 +65,12 @@ int main(int argc, char *argv[])
         std::fprintf(stdout, "%s", ServerOptions::usage().toLocal8Bit().constData());
         return 0;
     }
-    const QString dataDir = QDir(options.dataDir).absolutePath();
-    if (!QDir().mkpath(dataDir)) {
+    const QString dataDir = options.dataDir.isEmpty() ? QString() : QDir(options.dataDir).absolutePath();
+    if (options.database.isEmpty() && !QDir().mkpath(dataDir)) {
         complain(QStringLiteral("cannot create the data folder %1").arg(dataDir));
         return 1;
     }
-    CloudService service(dataDir, seedKind(options.seed));
+    CloudService service(dataDir, seedKind(options.seed), options.database);
     if (!service.openError().isEmpty()) {
         complain(service.openError());
         return 1;
@@ -92,7 +93,9 @@ int main(int argc, char *argv[])
         return 1;
     }
     say(QStringLiteral("velora-cloud: serving %1/cloud with %2 threads, data in %3")
-            .arg(server.baseUrl()).arg(options.threads).arg(dataDir));
+            .arg(server.baseUrl())
+            .arg(options.threads)
+            .arg(options.database.isEmpty() ? dataDir : ServiceDialect(options.database).displayName()));
     const int signal = ShutdownSignals::wait();
     say(QStringLiteral("velora-cloud: signal %1, stopping").arg(signal));
     server.stop();

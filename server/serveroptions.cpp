@@ -44,6 +44,13 @@ bool ServerOptions::parse(const QStringList &args, QString *error)
         } else if (arg == QLatin1String("--data")) {
             if (!takeValue(args, i, &dataDir, error))
                 return false;
+        } else if (arg == QLatin1String("--database")) {
+            if (!takeValue(args, i, &database, error))
+                return false;
+            if (!database.startsWith(QLatin1String("postgresql://"))) {
+                *error = QStringLiteral("--database wants postgresql://USER@HOST:PORT/DBNAME, got \"%1\"").arg(database);
+                return false;
+            }
         } else if (arg == QLatin1String("--listen")) {
             if (!takeValue(args, i, &listen, error))
                 return false;
@@ -79,8 +86,8 @@ bool ServerOptions::parse(const QStringList &args, QString *error)
             return false;
         }
     }
-    if (!help && dataDir.isEmpty()) {
-        *error = QStringLiteral("--data DIR is required");
+    if (!help && dataDir.isEmpty() && database.isEmpty()) {
+        *error = QStringLiteral("--data DIR or --database URL is required");
         return false;
     }
     return true;
@@ -89,8 +96,12 @@ bool ServerOptions::parse(const QStringList &args, QString *error)
 QString ServerOptions::usage()
 {
     return QStringLiteral(
-        "usage: velora-cloud --data DIR [--listen ADDR:PORT] [--threads N] [--max-body BYTES] [--seed full|minimal|none]\n"
-        "  --data DIR          data folder of the cloud service (created if missing)\n"
+        "usage: velora-cloud --data DIR | --database URL [--listen ADDR:PORT] [--threads N] [--max-body BYTES]\n"
+        "                    [--seed full|minimal|none]\n"
+        "  --data DIR          data folder of the cloud service (created if missing): a SQLite file\n"
+        "  --database URL      a PostgreSQL database instead, postgresql://USER@HOST[:PORT]/DBNAME;\n"
+        "                      the password comes from PGPASSWORD or ~/.pgpass. Any number of\n"
+        "                      velora-cloud processes may share one database\n"
         "  --listen ADDR:PORT  address to serve on (default 127.0.0.1:8686; port 0 picks a free port)\n"
         "  --threads N         requests handled at once (default 32); connections are read and\n"
         "                      written by four times as many threads (at least 64)\n"

@@ -9,6 +9,7 @@ public:
     static constexpr qint64 DefaultMaxBodyBytes = 8 * 1024 * 1024;
 
     QString dataDir;
+    QString database; // "postgresql://..." instead of the SQLite file in dataDir
     QString listen = QStringLiteral("127.0.0.1:8686");
     int threads = 32;
     qint64 maxBodyBytes = DefaultMaxBodyBytes;

@@ -51,10 +51,10 @@ int AccountStore::createUser(const QString &username, const QString &displayName
         throw ServiceError(ServiceError::Conflict, QStringLiteral("用户名已存在"));
     // The Argon2id text carries its own salt and cost: salt stays empty and
     // iterations 0.
-    QSqlQuery q = m_db.exec(
-        QStringLiteral("INSERT INTO users(username, display_name, salt, hash, iterations) VALUES(?, ?, ?, ?, 0)"),
-        {username, displayName, QByteArray(""), m_hasher.hash(password)});
-    return q.lastInsertId().toInt();
+    return m_db
+        .insert(QStringLiteral("INSERT INTO users(username, display_name, salt, hash, iterations) VALUES(?, ?, ?, ?, 0)"),
+                {username, displayName, QByteArray(""), m_hasher.hash(password)})
+        .toInt();
 }
 
 int AccountStore::createEnterprise(int id, const QString &name)
@@ -69,7 +69,8 @@ void AccountStore::setMember(int enterpriseId, int userId, Role role)
         m_db.exec(QStringLiteral("DELETE FROM members WHERE enterprise_id = ? AND user_id = ?"), {enterpriseId, userId});
         return;
     }
-    m_db.exec(QStringLiteral("INSERT OR REPLACE INTO members(enterprise_id, user_id, role) VALUES(?, ?, ?)"),
+    m_db.exec(QStringLiteral("INSERT INTO members(enterprise_id, user_id, role) VALUES(?, ?, ?)"
+                             " ON CONFLICT(enterprise_id, user_id) DO UPDATE SET role = excluded.role"),
               {enterpriseId, userId, roleName(role)});
 }
 

@@ -3,6 +3,8 @@
 #include "tierscope.h"
 #include "matching/rerankweights.h"
 
+#include <hostapi/jsonnesting.h>
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -43,7 +45,7 @@ BillCatalog::BillCatalog(ServiceDb &db)
 QStringList BillCatalog::quotaNamesOf(const QString &zjnr)
 {
     QStringList names;
-    const QJsonArray lines = QJsonDocument::fromJson(zjnr.toUtf8()).object().value(QStringLiteral("zjnr")).toArray();
+    const QJsonArray lines = JsonNesting::parse(zjnr.toUtf8()).object().value(QStringLiteral("zjnr")).toArray();
     for (const QJsonValue &line : lines) {
         const QJsonObject o = line.toObject();
         if (o.value(QStringLiteral("TYPE")).toString() == QLatin1String("DE"))
@@ -107,6 +109,20 @@ void BillCatalog::removed(const QVector<qint64> &ids)
         return;
     for (qint64 id : ids)
         m_index.remove(id);
+    m_index.build();
+    releaseFreedMemory(ids.size());
+}
+
+void BillCatalog::refresh(const QVector<qint64> &ids)
+{
+    BillStore store(m_db);
+    for (qint64 id : ids) {
+        const BillStore::Bill bill = store.bill(id);
+        if (bill.id != 0)
+            m_index.add(recordOf(bill));
+        else
+            m_index.remove(id);
+    }
     m_index.build();
     releaseFreedMemory(ids.size());
 }

@@ -28,6 +28,9 @@ public:
     // After the transaction that wrote them has committed.
     void added(const QVector<qint64> &ids);
     void removed(const QVector<qint64> &ids);
+    // Re-reads the bills `ids` (written by another process): present ones
+    // replace their entry, missing ones leave the index.
+    void refresh(const QVector<qint64> &ids);
 
     // Ranked bill ids visible from the scope key `scope` ("p:<user>",
     // "e:<enterprise>", "k"); `total` is the ranked depth for paging.

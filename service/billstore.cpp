@@ -65,9 +65,8 @@ BillStore::BillStore(ServiceDb &db)
 int BillStore::createLibrary(int tier, int owner, const QString &name)
 {
     return m_db
-        .exec(QStringLiteral("INSERT INTO libraries(tier, owner, name, created) VALUES(?, ?, ?, ?)"),
+        .insert(QStringLiteral("INSERT INTO libraries(tier, owner, name, created) VALUES(?, ?, ?, ?)"),
               {tier, owner, name, now()})
-        .lastInsertId()
         .toInt();
 }
 
@@ -203,12 +202,11 @@ QVector<qint64> BillStore::clearChapter(const QString &chapterId)
 int BillStore::createProject(const Project &p)
 {
     return m_db
-        .exec(QStringLiteral("INSERT INTO projects(tier, owner, xmmc, dxmc, dwmc, qdgf, jjde, jsfs, zhdjfs, hbgd, dd,"
+        .insert(QStringLiteral("INSERT INTO projects(tier, owner, xmmc, dxmc, dwmc, qdgf, jjde, jsfs, zhdjfs, hbgd, dd,"
                              " jgjzsj, jsxs, zjsjlx, uploader_id, gc_type, created)"
                              " VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
               {p.tier, p.owner, p.xmmc, p.dxmc, p.dwmc, p.qdgf, p.jjde, p.jsfs, p.zhdjfs, p.hbgd, p.dd, p.jgjzsj,
                p.jsxs, p.zjsjlx, p.uploaderId, p.gcType, now()})
-        .lastInsertId()
         .toInt();
 }
 
@@ -235,12 +233,11 @@ QList<BillStore::Project> BillStore::projects(int tier, int owner, int gcType, c
 qint64 BillStore::insertBill(const Bill &b)
 {
     return m_db
-        .exec(QStringLiteral("INSERT INTO bills(tier, owner, source, library_id, chapter_id, project_id, task_id, qdbh,"
+        .insert(QStringLiteral("INSERT INTO bills(tier, owner, source, library_id, chapter_id, project_id, task_id, qdbh,"
                              " xmmc, jldw, xmtz, gznr, zhdj, zjnr, dxmc, created)"
                              " VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
               {b.tier, b.owner, b.source, b.libraryId, b.chapterId, b.projectId, b.taskId, b.qdbh, b.xmmc, b.jldw,
                b.xmtz, b.gznr, b.zhdj, b.zjnr, b.dxmc, now()})
-        .lastInsertId()
         .toLongLong();
 }
 

@@ -1,8 +1,8 @@
 #include "cloudservice.h"
 #include "servicecore.h"
 
-CloudService::CloudService(const QString &dataDir, Seed seed)
-    : m_core(std::make_unique<ServiceCore>(dataDir, seed))
+CloudService::CloudService(const QString &dataDir, Seed seed, const QString &database)
+    : m_core(std::make_unique<ServiceCore>(dataDir, seed, database))
 {
 }
 

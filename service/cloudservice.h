@@ -20,8 +20,10 @@ public:
         None     // schema only
     };
 
-    // Opens (creating if needed) the service's data in `dataDir`.
-    explicit CloudService(const QString &dataDir, Seed seed = Seed::Full);
+    // Opens (creating if needed) the service's data in `dataDir`, or, when
+    // `database` is a "postgresql://" URL, in that database (which several
+    // service processes may share; `dataDir` is then unused).
+    explicit CloudService(const QString &dataDir, Seed seed = Seed::Full, const QString &database = QString());
     ~CloudService();
     CloudService(const CloudService &) = delete;
     CloudService &operator=(const CloudService &) = delete;

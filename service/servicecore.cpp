@@ -2,6 +2,7 @@
 #include "accounthandlers.h"
 #include "accountstore.h"
 #include "billcatalog.h"
+#include "billchangefeed.h"
 #include "libraryhandlers.h"
 #include "loginthrottle.h"
 #include "passwordhasher.h"
@@ -15,8 +16,9 @@
 #include <QDir>
 #include <QFile>
 
-ServiceCore::ServiceCore(const QString &dataDir, CloudService::Seed seed)
+ServiceCore::ServiceCore(const QString &dataDir, CloudService::Seed seed, const QString &database)
     : m_dataDir(dataDir)
+    , m_database(database)
 {
     try {
         open(seed);
@@ -27,7 +29,11 @@ ServiceCore::ServiceCore(const QString &dataDir, CloudService::Seed seed)
     }
 }
 
-ServiceCore::~ServiceCore() = default;
+ServiceCore::~ServiceCore()
+{
+    // The feed writes into the catalog and reads through the database.
+    m_feed.reset();
+}
 
 QString ServiceCore::databaseFileName()
 {
@@ -36,14 +42,27 @@ QString ServiceCore::databaseFileName()
 
 void ServiceCore::open(CloudService::Seed seed)
 {
+    if (!m_database.isEmpty())
+        m_db = std::make_unique<ServiceDb>(m_database);
+    else
+        m_db = std::make_unique<ServiceDb>(openDataDir());
+    m_db->open();
+    openStore(seed);
+}
+
+QString ServiceCore::openDataDir()
+{
     const bool fresh = !m_dataDir.isEmpty() && !QDir(m_dataDir).exists();
     if (m_dataDir.isEmpty() || !QDir().mkpath(m_dataDir))
         throw ServiceError(ServiceError::Internal, QStringLiteral("无法创建云服务数据目录：%1").arg(m_dataDir));
     // A folder made here is the owner's alone, like the files in it.
     if (fresh)
         QFile::setPermissions(m_dataDir, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    m_db = std::make_unique<ServiceDb>(QDir(m_dataDir).filePath(databaseFileName()));
-    m_db->open();
+    return QDir(m_dataDir).filePath(databaseFileName());
+}
+
+void ServiceCore::openStore(CloudService::Seed seed)
+{
     m_hasher = std::make_unique<PasswordHasher>(PasswordHash::configured());
     m_throttle = std::make_unique<LoginThrottle>();
     m_accounts = std::make_unique<AccountStore>(*m_db, *m_hasher);
@@ -53,12 +72,18 @@ void ServiceCore::open(CloudService::Seed seed)
     m_context.dataDir = m_dataDir;
 
     ServiceSeed seeder(m_context);
-    if (seed != CloudService::Seed::None && seeder.isEmpty())
-        m_firstRunNotice = seeder.run(seed == CloudService::Seed::Full);
+    m_db->exclusively([&] {
+        if (seed != CloudService::Seed::None && seeder.isEmpty())
+            m_firstRunNotice = seeder.run(seed == CloudService::Seed::Full);
+    });
 
+    const bool shared = m_db->dialect().isPostgres();
+    const qint64 lastSeen = shared ? BillChangeFeed::newestEntry(*m_db) : 0;
     m_catalog = std::make_unique<BillCatalog>(*m_db);
     m_catalog->load();
     m_context.catalog = m_catalog.get();
+    if (shared)
+        m_feed = std::make_unique<BillChangeFeed>(*m_db, *m_catalog, lastSeen);
 
     m_handlers.push_back(std::make_unique<AccountHandlers>(m_context));
     m_handlers.push_back(std::make_unique<LibraryHandlers>(m_context));

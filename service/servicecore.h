@@ -11,6 +11,7 @@
 
 class AccountStore;
 class BillCatalog;
+class BillChangeFeed;
 class HandlerGroup;
 class LoginThrottle;
 class PasswordHasher;
@@ -21,7 +22,7 @@ class ServiceDb;
 class ServiceCore
 {
 public:
-    ServiceCore(const QString &dataDir, CloudService::Seed seed);
+    ServiceCore(const QString &dataDir, CloudService::Seed seed, const QString &database = QString());
     ~ServiceCore();
 
     QJsonObject handle(const QJsonObject &request, const QString &session, const QString &client);
@@ -32,9 +33,12 @@ public:
 
 private:
     void open(CloudService::Seed seed);
+    QString openDataDir();
+    void openStore(CloudService::Seed seed);
     QJsonObject dispatch(const QJsonObject &request, const QString &session, const QString &client);
 
     QString m_dataDir;
+    QString m_database;
     QString m_openError;
     QString m_firstRunNotice;
     std::unique_ptr<ServiceDb> m_db;
@@ -42,6 +46,7 @@ private:
     std::unique_ptr<LoginThrottle> m_throttle;
     std::unique_ptr<AccountStore> m_accounts;
     std::unique_ptr<BillCatalog> m_catalog;
+    std::unique_ptr<BillChangeFeed> m_feed;
     ServiceContext m_context;
     std::vector<std::unique_ptr<HandlerGroup>> m_handlers;
     QHash<QString, MethodHandler> m_table;

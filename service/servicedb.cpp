@@ -3,80 +3,15 @@
 
 #include <QAtomicInteger>
 #include <QFile>
+#include <QSqlDriver>
 #include <QSqlError>
+#include <QUuid>
 
 #include <mutex>
 
 namespace {
 
 QAtomicInteger<quint64> s_instanceCounter;
-
-// Each entry raises the schema by one version; never edit a landed entry,
-// append a new one.
-const QStringList &migrations()
-{
-    static const QStringList steps{
-        // 1: accounts, tiers, bill libraries, projects, bills, saving tasks, prices
-        QStringLiteral(
-            "CREATE TABLE users(id INTEGER PRIMARY KEY, username TEXT NOT NULL UNIQUE, display_name TEXT NOT NULL,"
-            " salt BLOB NOT NULL, hash BLOB NOT NULL, iterations INTEGER NOT NULL);"
-            "CREATE TABLE sessions(token TEXT PRIMARY KEY, user_id INTEGER NOT NULL, created TEXT NOT NULL);"
-            "CREATE TABLE enterprises(id INTEGER PRIMARY KEY, name TEXT NOT NULL UNIQUE);"
-            "CREATE TABLE members(enterprise_id INTEGER NOT NULL, user_id INTEGER NOT NULL,"
-            " role TEXT NOT NULL CHECK(role IN ('read','write','admin')), PRIMARY KEY(enterprise_id, user_id));"
-            "CREATE TABLE enterprise_sessions(token TEXT PRIMARY KEY, enterprise_id INTEGER NOT NULL,"
-            " user_id INTEGER NOT NULL, parent_session TEXT NOT NULL DEFAULT '', created TEXT NOT NULL);"
-            "CREATE TABLE libraries(id INTEGER PRIMARY KEY, tier INTEGER NOT NULL, owner INTEGER NOT NULL,"
-            " name TEXT NOT NULL, created TEXT NOT NULL, UNIQUE(tier, owner, name));"
-            "CREATE TABLE chapters(id TEXT PRIMARY KEY, library_id INTEGER NOT NULL, parent_id TEXT NOT NULL DEFAULT '',"
-            " name TEXT NOT NULL, sort INTEGER NOT NULL DEFAULT 0);"
-            "CREATE TABLE projects(id INTEGER PRIMARY KEY, tier INTEGER NOT NULL, owner INTEGER NOT NULL,"
-            " xmmc TEXT NOT NULL, dxmc TEXT NOT NULL DEFAULT '', dwmc TEXT NOT NULL DEFAULT '',"
-            " qdgf TEXT NOT NULL DEFAULT '', jjde TEXT NOT NULL DEFAULT '', jsfs TEXT NOT NULL DEFAULT '',"
-            " zhdjfs TEXT NOT NULL DEFAULT '', hbgd TEXT NOT NULL DEFAULT '', dd TEXT NOT NULL DEFAULT '',"
-            " jgjzsj TEXT NOT NULL DEFAULT '', jsxs TEXT NOT NULL DEFAULT '', zjsjlx TEXT NOT NULL DEFAULT '',"
-            " uploader_id INTEGER NOT NULL DEFAULT 0, gc_type INTEGER NOT NULL DEFAULT 1, created TEXT NOT NULL);"
-            "CREATE TABLE bills(id INTEGER PRIMARY KEY, tier INTEGER NOT NULL, owner INTEGER NOT NULL,"
-            " source INTEGER NOT NULL, library_id INTEGER NOT NULL DEFAULT 0, chapter_id TEXT NOT NULL DEFAULT '',"
-            " project_id INTEGER NOT NULL DEFAULT 0, task_id TEXT NOT NULL DEFAULT '',"
-            " qdbh TEXT NOT NULL, xmmc TEXT NOT NULL, jldw TEXT NOT NULL DEFAULT '', xmtz TEXT NOT NULL DEFAULT '',"
-            " gznr TEXT NOT NULL DEFAULT '', zhdj REAL NOT NULL DEFAULT 0, zjnr TEXT NOT NULL DEFAULT '',"
-            " dxmc TEXT NOT NULL DEFAULT '', created TEXT NOT NULL);"
-            "CREATE TABLE saving_tasks(id TEXT PRIMARY KEY, tier INTEGER NOT NULL, owner INTEGER NOT NULL,"
-            " user_id INTEGER NOT NULL, library_id INTEGER NOT NULL, chapter_id TEXT NOT NULL, mark INTEGER NOT NULL,"
-            " qdcount INTEGER NOT NULL, uploaded INTEGER NOT NULL DEFAULT 0, created TEXT NOT NULL);"
-            "CREATE TABLE price_libraries(id TEXT PRIMARY KEY, tier INTEGER NOT NULL, owner INTEGER NOT NULL,"
-            " name TEXT NOT NULL, created TEXT NOT NULL, UNIQUE(tier, owner, name));"
-            "CREATE TABLE material_prices(id INTEGER PRIMARY KEY, library_id TEXT NOT NULL, clbm TEXT NOT NULL DEFAULT '',"
-            " clmc TEXT NOT NULL, ggxh TEXT NOT NULL DEFAULT '', dw TEXT NOT NULL DEFAULT '', cd TEXT NOT NULL DEFAULT '',"
-            " cj TEXT NOT NULL DEFAULT '', djhs REAL NOT NULL, djbhs REAL NOT NULL, jgjzsj TEXT NOT NULL DEFAULT '',"
-            " gcdd TEXT NOT NULL DEFAULT '', xmmc TEXT NOT NULL DEFAULT '')"),
-        // 2: lookups by owner and parent
-        QStringLiteral(
-            "CREATE INDEX idx_sessions_user ON sessions(user_id);"
-            "CREATE INDEX idx_chapters_parent ON chapters(library_id, parent_id, sort);"
-            "CREATE INDEX idx_bills_scope ON bills(tier, owner, source);"
-            "CREATE INDEX idx_bills_project ON bills(project_id);"
-            "CREATE INDEX idx_projects_scope ON projects(tier, owner);"
-            "CREATE INDEX idx_prices_library ON material_prices(library_id)"),
-        // 3: sessions of the material price servers, opened with the Korvane login
-        QStringLiteral("ALTER TABLE enterprise_sessions ADD COLUMN kind TEXT NOT NULL DEFAULT 'pri'"),
-        // 4: only digests of tokens are kept (earlier logins end), enterprise
-        // tokens derived from their session, idle enterprise logins expire
-        QStringLiteral("DELETE FROM enterprise_sessions;"
-                       "DELETE FROM sessions;"
-                       "ALTER TABLE enterprise_sessions ADD COLUMN nonce TEXT NOT NULL DEFAULT '';"
-                       "ALTER TABLE enterprise_sessions ADD COLUMN last_used TEXT NOT NULL DEFAULT '';"
-                       "CREATE INDEX idx_enterprise_sessions_parent ON enterprise_sessions(parent_session)"),
-    };
-    return steps;
-}
-
-// Every text column is NOT NULL; a null QString means "no text".
-QVariant bindable(const QVariant &value)
-{
-    return value.type() == QVariant::String && value.toString().isNull() ? QVariant(QStringLiteral("")) : value;
-}
 
 ServiceError dbError(const QString &what, const QSqlError &error)
 {
@@ -86,9 +21,11 @@ ServiceError dbError(const QString &what, const QSqlError &error)
 
 }
 
-ServiceDb::ServiceDb(const QString &filePath)
-    : m_path(filePath)
+ServiceDb::ServiceDb(const QString &location)
+    : m_path(location)
+    , m_dialect(location)
     , m_prefix(QStringLiteral("velora_service_%1_").arg(++s_instanceCounter))
+    , m_instanceTag(QStringLiteral("velora-") + QUuid::createUuid().toString(QUuid::Id128).left(20))
 {
 }
 
@@ -106,17 +43,18 @@ ServiceDb::~ServiceDb()
 
 int ServiceDb::latestVersion()
 {
-    return migrations().size();
+    return ServiceDialect(QString()).migrations().size();
 }
 
 void ServiceDb::open()
 {
-    restrictFileAccess();
-    QSqlDatabase db = connection();
-    exec(QStringLiteral("PRAGMA journal_mode=WAL"));
-    exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
-    // All connections together (process-wide).
-    exec(QStringLiteral("PRAGMA soft_heap_limit=33554432"));
+    const QString error = m_dialect.locationError();
+    if (!error.isEmpty())
+        throw ServiceError(ServiceError::Internal, error);
+    if (!m_dialect.isPostgres())
+        restrictFileAccess();
+    for (const QString &statement : m_dialect.openSetup())
+        exec(statement);
     migrate();
 }
 
@@ -137,29 +75,26 @@ void ServiceDb::restrictFileAccess()
 
 int ServiceDb::schemaVersion()
 {
-    return scalar(QStringLiteral("PRAGMA user_version"), {}, 0).toInt();
+    return scalar(m_dialect.readVersion(), {}, 0).toInt();
 }
 
 void ServiceDb::migrate()
 {
+    // Several processes may open one PostgreSQL database at once: the first
+    // migrates while the others wait for its lock, then find nothing to do.
     QMutexLocker lock(&m_writeMutex);
-    QSqlDatabase db = connection();
-    const int current = schemaVersion();
-    for (int version = current + 1; version <= latestVersion(); ++version) {
-        if (!db.transaction())
-            throw dbError(QStringLiteral("begin migration"), db.lastError());
-        try {
-            const QStringList statements = migrations().at(version - 1).split(QLatin1Char(';'), Qt::SkipEmptyParts);
-            for (const QString &statement : statements)
-                exec(statement);
-            exec(QStringLiteral("PRAGMA user_version = %1").arg(version));
-        } catch (...) {
-            db.rollback();
-            throw;
+    const QVector<QStringList> steps = m_dialect.migrations();
+    runTransaction([&] {
+        if (!m_dialect.migrationLock().isEmpty())
+            exec(m_dialect.migrationLock());
+        for (const QString &statement : m_dialect.versionTable())
+            execSchema(statement);
+        for (int version = schemaVersion() + 1; version <= steps.size(); ++version) {
+            for (const QString &statement : steps.at(version - 1))
+                execSchema(statement);
+            execSchema(m_dialect.writeVersion(version));
         }
-        if (!db.commit())
-            throw dbError(QStringLiteral("commit migration"), db.lastError());
-    }
+    });
 }
 
 QSqlDatabase ServiceDb::connection()
@@ -168,15 +103,47 @@ QSqlDatabase ServiceDb::connection()
     QString name;
     {
         QMutexLocker lock(&m_connectionsMutex);
-        auto it = m_connections.constFind(thread);
-        if (it != m_connections.constEnd() && it->thread == thread)
-            return QSqlDatabase::database(it->name, false);
+        auto it = m_connections.find(thread);
+        if (it != m_connections.end() && it->thread == thread) {
+            // A lost connection is replaced once its transaction has ended.
+            if (!it->broken || it->inTransaction)
+                return QSqlDatabase::database(it->name, false);
+            it->statements->clear();
+            QSqlDatabase::removeDatabase(it->name);
+            m_connections.erase(it);
+        }
         dropDeadThreadConnections();
         name = m_prefix + QString::number(reinterpret_cast<quintptr>(thread), 16) + QLatin1Char('_')
             + QString::number(++s_instanceCounter);
-        m_connections.insert(thread, Entry{QPointer<QThread>(thread), name, std::make_shared<StatementCache>()});
+        m_connections.insert(thread, Entry{QPointer<QThread>(thread), name, false, false, std::make_shared<StatementCache>()});
     }
     return openConnection(name);
+}
+
+bool ServiceDb::lostConnection(const QSqlError &error) const
+{
+    // Connection exceptions (08), a server shutting down or killing the
+    // backend (57P), or no SQLSTATE at all: the socket is gone.
+    const QString code = error.nativeErrorCode();
+    return m_dialect.isPostgres() && (code.isEmpty() || code.startsWith(QLatin1String("08")) || code.startsWith(QLatin1String("57P")));
+}
+
+bool ServiceDb::markBroken()
+{
+    QMutexLocker lock(&m_connectionsMutex);
+    const auto it = m_connections.find(QThread::currentThread());
+    if (it == m_connections.end())
+        return true;
+    it->broken = true;
+    return !it->inTransaction;
+}
+
+void ServiceDb::setInTransaction(bool inTransaction)
+{
+    QMutexLocker lock(&m_connectionsMutex);
+    const auto it = m_connections.find(QThread::currentThread());
+    if (it != m_connections.end())
+        it->inTransaction = inTransaction;
 }
 
 void ServiceDb::dropDeadThreadConnections()
@@ -196,30 +163,97 @@ void ServiceDb::dropDeadThreadConnections()
 
 QSqlDatabase ServiceDb::openConnection(const QString &name)
 {
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-    db.setDatabaseName(m_path);
-    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=10000"));
-    if (!db.open())
-        throw dbError(QStringLiteral("open ") + m_path, db.lastError());
-    QSqlQuery pragma(db);
-    pragma.exec(QStringLiteral("PRAGMA foreign_keys=ON"));
-    // Every request thread has a connection of its own; SQLite's default
-    // 2 MB page cache each would add up to far more than the data needs.
-    pragma.exec(QStringLiteral("PRAGMA cache_size=-512"));
+    QSqlDatabase db = m_dialect.connect(name, m_instanceTag);
+    if (!db.isOpen()) {
+        const QSqlError error = db.lastError();
+        db = QSqlDatabase();
+        // Forgotten, so that the next call on this thread tries again.
+        releaseThreadConnection();
+        throw dbError(QStringLiteral("open ") + m_dialect.displayName(), error);
+    }
+    QSqlQuery setup(db);
+    for (const QString &statement : m_dialect.connectionSetup())
+        setup.exec(statement);
     return db;
+}
+
+void ServiceDb::releaseThreadConnection()
+{
+    QMutexLocker lock(&m_connectionsMutex);
+    const auto it = m_connections.find(QThread::currentThread());
+    if (it == m_connections.end())
+        return;
+    const QString name = it->name;
+    it->statements->clear();
+    m_connections.erase(it);
+    QSqlDatabase::removeDatabase(name);
+}
+
+QSqlDriver *ServiceDb::driver()
+{
+    return connection().driver();
+}
+
+QVariant ServiceDb::insert(const QString &sql, const QVariantList &values)
+{
+    QSqlQuery query = exec(sql + QStringLiteral(" RETURNING id"), values);
+    const QVariant id = query.next() ? query.value(0) : QVariant();
+    query.finish();
+    return id;
+}
+
+void ServiceDb::exclusively(const std::function<void()> &body)
+{
+    const QString take = m_dialect.seedLock(false);
+    if (take.isEmpty()) {
+        body();
+        return;
+    }
+    exec(take);
+    try {
+        body();
+    } catch (...) {
+        exec(m_dialect.seedLock(true));
+        throw;
+    }
+    exec(m_dialect.seedLock(true));
 }
 
 QSqlQuery ServiceDb::exec(const QString &sql, const QVariantList &values)
 {
-    QSqlQuery query(connection());
+    QSqlError error;
+    // A statement outside a transaction that found its connection lost (the
+    // database restarted) runs once more on a new one.
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        QSqlQuery query(connection());
+        if (run(query, sql, values))
+            return query;
+        error = query.lastError();
+        if (!lostConnection(error) || !markBroken())
+            break;
+    }
+    throw dbError(sql, error);
+}
+
+bool ServiceDb::run(QSqlQuery &query, const QString &sql, const QVariantList &values)
+{
     query.setForwardOnly(true);
     if (!query.prepare(sql))
-        throw dbError(sql, query.lastError());
+        return false;
+    // Every text column is NOT NULL; a null QString means "no text".
     for (const QVariant &value : values)
-        query.addBindValue(bindable(value));
-    if (!query.exec())
+        query.addBindValue(value.type() == QVariant::String && value.toString().isNull()
+                               ? QVariant(QStringLiteral(""))
+                               : value);
+    return query.exec();
+}
+
+void ServiceDb::execSchema(const QString &sql)
+{
+    // PostgreSQL prepares only plain queries, not schema statements.
+    QSqlQuery query(connection());
+    if (!query.exec(sql))
         throw dbError(sql, query.lastError());
-    return query;
 }
 
 QVariant ServiceDb::scalar(const QString &sql, const QVariantList &values, const QVariant &fallback)
@@ -255,8 +289,12 @@ std::shared_ptr<ServiceDb::Statement> ServiceDb::statement(const QString &sql)
         return cached;
     auto fresh = std::make_shared<Statement>(Statement{QSqlQuery(db), false});
     fresh->query.setForwardOnly(true);
-    if (!fresh->query.prepare(sql))
-        throw dbError(sql, fresh->query.lastError());
+    if (!fresh->query.prepare(sql)) {
+        const QSqlError error = fresh->query.lastError();
+        if (!cached)
+            cache->remove(sql);
+        throw dbError(sql, error);
+    }
     if (!cached)
         cached = fresh;
     return fresh;
@@ -264,29 +302,50 @@ std::shared_ptr<ServiceDb::Statement> ServiceDb::statement(const QString &sql)
 
 void ServiceDb::runStatement(const QString &sql, const QVariantList &values, const std::function<void(QSqlQuery &)> &use)
 {
-    const std::shared_ptr<Statement> statement = this->statement(sql);
-    QSqlQuery &query = statement->query;
-    for (int i = 0; i < values.size(); ++i)
-        query.bindValue(i, bindable(values.at(i)));
-    if (!query.exec())
-        throw dbError(sql, query.lastError());
-    statement->busy = true;
+    std::shared_ptr<Statement> kept;
+    // As in exec(): once more on a new connection when this one was lost.
+    for (int attempt = 0; attempt < 2 && !kept; ++attempt) {
+        const std::shared_ptr<Statement> candidate = statement(sql);
+        QSqlQuery &query = candidate->query;
+        for (int i = 0; i < values.size(); ++i)
+            query.bindValue(i, values.at(i).type() == QVariant::String && values.at(i).toString().isNull()
+                                   ? QVariant(QStringLiteral(""))
+                                   : values.at(i));
+        if (query.exec()) {
+            kept = candidate;
+            break;
+        }
+        const QSqlError error = query.lastError();
+        query.finish();
+        if (attempt > 0 || !lostConnection(error) || !markBroken())
+            throw dbError(sql, error);
+    }
+    Statement &statement = *kept;
+    statement.busy = true;
     struct Release {
         Statement &s;
         ~Release()
         {
-            // Resetting ends the statement's read of the file.
+            // Resetting ends the statement's read of the database.
             s.query.finish();
             s.busy = false;
         }
-    } release{*statement};
-    use(query);
+    } release{statement};
+    use(statement.query);
 }
 
 void ServiceDb::write(const std::function<void()> &body)
 {
     QMutexLocker lock(&m_writeMutex);
-    runTransaction(body);
+    runTransaction([&] {
+        // Serializes with the writers of every other process on the same
+        // database, as SQLite's file lock does: a check and the write that
+        // depends on it cannot interleave with another process's.
+        const QString lockStatement = m_dialect.writeLock(false);
+        if (!lockStatement.isEmpty())
+            exec(lockStatement);
+        body();
+    });
 }
 
 bool ServiceDb::tryWrite(const std::function<void()> &body)
@@ -294,24 +353,42 @@ bool ServiceDb::tryWrite(const std::function<void()> &body)
     std::unique_lock<QMutex> lock(m_writeMutex, std::try_to_lock);
     if (!lock.owns_lock())
         return false;
-    runTransaction(body);
-    return true;
+    bool ran = false;
+    runTransaction([&] {
+        const QString lockStatement = m_dialect.writeLock(true);
+        if (!lockStatement.isEmpty() && !scalar(lockStatement).toBool())
+            return;
+        body();
+        ran = true;
+    });
+    return ran;
 }
 
 void ServiceDb::runTransaction(const std::function<void()> &body)
 {
     QSqlDatabase db = connection();
-    if (!db.transaction())
-        throw dbError(QStringLiteral("begin"), db.lastError());
+    if (!db.transaction()) {
+        const QSqlError error = db.lastError();
+        db = QSqlDatabase();
+        if (!lostConnection(error) || !markBroken())
+            throw dbError(QStringLiteral("begin"), error);
+        db = connection();
+        if (!db.transaction())
+            throw dbError(QStringLiteral("begin"), db.lastError());
+    }
+    setInTransaction(true);
     try {
         body();
     } catch (...) {
         db.rollback();
+        setInTransaction(false);
         throw;
     }
-    if (!db.commit()) {
-        const QSqlError error = db.lastError();
+    const bool committed = db.commit();
+    const QSqlError error = db.lastError();
+    if (!committed)
         db.rollback();
+    setInTransaction(false);
+    if (!committed)
         throw dbError(QStringLiteral("commit"), error);
-    }
 }

@@ -30,7 +30,6 @@ if [ "${LEAKS:-1}" = 0 ]; then
 else
   export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:fast_unwind_on_malloc=0}
 fi
-export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$here/lsan.supp}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 mkdir -p "$here/crashes"
 results="$here/RESULTS.md"

@@ -9,6 +9,7 @@
 #include <hostapi/cloudchannel.h>
 #include <hostapi/cloudenvelope.h>
 #include <hostapi/datalibrary.h>
+#include <hostapi/jsonnesting.h>
 #include <hostapi/ltdinfo.h>
 
 #include <QPointer>
@@ -163,6 +164,7 @@ private slots:
         QTest::newRow("empty bytes") << QByteArray() << false << QStringList();
         QTest::newRow("garbage") << QByteArray("<html>502</html>") << false << QStringList();
         QTest::newRow("json array") << QByteArray("[0]") << false << QStringList();
+        QTest::newRow("repeated key") << QByteArray(R"({"code":0,"data":[1],"data":[2]})") << false << QStringList();
     }
     // The same bytes through the dialog's exchange and through a worker.
     void replyReading()
@@ -170,7 +172,7 @@ private slots:
         QFETCH(QByteArray, bytes);
         QFETCH(bool, done);
         LtdInfo server(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, true);
-        const QJsonObject object = QJsonDocument::fromJson(bytes).object();
+        const QJsonObject object = JsonNesting::parse(bytes).object();
         fx->channel().replyBytes(bytes);
         const auto reply = CloudExchange(GuardSite("Xmytz", &dialog)).call(CloudRequest(&server, "m"));
         QCOMPARE(reply.has_value(), done);

@@ -1,5 +1,6 @@
 #include "cloudjson.h"
 #include "hosttestcase.h"
+#include "scratchdatabase.h"
 
 #include <hostapi/httpcloudchannel.h>
 #include <hostapi/servicesutil.h>
@@ -48,6 +49,7 @@ class TestCloudServerEndToEnd : public HostTestCase
 {
     Q_OBJECT
     QTemporaryDir dataDir;
+    std::unique_ptr<ScratchDatabase> database;
     std::unique_ptr<CloudService> service;
     std::unique_ptr<CloudHttpServer> server;
     QByteArray programOutput;
@@ -60,10 +62,12 @@ class TestCloudServerEndToEnd : public HostTestCase
                                            data.value("session").toString());
     }
 
-    // Starts velora-cloud on a free loopback port; returns its base URL.
-    QString startProgram(QProcess &program, const QString &folder)
+    // Starts velora-cloud on a free loopback port, on the data folder or
+    // (in the PostgreSQL variant) `db`; returns its base URL.
+    QString startProgram(QProcess &program, const QString &folder, const ScratchDatabase &db)
     {
-        program.start(VELORA_CLOUD_BIN, {"--data", folder, "--listen", "127.0.0.1:0", "--threads", "2", "--seed", "minimal"});
+        const QStringList store = db.url().isEmpty() ? QStringList{"--data", folder} : QStringList{"--database", db.url()};
+        program.start(VELORA_CLOUD_BIN, store + QStringList{"--listen", "127.0.0.1:0", "--threads", "2", "--seed", "minimal"});
         static const QRegularExpression serving(QStringLiteral("serving (http://127\\.0\\.0\\.1:\\d+)/cloud"));
         programOutput.clear();
         QElapsedTimer clock;
@@ -82,7 +86,10 @@ class TestCloudServerEndToEnd : public HostTestCase
 private slots:
     void initTestCase()
     {
-        service = std::make_unique<CloudService>(dataDir.path(), CloudService::Seed::Minimal);
+        if (!ScratchDatabase::skipReason().isEmpty())
+            QSKIP(qPrintable(ScratchDatabase::skipReason()));
+        database = std::make_unique<ScratchDatabase>();
+        service = std::make_unique<CloudService>(dataDir.path(), CloudService::Seed::Minimal, database->url());
         QVERIFY2(service->openError().isEmpty(), qPrintable(service->openError()));
         CloudService *svc = service.get();
         server = std::make_unique<CloudHttpServer>([svc](const QJsonObject &r, const QString &s) { return svc->handle(r, s); });
@@ -94,6 +101,7 @@ private slots:
     {
         server.reset();
         service.reset();
+        database.reset();
     }
 
     void init()
@@ -149,8 +157,9 @@ private slots:
     {
         QFETCH(int, signal);
         QTemporaryDir folder;
+        ScratchDatabase db;
         QProcess program;
-        const QString base = startProgram(program, folder.filePath("cloud"));
+        const QString base = startProgram(program, folder.filePath("cloud"), db);
         QVERIFY2(!base.isEmpty(), programOutput.constData());
         QVERIFY(QString::fromUtf8(programOutput).contains(QStringLiteral("演示账号：demo")));
 
@@ -170,11 +179,32 @@ private slots:
 
         // The data folder keeps the demo accounts; a restart does not seed again.
         QProcess again;
-        QVERIFY(!startProgram(again, folder.filePath("cloud")).isEmpty());
+        QVERIFY(!startProgram(again, folder.filePath("cloud"), db).isEmpty());
         QVERIFY(!QString::fromUtf8(programOutput).contains(QStringLiteral("演示账号")));
         again.terminate();
         QVERIFY(again.waitForFinished(20000));
         QCOMPARE(again.exitCode(), 0);
+    }
+
+    void twoProgramsShareOneDatabase()
+    {
+        if (!ScratchDatabase::wanted())
+            QSKIP("velora-cloud processes share a store on PostgreSQL only");
+        QTemporaryDir folder;
+        ScratchDatabase db;
+        QProcess a, b;
+        const QString baseA = startProgram(a, folder.path(), db);
+        const QString baseB = startProgram(b, folder.path(), db);
+        QVERIFY2(!baseA.isEmpty() && !baseB.isEmpty(), programOutput.constData());
+        ServicesUtil::setChannel(std::make_shared<HttpCloudChannel>(QUrl(baseA)));
+        loginDemo();
+        ServicesUtil::setChannel(std::make_shared<HttpCloudChannel>(QUrl(baseB)));
+        QCOMPARE(serverNames().size(), 7);
+        for (QProcess *program : {&a, &b}) {
+            program->terminate();
+            QVERIFY(program->waitForFinished(20000));
+            QCOMPARE(program->exitCode(), 0);
+        }
     }
 
     void programRefusesBadArguments_data()
@@ -182,7 +212,7 @@ private slots:
         QTest::addColumn<QStringList>("args");
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("error");
-        QTest::newRow("no data") << QStringList() << 2 << "velora-cloud: --data DIR is required\n";
+        QTest::newRow("no data") << QStringList() << 2 << "velora-cloud: --data DIR or --database URL is required\n";
         QTest::newRow("bad listen") << QStringList{"--data", "d", "--listen", "localhost"} << 2
                                     << "velora-cloud: --listen wants ADDR:PORT, got \"localhost\"\n";
         QTest::newRow("busy address") << QStringList{"--data", "%folder", "--seed", "none", "--listen", "127.0.0.1:%busy"} << 1

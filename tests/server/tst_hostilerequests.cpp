@@ -23,6 +23,15 @@ QByteArray body(const QByteArray &extra)
     return R"({"cmd":"cloudSoft","app_type":1,"orgin_token":"kv_token","data":{"method":"getserverlist","x":)" + extra + "}}";
 }
 
+// An object of keys "k0".."k<n-1>", then "k<again>" once more when given.
+QByteArray keys(int n, int again = -1)
+{
+    QByteArray text = "{";
+    for (int i = 0; i < n; ++i)
+        text += "\"k" + QByteArray::number(i) + "\":" + QByteArray::number(i) + ",";
+    return text + (again < 0 ? QByteArray("\"end\":0}") : "\"k" + QByteArray::number(again) + "\":[]}");
+}
+
 QByteArray post(const QByteArray &body, const QByteArray &session = QByteArray())
 {
     return "POST /cloud HTTP/1.1\r\nHost: x\r\nConnection: close\r\nX-Velora-Session: " + session
@@ -105,6 +114,14 @@ private slots:
         QTest::newRow("brackets in a string") << post(body("\"\\\"" + repeated("[{", 300) + "\"")) << 200 << 0 << fine;
         QTest::newRow("escaped backslash ends the string")
             << post(body("[\"\\\\\"," + repeated("[", 126) + repeated("]", 127))) << 200 << 1 << deep;
+        const QString twice = QStringLiteral("请求内容的同一对象中有重复的键");
+        QTest::newRow("key repeated, first holds an array") << post(body(R"({"a":[1],"a":2})")) << 200 << 1 << twice;
+        QTest::newRow("key repeated in the envelope") << post(R"({"data":{},"data":{}})") << 200 << 1 << twice;
+        QTest::newRow("key repeated, escaped") << post(body(R"({"a":1,"\u0061":{}})")) << 200 << 1 << twice;
+        QTest::newRow("40 keys") << post(body(keys(40))) << 200 << 0 << fine;
+        QTest::newRow("40 keys, the first repeated last") << post(body(keys(40, 0))) << 200 << 1 << twice;
+        QTest::newRow("one key in sibling and nested objects")
+            << post(body(R"([{"a":{"a":1}},{"a":"a","b":["a","a"]}])")) << 200 << 0 << fine;
         QTest::newRow("chunk size not hex")
             << QByteArray("POST /cloud HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n{}\r\n0\r\n\r\n")
             << 400 << 400 << QStringLiteral("请求内容不完整或格式错误");

@@ -9,11 +9,13 @@ private slots:
     void accepted_data()
     {
         QTest::addColumn<QString>("args");
-        QTest::addColumn<QString>("options"); // data listen threads max-body seed help
-        QTest::newRow("defaults") << "--data /tmp/d" << "/tmp/d 127.0.0.1:8686 32 8388608 full 0";
+        QTest::addColumn<QString>("options"); // data database listen threads max-body seed help
+        QTest::newRow("defaults") << "--data /tmp/d" << "/tmp/d  127.0.0.1:8686 32 8388608 full 0";
+        QTest::newRow("database instead of data") << "--database postgresql://vc@db:5433/velora"
+                                                  << " postgresql://vc@db:5433/velora 127.0.0.1:8686 32 8388608 full 0";
         QTest::newRow("every option") << "--data d --listen 0.0.0.0:9000 --threads 4 --max-body 2048 --seed minimal"
-                                      << "d 0.0.0.0:9000 4 2048 minimal 0";
-        QTest::newRow("help needs no data") << "--help" << " 127.0.0.1:8686 32 8388608 full 1";
+                                      << "d  0.0.0.0:9000 4 2048 minimal 0";
+        QTest::newRow("help needs no data") << "--help" << "  127.0.0.1:8686 32 8388608 full 1";
     }
     void accepted()
     {
@@ -22,7 +24,7 @@ private slots:
         ServerOptions o;
         QString error;
         QVERIFY2(o.parse(args.split(' '), &error), qPrintable(error));
-        QCOMPARE(QStringList({o.dataDir, o.listen, QString::number(o.threads), QString::number(o.maxBodyBytes), o.seed,
+        QCOMPARE(QStringList({o.dataDir, o.database, o.listen, QString::number(o.threads), QString::number(o.maxBodyBytes), o.seed,
                               QString::number(o.help)}).join(' '),
                  options);
         QVERIFY(ServerOptions::usage().contains("--listen ADDR:PORT"));
@@ -32,7 +34,9 @@ private slots:
     {
         QTest::addColumn<QString>("args");
         QTest::addColumn<QString>("error");
-        QTest::newRow("no data") << "--threads 2" << "--data DIR is required";
+        QTest::newRow("no data") << "--threads 2" << "--data DIR or --database URL is required";
+        QTest::newRow("database not a URL") << "--database /tmp/v.db"
+                                            << "--database wants postgresql://USER@HOST:PORT/DBNAME, got \"/tmp/v.db\"";
         QTest::newRow("missing value") << "--data" << "--data needs a value";
         QTest::newRow("no port") << "--data d --listen 127.0.0.1" << "--listen wants ADDR:PORT, got \"127.0.0.1\"";
         QTest::newRow("port too big") << "--data d --listen 127.0.0.1:70000" << "--listen wants ADDR:PORT, got \"127.0.0.1:70000\"";

@@ -108,7 +108,7 @@ private slots:
         QCOMPARE(serverList(session).size(), 7);
         close();
         {
-            ServiceDb db(QDir(dataDir()).filePath(ServiceCore::databaseFileName()));
+            ServiceDb db(store());
             db.open();
             db.exec("UPDATE sessions SET created = ? WHERE token = ?",
                     {QDateTime::currentDateTimeUtc().addDays(-31).toString(Qt::ISODate), PasswordHash::tokenDigest(session)});

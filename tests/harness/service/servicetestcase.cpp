@@ -1,5 +1,7 @@
 #include "servicetestcase.h"
 
+#include <service/servicecore.h>
+
 #include <QDir>
 #include <QFile>
 #include <QHash>
@@ -8,6 +10,7 @@ using namespace cloudjson;
 
 namespace {
 std::unique_ptr<QTemporaryDir> s_template;
+std::unique_ptr<ScratchDatabase> s_templateDb;
 QHash<QString, QString> s_tokens; // "user" → session, "user/qyid" → enterprise token
 
 QJsonObject sendTo(CloudService &service, const QString &token, const QJsonObject &data, const QString &session)
@@ -29,9 +32,12 @@ QJsonObject loginTo(CloudService &service, const QString &user, const QString &s
 
 void ServiceTestCase::initTestCase()
 {
+    if (!ScratchDatabase::skipReason().isEmpty())
+        QSKIP(qPrintable(ScratchDatabase::skipReason()));
     s_template = std::make_unique<QTemporaryDir>();
+    s_templateDb = std::make_unique<ScratchDatabase>();
     s_tokens.clear();
-    CloudService seeded(s_template->path(), CloudService::Seed::Minimal);
+    CloudService seeded(s_template->path(), CloudService::Seed::Minimal, s_templateDb->url());
     QVERIFY2(seeded.openError().isEmpty(), qPrintable(seeded.openError()));
     const QList<QPair<QString, int>> memberships{{"demo", 1001}, {"demo", 1002}, {"zhangsan", 1001}, {"lisi", 1002}, {"wangwu", 0}};
     for (const auto &m : memberships) {
@@ -46,6 +52,7 @@ void ServiceTestCase::initTestCase()
 void ServiceTestCase::cleanupTestCase()
 {
     s_template.reset();
+    s_templateDb.reset();
 }
 
 void ServiceTestCase::init()
@@ -55,6 +62,7 @@ void ServiceTestCase::init()
     const QDir from(s_template->path());
     for (const QString &name : from.entryList(QDir::Files))
         QFile::copy(from.filePath(name), QDir(m_dir->path()).filePath(name));
+    m_database = std::make_unique<ScratchDatabase>(s_templateDb->name());
     reopen();
     session = sessionOf(ServiceSeed::DemoUser);
     east = tokenOf("east");
@@ -65,7 +73,13 @@ void ServiceTestCase::cleanup()
 {
     HostTestCase::cleanup();
     service.reset();
+    m_database.reset();
     m_dir.reset();
+}
+
+QString ServiceTestCase::store() const
+{
+    return onPostgres() ? m_database->url() : QDir(m_dir->path()).filePath(ServiceCore::databaseFileName());
 }
 
 QString ServiceTestCase::sessionOf(const QString &user)
@@ -85,7 +99,7 @@ QString ServiceTestCase::tokenOf(const QString &tier, const QString &user)
 void ServiceTestCase::reopen()
 {
     service.reset();
-    service = std::make_unique<CloudService>(m_dir->path(), CloudService::Seed::None);
+    service = std::make_unique<CloudService>(m_dir->path(), CloudService::Seed::None, m_database->url());
 }
 
 QJsonObject ServiceTestCase::send(const QString &token, const QJsonObject &data, const QString &session)

@@ -1,6 +1,7 @@
 #pragma once
 #include "cloudjson.h"
 #include "hosttestcase.h"
+#include "scratchdatabase.h"
 
 #include <service/cloudservice.h>
 #include <service/serviceseed.h>
@@ -11,7 +12,8 @@
 // Base of the tests that call the cloud service directly. The seed (with its
 // slow password hashes) runs once per program into a template folder, where
 // every seeded user is logged in to the Korvane cloud and to their
-// enterprises; each test function gets a fresh copy of that folder. demo is
+// enterprises; each test function gets a fresh copy of that folder (or, in
+// the PostgreSQL variant, of that database). demo is
 // admin of east (1001) and reader of west (1002).
 class ServiceTestCase : public HostTestCase
 {
@@ -28,6 +30,9 @@ protected:
     static QString tokenOf(const QString &tier, const QString &user = ServiceSeed::DemoUser);
 
     QString dataDir() const { return m_dir->path(); }
+    // Where this test's service keeps its data, for a ServiceDb beside it.
+    QString store() const;
+    static bool onPostgres() { return ScratchDatabase::wanted(); }
     void close() { service.reset(); }
     void reopen();
 
@@ -56,4 +61,5 @@ protected slots:
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<ScratchDatabase> m_database;
 };
