@@ -16,6 +16,20 @@ QJsonObject entry(const QString &name, const QString &token, int type, int qyid,
                        {QStringLiteral("kind"), kind}, {QStringLiteral("login"), login}};
 }
 
+// The three Korvane entries, built once: they differ only by "login".
+QJsonArray korvaneEntries(bool loggedIn)
+{
+    const auto build = [](bool login) {
+        return QJsonArray{
+            entry(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, QStringLiteral("kv"), login),
+            entry(QStringLiteral("Korvane云"), QStringLiteral("kv_token"), 0, 0, QStringLiteral("kv"), login),
+            entry(QStringLiteral("Korvane大数据"), QStringLiteral("kv_token_bigdata"), 0, 0, QStringLiteral("kv"), login)};
+    };
+    static const QJsonArray in = build(true);
+    static const QJsonArray out = build(false);
+    return loggedIn ? in : out;
+}
+
 }
 
 void AccountHandlers::registerOn(QHash<QString, MethodHandler> &table)
@@ -31,25 +45,25 @@ QJsonObject AccountHandlers::serverList(const RequestContext &request)
 {
     const AccountStore::Session session = m_context.accounts->session(request.session());
     const bool loggedIn = session.userId != 0;
-    QJsonArray list;
-    list.append(entry(QStringLiteral("个人云"), QStringLiteral("kv_token_user"), 0, 0, QStringLiteral("kv"), loggedIn));
-    list.append(entry(QStringLiteral("Korvane云"), QStringLiteral("kv_token"), 0, 0, QStringLiteral("kv"), loggedIn));
-    list.append(
-        entry(QStringLiteral("Korvane大数据"), QStringLiteral("kv_token_bigdata"), 0, 0, QStringLiteral("kv"), loggedIn));
+    QJsonArray list = korvaneEntries(loggedIn);
     if (!loggedIn)
         return ok(list);
     const QList<AccountStore::Membership> memberships = m_context.accounts->memberships(session.userId);
+    const auto tokens = m_context.accounts->enterpriseTokensOf(session.token, session.userId);
     // Enterprise servers (type 1: libraries checked one by one) need a login
     // of their own; until then their token is a placeholder.
     for (const AccountStore::Membership &m : memberships) {
-        const QString token = m_context.accounts->enterpriseTokenOf(session.token, session.userId, m.enterpriseId);
+        const QString token = tokens.value(qMakePair(QStringLiteral("pri"), m.enterpriseId));
         list.append(entry(m.name, token.isEmpty() ? QStringLiteral("ent_%1").arg(m.enterpriseId) : token, 1,
                           m.enterpriseId, QStringLiteral("pri"), !token.isEmpty()));
     }
     // The enterprises' material price servers are open to the Korvane login.
-    for (const AccountStore::Membership &m : memberships)
-        list.append(entry(m.name + QStringLiteral("材价库"), materialServerToken(session, m.enterpriseId), 2,
-                          m.enterpriseId, QStringLiteral("cj"), true));
+    for (const AccountStore::Membership &m : memberships) {
+        QString token = tokens.value(qMakePair(QStringLiteral("cj"), m.enterpriseId));
+        if (token.isEmpty())
+            token = materialServerToken(session, m.enterpriseId);
+        list.append(entry(m.name + QStringLiteral("材价库"), token, 2, m.enterpriseId, QStringLiteral("cj"), true));
+    }
     return ok(list);
 }
 
@@ -101,6 +115,8 @@ QJsonObject AccountHandlers::logout(const RequestContext &request)
     if (request.session().isEmpty())
         throw ServiceError(ServiceError::NotLoggedIn, QStringLiteral("当前没有登录"));
     m_context.db->write([&] { m_context.accounts->closeSession(request.session()); });
+    // Again after the commit: a request may have read the row meanwhile.
+    m_context.accounts->forgetSession(request.session());
     return ok();
 }
 

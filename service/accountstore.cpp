@@ -137,6 +137,12 @@ void AccountStore::closeSession(const QString &token)
     const QString digest = PasswordHash::tokenDigest(token);
     m_db.exec(QStringLiteral("DELETE FROM enterprise_sessions WHERE parent_session = ?"), {digest});
     m_db.exec(QStringLiteral("DELETE FROM sessions WHERE token = ?"), {digest});
+    m_sessions.drop(digest);
+}
+
+void AccountStore::forgetSession(const QString &token)
+{
+    m_sessions.drop(PasswordHash::tokenDigest(token));
 }
 
 AccountStore::Session AccountStore::session(const QString &token)
@@ -144,15 +150,24 @@ AccountStore::Session AccountStore::session(const QString &token)
     Session s;
     if (token.isEmpty())
         return s;
-    QSqlQuery q = m_db.exec(QStringLiteral("SELECT u.id, u.username, u.display_name FROM sessions s"
-                                           " JOIN users u ON u.id = s.user_id WHERE s.token = ? AND s.created > ?"),
-                            {PasswordHash::tokenDigest(token), sessionCutoff()});
-    if (q.next()) {
-        s.userId = q.value(0).toInt();
-        s.username = q.value(1).toString();
-        s.displayName = q.value(2).toString();
-        s.token = token;
-    }
+    const QString digest = PasswordHash::tokenDigest(token);
+    const qint64 nowMs = QDateTime::currentMSecsSinceEpoch();
+    SessionCache::Entry cached;
+    if (m_sessions.find(digest, nowMs / 1000, nowMs, &cached))
+        return Session{cached.userId, cached.username, cached.displayName, token};
+    const quint64 generation = m_sessions.generation();
+    m_db.eachRow(QStringLiteral("SELECT u.id, u.username, u.display_name, s.created FROM sessions s"
+                                " JOIN users u ON u.id = s.user_id WHERE s.token = ? AND s.created > ?"),
+                 {digest, sessionCutoff()}, [&](const QSqlQuery &q) {
+                     s.userId = q.value(0).toInt();
+                     s.username = q.value(1).toString();
+                     s.displayName = q.value(2).toString();
+                     s.token = token;
+                     cached.createdSecs = QDateTime::fromString(q.value(3).toString(), Qt::ISODate).toSecsSinceEpoch();
+                 });
+    if (s.userId != 0)
+        m_sessions.store(digest, SessionCache::Entry{s.userId, s.username, s.displayName, cached.createdSecs, nowMs},
+                         generation);
     return s;
 }
 
@@ -184,16 +199,18 @@ AccountStore::EnterpriseSession AccountStore::enterpriseSession(const QString &t
     if (token.isEmpty() || parentSession.isEmpty())
         return s;
     const QString digest = PasswordHash::tokenDigest(token);
-    QSqlQuery q = m_db.exec(
-        QStringLiteral("SELECT e.user_id, e.enterprise_id, e.last_used FROM enterprise_sessions e"
-                       " JOIN sessions s ON s.token = e.parent_session"
-                       " WHERE e.token = ? AND e.parent_session = ? AND s.created > ? AND e.last_used > ?"),
-        {digest, PasswordHash::tokenDigest(parentSession), sessionCutoff(), idleCutoff()});
-    if (!q.next())
-        return s;
-    s.userId = q.value(0).toInt();
-    s.enterpriseId = q.value(1).toInt();
-    touchEnterpriseSession(digest, q.value(2).toString());
+    QString lastUsed;
+    m_db.eachRow(QStringLiteral("SELECT e.user_id, e.enterprise_id, e.last_used FROM enterprise_sessions e"
+                                " JOIN sessions s ON s.token = e.parent_session"
+                                " WHERE e.token = ? AND e.parent_session = ? AND s.created > ? AND e.last_used > ?"),
+                 {digest, PasswordHash::tokenDigest(parentSession), sessionCutoff(), idleCutoff()},
+                 [&](const QSqlQuery &q) {
+                     s.userId = q.value(0).toInt();
+                     s.enterpriseId = q.value(1).toInt();
+                     lastUsed = q.value(2).toString();
+                 });
+    if (s.userId != 0)
+        touchEnterpriseSession(digest, lastUsed);
     return s;
 }
 
@@ -222,6 +239,22 @@ QString AccountStore::enterpriseTokenOf(const QString &parentSession, int userId
     return nonce.isEmpty() ? QString() : enterpriseToken(parentSession, nonce, kind);
 }
 
+QHash<QPair<QString, int>, QString> AccountStore::enterpriseTokensOf(const QString &parentSession, int userId)
+{
+    QHash<QPair<QString, int>, QString> tokens;
+    if (parentSession.isEmpty())
+        return tokens;
+    m_db.eachRow(QStringLiteral("SELECT kind, enterprise_id, nonce FROM enterprise_sessions WHERE parent_session = ?"
+                                " AND user_id = ? AND last_used > ? ORDER BY created DESC, rowid DESC"),
+                 {PasswordHash::tokenDigest(parentSession), userId, idleCutoff()}, [&](const QSqlQuery &q) {
+                     const QString kind = q.value(0).toString();
+                     const QPair<QString, int> key(kind, q.value(1).toInt());
+                     if (!tokens.contains(key))
+                         tokens.insert(key, enterpriseToken(parentSession, q.value(2).toString(), kind));
+                 });
+    return tokens;
+}
+
 void AccountStore::purgeExpired()
 {
     m_db.exec(QStringLiteral("DELETE FROM sessions WHERE created <= ?"), {sessionCutoff()});
@@ -241,11 +274,11 @@ AccountStore::Role AccountStore::role(int enterpriseId, int userId)
 QList<AccountStore::Membership> AccountStore::memberships(int userId)
 {
     QList<Membership> list;
-    QSqlQuery q = m_db.exec(QStringLiteral("SELECT e.id, e.name, m.role FROM members m JOIN enterprises e"
-                                           " ON e.id = m.enterprise_id WHERE m.user_id = ? ORDER BY e.id"),
-                            {userId});
-    while (q.next())
-        list.append(Membership{q.value(0).toInt(), q.value(1).toString(), roleFromName(q.value(2).toString())});
+    m_db.eachRow(QStringLiteral("SELECT e.id, e.name, m.role FROM members m JOIN enterprises e"
+                                " ON e.id = m.enterprise_id WHERE m.user_id = ? ORDER BY e.id"),
+                 {userId}, [&](const QSqlQuery &q) {
+                     list.append(Membership{q.value(0).toInt(), q.value(1).toString(), roleFromName(q.value(2).toString())});
+                 });
     return list;
 }
 

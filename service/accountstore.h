@@ -1,7 +1,11 @@
 #pragma once
+#include <QHash>
 #include <QList>
+#include <QPair>
 #include <QByteArray>
 #include <QString>
+
+#include "sessioncache.h"
 
 #include <mutex>
 
@@ -46,6 +50,8 @@ public:
     int verify(const QString &username, const QString &password);
     Session openSession(int userId);
     void closeSession(const QString &token);
+    // Forgets the cached copy of a session once its close has committed.
+    void forgetSession(const QString &token);
     // userId 0 when the token is unknown.
     Session session(const QString &token);
 
@@ -62,6 +68,8 @@ public:
     // `userId`'s enterprise session of this Korvane session for `enterpriseId`, if any.
     QString enterpriseTokenOf(const QString &parentSession, int userId, int enterpriseId,
                               const QString &kind = QStringLiteral("pri"));
+    // All of enterpriseTokenOf for this session at once, by kind and enterprise id.
+    QHash<QPair<QString, int>, QString> enterpriseTokensOf(const QString &parentSession, int userId);
     // Drops expired logins; run inside a write.
     void purgeExpired();
 
@@ -82,4 +90,5 @@ private:
     PasswordHasher &m_hasher;
     std::once_flag m_dummyOnce;
     QByteArray m_dummy;
+    SessionCache m_sessions{qint64(SessionDays) * 86400};
 };

@@ -86,6 +86,7 @@ void BillCatalog::load()
     for (const BillStore::Bill &bill : store.allBills())
         m_index.add(recordOf(bill));
     m_index.build();
+    releaseFreedMemory(m_index.size());
 }
 
 void BillCatalog::added(const QVector<qint64> &ids)

@@ -212,9 +212,10 @@ int BillStore::createProject(const Project &p)
 
 BillStore::Project BillStore::project(int id)
 {
-    QSqlQuery q = m_db.exec(QStringLiteral("SELECT ") + kProjectColumns + QStringLiteral(" FROM projects WHERE id = ?"),
-                            {id});
-    return q.next() ? projectFrom(q) : Project();
+    Project p;
+    m_db.eachRow(QStringLiteral("SELECT ") + kProjectColumns + QStringLiteral(" FROM projects WHERE id = ?"), {id},
+                 [&](const QSqlQuery &q) { p = projectFrom(q); });
+    return p;
 }
 
 QList<BillStore::Project> BillStore::projects(int tier, int owner, int gcType, const QString &keyword)
@@ -242,8 +243,10 @@ qint64 BillStore::insertBill(const Bill &b)
 
 BillStore::Bill BillStore::bill(qint64 id)
 {
-    QSqlQuery q = m_db.exec(QStringLiteral("SELECT ") + kBillColumns + QStringLiteral(" FROM bills WHERE id = ?"), {id});
-    return q.next() ? billFrom(q) : Bill();
+    Bill b;
+    m_db.eachRow(QStringLiteral("SELECT ") + kBillColumns + QStringLiteral(" FROM bills WHERE id = ?"), {id},
+                 [&](const QSqlQuery &q) { b = billFrom(q); });
+    return b;
 }
 
 QVector<BillStore::Bill> BillStore::allBills()

@@ -34,8 +34,10 @@ ServiceDb::~ServiceDb()
     std::lock_guard<std::mutex> lock(m_connectionsMutex);
     // removeDatabase closes each connection; asking for the handle of another
     // thread's connection is not allowed, so none is taken here.
-    for (const Entry &entry : qAsConst(m_connections))
+    for (const Entry &entry : qAsConst(m_connections)) {
+        entry.statements->clear();
         QSqlDatabase::removeDatabase(entry.name);
+    }
     m_connections.clear();
 }
 
@@ -106,13 +108,14 @@ QSqlDatabase ServiceDb::connection()
             // A lost connection is replaced once its transaction has ended.
             if (!it->broken || it->inTransaction)
                 return QSqlDatabase::database(it->name, false);
+            it->statements->clear();
             QSqlDatabase::removeDatabase(it->name);
             m_connections.erase(it);
         }
         dropDeadThreadConnections();
         name = m_prefix + QString::number(reinterpret_cast<quintptr>(thread), 16) + QLatin1Char('_')
             + QString::number(++s_instanceCounter);
-        m_connections.insert(thread, Entry{QPointer<QThread>(thread), name, false, false});
+        m_connections.insert(thread, Entry{QPointer<QThread>(thread), name, false, false, std::make_shared<StatementCache>()});
     }
     return openConnection(name);
 }
@@ -149,6 +152,7 @@ void ServiceDb::dropDeadThreadConnections()
     // gone, so nothing can use the connection any more.
     for (auto it = m_connections.begin(); it != m_connections.end();) {
         if (it->thread.isNull()) {
+            it->statements->clear();
             QSqlDatabase::removeDatabase(it->name);
             it = m_connections.erase(it);
         } else {
@@ -180,6 +184,7 @@ void ServiceDb::releaseThreadConnection()
     if (it == m_connections.end())
         return;
     const QString name = it->name;
+    it->statements->clear();
     m_connections.erase(it);
     QSqlDatabase::removeDatabase(name);
 }
@@ -253,8 +258,80 @@ void ServiceDb::execSchema(const QString &sql)
 
 QVariant ServiceDb::scalar(const QString &sql, const QVariantList &values, const QVariant &fallback)
 {
-    QSqlQuery query = exec(sql, values);
-    return query.next() ? query.value(0) : fallback;
+    QVariant result = fallback;
+    runStatement(sql, values, [&](QSqlQuery &query) {
+        if (query.next())
+            result = query.value(0);
+    });
+    return result;
+}
+
+void ServiceDb::eachRow(const QString &sql, const QVariantList &values, const std::function<void(const QSqlQuery &)> &row)
+{
+    runStatement(sql, values, [&](QSqlQuery &query) {
+        while (query.next())
+            row(query);
+    });
+}
+
+std::shared_ptr<ServiceDb::Statement> ServiceDb::statement(const QString &sql)
+{
+    const QSqlDatabase db = connection();
+    std::shared_ptr<StatementCache> cache;
+    {
+        QMutexLocker lock(&m_connectionsMutex);
+        cache = m_connections.value(QThread::currentThread()).statements;
+    }
+    std::shared_ptr<Statement> &cached = (*cache)[sql];
+    // A statement still being read further up this thread's stack (a
+    // recursive walk) is left alone: this use gets one of its own.
+    if (cached && !cached->busy)
+        return cached;
+    auto fresh = std::make_shared<Statement>(Statement{QSqlQuery(db), false});
+    fresh->query.setForwardOnly(true);
+    if (!fresh->query.prepare(sql)) {
+        const QSqlError error = fresh->query.lastError();
+        if (!cached)
+            cache->remove(sql);
+        throw dbError(sql, error);
+    }
+    if (!cached)
+        cached = fresh;
+    return fresh;
+}
+
+void ServiceDb::runStatement(const QString &sql, const QVariantList &values, const std::function<void(QSqlQuery &)> &use)
+{
+    std::shared_ptr<Statement> kept;
+    // As in exec(): once more on a new connection when this one was lost.
+    for (int attempt = 0; attempt < 2 && !kept; ++attempt) {
+        const std::shared_ptr<Statement> candidate = statement(sql);
+        QSqlQuery &query = candidate->query;
+        for (int i = 0; i < values.size(); ++i)
+            query.bindValue(i, values.at(i).type() == QVariant::String && values.at(i).toString().isNull()
+                                   ? QVariant(QStringLiteral(""))
+                                   : values.at(i));
+        if (query.exec()) {
+            kept = candidate;
+            break;
+        }
+        const QSqlError error = query.lastError();
+        query.finish();
+        if (attempt > 0 || !lostConnection(error) || !markBroken())
+            throw dbError(sql, error);
+    }
+    Statement &statement = *kept;
+    statement.busy = true;
+    struct Release {
+        Statement &s;
+        ~Release()
+        {
+            // Resetting ends the statement's read of the database.
+            s.query.finish();
+            s.busy = false;
+        }
+    } release{statement};
+    use(statement.query);
 }
 
 void ServiceDb::write(const std::function<void()> &body)

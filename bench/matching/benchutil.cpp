@@ -1,10 +1,18 @@
 #include "benchutil.h"
 
+#include <service/matching/billindex.h>
+
+#include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <algorithm>
 #include <ctime>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 namespace {
 
@@ -55,4 +63,27 @@ double BenchUtil::threadCpuMs()
     timespec ts{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
     return ts.tv_sec * 1e3 + ts.tv_nsec / 1e6;
+}
+
+void BenchUtil::releaseFreedMemory()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
+quint64 BenchUtil::corpusChecksum(quint64 sum, const BillRecord &r)
+{
+    const QString fields = QString::number(r.id) + r.code + r.name + r.unit + r.features + r.workContent + r.projectId
+                           + r.quotaNames.join(QLatin1Char('|'));
+    return sum * 1000003u ^ qHash(fields, 7);
+}
+
+qint64 BenchUtil::directoryBytes(const QString &path)
+{
+    qint64 bytes = 0;
+    QDirIterator it(path, QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        bytes += QFileInfo(it.next()).size();
+    return bytes;
 }

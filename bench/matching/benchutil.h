@@ -2,6 +2,8 @@
 #include <QString>
 #include <QVector>
 
+struct BillRecord;
+
 // Small helpers shared by the matching benchmarks.
 class BenchUtil
 {
@@ -15,4 +17,11 @@ public:
     // CPU time of the calling thread in milliseconds: on a shared machine it
     // leaves out the time other processes held the core.
     static double threadCpuMs();
+    // Returns freed heap memory to the system, as the service does after
+    // large changes, so that RSS shows what is in use.
+    static void releaseFreedMemory();
+    // Folds a bill's fields into `sum`: equal sums, equal corpora.
+    static quint64 corpusChecksum(quint64 sum, const BillRecord &r);
+    // Size of the files under `path`.
+    static qint64 directoryBytes(const QString &path);
 };

@@ -56,9 +56,13 @@ void BillIndex::build()
     pending = std::vector<BillRecord>();
 
     const std::shared_ptr<const BillIndexData> old = current();
+    // Arrays grown by a tenth or more carry much spare room; a compact copy
+    // costs one more copy of the index (smaller builds copy it next time).
+    bool grown = staged.size() * 10 >= size_t(old->size());
     auto next = std::make_shared<BillIndexData>(*old);
     next->apply(std::move(staged), removals);
     if (next->wantsCompaction()) {
+        grown = true;
         auto fresh = std::make_shared<BillIndexData>();
         fresh->setBudget(next->budget());
         fresh->setWeights(next->weights());
@@ -67,6 +71,8 @@ void BillIndex::build()
     }
     if (next->normsStale())
         next->install(next->freshNorms());
+    if (grown)
+        next->shrink();
     publish(std::move(next));
 }
 

@@ -86,16 +86,55 @@ int BillIndexData::intern(QHash<QString, int> &table, const QString &key)
 
 void BillIndexData::eraseId(qint64 id)
 {
-    auto it = m_byId.find(id);
-    if (it == m_byId.end())
+    uint32_t doc = kNoDoc;
+    const auto fresh = m_newIds.find(id);
+    if (fresh != m_newIds.end()) {
+        doc = fresh->second;
+        m_newIds.erase(fresh);
+    } else {
+        const auto it = std::lower_bound(m_idKeys.begin(), m_idKeys.end(), id);
+        if (it == m_idKeys.end() || *it != id)
+            return;
+        uint32_t &slot = m_idDocs[size_t(it - m_idKeys.begin())];
+        doc = slot;
+        slot = kNoDoc;
+    }
+    if (doc == kNoDoc)
         return;
-    Doc &d = m_docs[it->second];
+    Doc &d = m_docs[doc];
     if (!d.deleted) {
         d.deleted = true;
-        m_flags[it->second] |= kDeleted;
+        m_flags[doc] |= kDeleted;
         --m_live;
     }
-    m_byId.erase(it);
+}
+
+void BillIndexData::mergeNewIds()
+{
+    std::vector<std::pair<qint64, uint32_t>> added(m_newIds.begin(), m_newIds.end());
+    m_newIds.clear();
+    std::sort(added.begin(), added.end());
+    std::vector<qint64> keys;
+    std::vector<uint32_t> docs;
+    keys.reserve(m_idKeys.size() + added.size());
+    docs.reserve(m_idKeys.size() + added.size());
+    // An id indexed again had its old entry removed (kNoDoc) by eraseId.
+    size_t i = 0, j = 0;
+    while (i < m_idKeys.size() || j < added.size()) {
+        if (j == added.size() || (i < m_idKeys.size() && m_idKeys[i] < added[j].first)) {
+            if (m_idDocs[i] != kNoDoc) {
+                keys.push_back(m_idKeys[i]);
+                docs.push_back(m_idDocs[i]);
+            }
+            ++i;
+        } else {
+            keys.push_back(added[j].first);
+            docs.push_back(added[j].second);
+            ++j;
+        }
+    }
+    m_idKeys.swap(keys);
+    m_idDocs.swap(docs);
 }
 
 BillIndexData::Staged BillIndexData::stage(const BillRecord &r)
@@ -156,7 +195,7 @@ void BillIndexData::index(Staged &r)
 
     if (d.code)
         m_byCode[d.code].push_back(docNo);
-    m_byId[r.id] = docNo;
+    m_newIds[r.id] = docNo;
     m_docs.push_back(d);
     m_flags.push_back(d.source);
     m_codes.push_back(d.code);
@@ -180,6 +219,7 @@ void BillIndexData::apply(std::vector<Staged> staged, const std::vector<qint64> 
     const size_t before = m_docs.size();
     for (Staged &r : staged)
         index(r);
+    mergeNewIds();
     if (m_quotaInfo.size() != m_stepsAt)
         computeFamilySteps();
 
@@ -210,6 +250,14 @@ void BillIndexData::install(Norms norms)
     // Bills applied meanwhile keep the norms apply() gave them.
     std::copy(norms.norm.begin(), norms.norm.end(), m_norm.begin());
     m_normsAt = norms.at;
+}
+
+void BillIndexData::shrink()
+{
+    // A copy allocates every array at its size, one after another; the
+    // grown originals, interleaved with the build's temporaries, go at once.
+    BillIndexData compact(*this);
+    *this = std::move(compact);
 }
 
 std::vector<BillIndexData::Staged> BillIndexData::liveDocs() const

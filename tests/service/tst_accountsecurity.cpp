@@ -4,6 +4,7 @@
 #include <service/passwordhash.h>
 #include <service/servicedb.h>
 #include <service/serviceerror.h>
+#include <service/sessioncache.h>
 
 #include <QPasswordDigestor>
 
@@ -177,6 +178,67 @@ private slots:
             const QFile::Permissions p = QFile::permissions(dataDir() + "/velora-cloud.db" + suffix);
             QCOMPARE(p & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther), QFile::Permissions());
         }
+    }
+
+    // A session read moments ago is answered from memory; each row is a way
+    // that answer must stop.
+    void sessionCacheEntry_data()
+    {
+        QTest::addColumn<qint64>("createdAgoSecs");
+        QTest::addColumn<qint64>("readAgoMs");
+        QTest::addColumn<QString>("between"); // "", "drop", "drop other", "drop before store"
+        QTest::addColumn<bool>("hit");
+        const qint64 life = 30 * 86400;
+        QTest::newRow("fresh") << qint64(60) << qint64(0) << "" << true;
+        QTest::newRow("read just under a second ago") << qint64(60) << qint64(999) << "" << true;
+        QTest::newRow("read a second ago") << qint64(60) << qint64(1000) << "" << false;
+        QTest::newRow("clock went back") << qint64(60) << qint64(-5) << "" << false;
+        QTest::newRow("one second short of its life") << life - 1 << qint64(0) << "" << true;
+        QTest::newRow("at the end of its life") << life << qint64(0) << "" << false;
+        QTest::newRow("logged out") << qint64(60) << qint64(0) << "drop" << false;
+        QTest::newRow("another session logged out") << qint64(60) << qint64(0) << "drop other" << true;
+        QTest::newRow("logged out while it was read") << qint64(60) << qint64(0) << "drop before store" << false;
+    }
+
+    void sessionCacheEntry()
+    {
+        QFETCH(qint64, createdAgoSecs);
+        QFETCH(qint64, readAgoMs);
+        QFETCH(QString, between);
+        QFETCH(bool, hit);
+        const qint64 nowMs = 1700000000000;
+        SessionCache cache(30 * 86400);
+        const quint64 generation = cache.generation();
+        if (between == "drop before store")
+            cache.drop("d1");
+        cache.store("d1", SessionCache::Entry{7, "demo", "演示", nowMs / 1000 - createdAgoSecs, nowMs - readAgoMs}, generation);
+        if (between == "drop")
+            cache.drop("d1");
+        if (between == "drop other")
+            cache.drop("d2");
+        SessionCache::Entry found;
+        QCOMPARE(cache.find("d1", nowMs / 1000, nowMs, &found), hit);
+        if (hit)
+            QCOMPARE(found.userId, 7);
+    }
+
+    // Through the service: a session just used (and so remembered) ends with
+    // its own logout at once, and only with its own.
+    void loggedOutSessionRefusedAtOnce_data()
+    {
+        QTest::addColumn<QString>("loggingOut");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("own logout") << "demo" << 2;
+        QTest::newRow("another user's logout") << "zhangsan" << 0;
+    }
+
+    void loggedOutSessionRefusedAtOnce()
+    {
+        QFETCH(QString, loggingOut);
+        QFETCH(int, expected);
+        QCOMPARE(cloudjson::code(send("kv_token_user", method("getBZQDKList"), session)), 0);
+        QCOMPARE(cloudjson::code(send("kv_token", method("logout"), sessionOf(loggingOut))), 0);
+        QCOMPARE(cloudjson::code(send("kv_token_user", method("getBZQDKList"), session)), expected);
     }
 
     void defaultCostIsInteractive()
