@@ -279,7 +279,7 @@ std::shared_ptr<ServiceDb::Statement> ServiceDb::statement(const QString &sql)
     const QSqlDatabase db = connection();
     std::shared_ptr<StatementCache> cache;
     {
-        QMutexLocker lock(&m_connectionsMutex);
+        std::lock_guard<std::mutex> lock(m_connectionsMutex);
         cache = m_connections.value(QThread::currentThread()).statements;
     }
     std::shared_ptr<Statement> &cached = (*cache)[sql];
