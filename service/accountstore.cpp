@@ -153,7 +153,10 @@ AccountStore::Session AccountStore::session(const QString &token)
     const QString digest = PasswordHash::tokenDigest(token);
     const qint64 nowMs = QDateTime::currentMSecsSinceEpoch();
     SessionCache::Entry cached;
-    if (m_sessions.find(digest, nowMs / 1000, nowMs, &cached))
+    // A shared database may have seen a logout through another instance:
+    // only a store of this process alone trusts its recent reads.
+    const bool cacheable = !m_db.dialect().isPostgres();
+    if (cacheable && m_sessions.find(digest, nowMs / 1000, nowMs, &cached))
         return Session{cached.userId, cached.username, cached.displayName, token};
     const quint64 generation = m_sessions.generation();
     m_db.eachRow(QStringLiteral("SELECT u.id, u.username, u.display_name, s.created FROM sessions s"
@@ -165,7 +168,7 @@ AccountStore::Session AccountStore::session(const QString &token)
                      s.token = token;
                      cached.createdSecs = QDateTime::fromString(q.value(3).toString(), Qt::ISODate).toSecsSinceEpoch();
                  });
-    if (s.userId != 0)
+    if (cacheable && s.userId != 0)
         m_sessions.store(digest, SessionCache::Entry{s.userId, s.username, s.displayName, cached.createdSecs, nowMs},
                          generation);
     return s;

@@ -6,9 +6,9 @@
 
 // Korvane sessions recently read from the database, keyed by token digest, so
 // that a request does not read its session row again. A logout drops its
-// entry (after its commit); an entry is trusted for a second only, since
-// another instance on the same database may end the session; the session's
-// life is checked against its creation time on every hit.
+// entry (after its commit); an entry is trusted for a second only; the
+// session's life is checked against its creation time on every hit. Stores
+// shared by several instances do not use it.
 class SessionCache
 {
 public:
