@@ -94,8 +94,13 @@ bool CloudBusiness::RequestSimilarBillPrices(BaseDataItem *item, LtdInfo *server
         return false;
     QJsonObject fields = billFields(*item);
     fields.insert(QStringLiteral("matchNum"), matchNum);
-    const QJsonObject reply =
-        CloudEnvelope::send(CloudEnvelope::tiered(QStringLiteral("getsimilarbillprices"), *server, fields));
+    return TakeSimilarBillPrices(
+        CloudEnvelope::send(CloudEnvelope::tiered(QStringLiteral("getsimilarbillprices"), *server, fields)), bills,
+        error);
+}
+
+bool CloudBusiness::TakeSimilarBillPrices(const QJsonObject &reply, QStringList &bills, QString *error)
+{
     if (!succeeded(reply)) {
         if (error)
             *error = reply.value(QStringLiteral("msg")).toString();

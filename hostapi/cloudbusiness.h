@@ -32,6 +32,9 @@ public:
     // refused; `error` then holds the cloud's message (empty when unanswered).
     static bool RequestSimilarBillPrices(BaseDataItem *item, LtdInfo *server, int matchNum, QStringList &bills,
                                          QString *error = nullptr);
+    // The bills of a "getsimilarbillprices" reply as RequestSimilarBillPrices
+    // gives them; `bills` and `error` must come in cleared.
+    static bool TakeSimilarBillPrices(const QJsonObject &reply, QStringList &bills, QString *error = nullptr);
     // The specialty of `bill` in the information quota books: the first two
     // digits of its national bill code (the measure code for a measure bill);
     // empty for a self-made bill or a code that is no such number.

@@ -98,7 +98,11 @@ LtdInfo *ServerRegistry::entryNamed(const QString &name) const
 
 bool ServerRegistry::refresh()
 {
-    const QJsonObject reply = send(hostRequest(QStringLiteral("getserverlist"), KvToken));
+    return take(send(hostRequest(QStringLiteral("getserverlist"), KvToken)));
+}
+
+bool ServerRegistry::take(const QJsonObject &reply)
+{
     if (!failureText(reply).isEmpty())
         return false;
     QList<LtdInfo *> list;

@@ -2,6 +2,7 @@
 #include "ltdinfo.h"
 
 #include <QHash>
+#include <QJsonObject>
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -25,6 +26,8 @@ public:
     // Asks the cloud for the list (host-only method); false when it failed,
     // and the last good list stays.
     bool refresh();
+    // Takes in a "getserverlist" reply as refresh() does.
+    bool take(const QJsonObject &reply);
 
     // Logins. On failure the returned text is the message to show; empty on
     // success. Success updates entries and announces it on staticPriLoginObj.

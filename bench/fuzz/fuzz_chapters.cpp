@@ -24,7 +24,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const CloudReply reply = CloudReply::parse(FuzzSupport::bytes(data, size));
     for (const QJsonValue &library : reply.dataArray())
         library.toObject().value(QStringLiteral("id")).toVariant().toString();
-    ChapterTreeModel model;
+    // One model for the run, as the wizard keeps one: filling the top level
+    // replaces the whole tree, and building the model loads its icons.
+    static ChapterTreeModel model;
     model.fill(nullptr, reply.dataArray());
     if (model.rowCount() > 0) {
         QDTreeItem *first = model.itemForIndex(model.index(0, 0));

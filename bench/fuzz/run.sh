@@ -33,14 +33,18 @@ fi
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 mkdir -p "$here/crashes"
 results="$here/RESULTS.md"
-{
-  echo "# Fuzzing figures"
-  echo
-  echo "Written by bench/fuzz/run.sh on $(date -u '+%Y-%m-%d %H:%M UTC'), $(nproc) cores, RUNS=$runs${MAX_TIME:+, MAX_TIME=$MAX_TIME s}, leak check ${LEAKS:-1}."
-  echo
-  echo "| target | executions | exec/s | coverage (edges) | features | corpus in | crashes |"
-  echo "|---|---|---|---|---|---|---|"
-} >"$results.new"
+# Replaces the target's row of the table in RESULTS.md (or adds it after the
+# table's last row); the prose around the table stays.
+record() {
+  local t=$1 row=$2
+  awk -v t="| $t |" -v row="$row" '
+    index($0, t) == 1 { print row; done = 1; next }
+    /^\|/ { intable = 1 }
+    !/^\|/ && intable && !done { print row; done = 1; intable = 0 }
+    { print }
+    END { if (!done) print row }' "$results" >"$results.new"
+  mv "$results.new" "$results"
+}
 status=0
 for t in "${targets[@]}"; do
   corpus="$here/corpus/$t"
@@ -63,9 +67,9 @@ for t in "${targets[@]}"; do
     status=1
     tail -40 "$log"
   fi
-  echo "| $t | $execs | $speed | $cov | $ft | $seeds | $crashes |" >>"$results.new"
+  found=$(find "$work" -type f ! -name log | wc -l)
+  record "$t" "| $t | $execs | $speed | $cov | $ft | $seeds + $found | $crashes | $(date -u '+%Y-%m-%d %H:%M') | ${LEAKS:-1} |"
   echo "fuzz_$t: $execs runs, $speed/s, cov $cov, rc $rc"
   rm -rf "$work"
 done
-mv "$results.new" "$results"
 exit $status
