@@ -5,6 +5,8 @@
 // table and charts) and the total time.
 //
 //   QT_QPA_PLATFORM=offscreen build-dev/bench/pricecheckreport/bench_pricecheckreport [bills]
+#include "../host/benchsetup.h"
+
 #include <mainwindow.h>
 #include <pricecheckreporthost.h>
 #include <pricecheckreportmodel.h>
@@ -33,28 +35,6 @@
 #include <cstdio>
 
 namespace {
-// The sample project's bills repeated until there are `count`.
-QByteArray generatedProject(int count)
-{
-    QFile file(ProjectDocument::samplePath());
-    file.open(QIODevice::ReadOnly);
-    QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
-    QJsonArray source;
-    for (const QJsonValue &table : root.value("tables").toArray())
-        for (const QJsonValue &section : table.toObject().value("items").toArray())
-            for (const QJsonValue &bill : section.toObject().value("children").toArray())
-                if (bill.toObject().value("kind").toInt() == 4)
-                    source.append(bill);
-    QJsonArray bills;
-    for (int i = 0; i < count; ++i) {
-        QJsonObject bill = source.at(i % source.size()).toObject();
-        bill.insert("id", 100000 + i);
-        bills.append(bill);
-    }
-    root.insert("tables", QJsonArray{QJsonObject{{"kind", 3001}, {"name", "分部分项工程"}, {"items", bills}}});
-    return QJsonDocument(root).toJson();
-}
-
 bool login()
 {
     QJsonObject request{{"cmd", "cloudSoft"}, {"app_type", 16}, {"orgin_token", KvToken},
@@ -81,7 +61,7 @@ int main(int argc, char **argv)
     }
     ProjectDocument project;
     QString error;
-    if (!project.load(generatedProject(count), &error)) {
+    if (!project.load(BenchSetup::generatedProject(count), &error)) {
         std::fprintf(stderr, "%s\n", qPrintable(error));
         return 1;
     }
