@@ -1,11 +1,14 @@
 #include "backgroundrun.h"
 
-#include <QMetaObject>
 #include <QThread>
 
 #include <memory>
 
-BackgroundRun::BackgroundRun(QObject *parent) : QObject(parent) {}
+BackgroundRun::BackgroundRun(QObject *parent) : QObject(parent)
+{
+    connect(this, &BackgroundRun::progressPending, this, &BackgroundRun::showProgress, Qt::QueuedConnection);
+    connect(this, &BackgroundRun::endPending, this, &BackgroundRun::threadDone, Qt::QueuedConnection);
+}
 
 BackgroundRun::~BackgroundRun()
 {
@@ -39,23 +42,33 @@ void BackgroundRun::startJob(Job job)
             const int percent = total > 0 ? int(qint64(done) * 100 / total) : 100;
             if (shown->exchange(percent) == percent)
                 return true;
-            QMetaObject::invokeMethod(this, [this, run, done, total] {
-                if (m_run == run && !m_cancel)
-                    emit progress(done, total);
-            }, Qt::QueuedConnection);
+            m_done = done;
+            m_total = total;
+            m_progressRun = run;
+            emit progressPending(QPrivateSignal());
             return true;
         };
-        const bool complete = job(step);
-        QMetaObject::invokeMethod(this, [this, run, complete] { threadDone(run, complete); }, Qt::QueuedConnection);
+        m_complete = job(step);
+        m_endRun = run;
+        emit endPending(QPrivateSignal());
     });
     m_thread->start();
 }
 
-void BackgroundRun::threadDone(unsigned run, bool complete)
+void BackgroundRun::showProgress()
 {
-    if (run != m_run)
+    if (m_progressRun == m_run && !m_cancel)
+        emit progress(m_done, m_total);
+}
+
+void BackgroundRun::threadDone()
+{
+    // Each end is taken once; that of a run replaced by a newer one is
+    // dropped.
+    const unsigned ended = m_endRun.exchange(0);
+    if (ended == 0 || ended != m_run)
         return;
-    if (!complete || m_cancel) {
+    if (!m_complete || m_cancel) {
         emit cancelled();
         return;
     }

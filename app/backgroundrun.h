@@ -29,6 +29,10 @@ signals:
     void progress(int done, int total);
     void finished();
     void cancelled();
+    // Queued to the GUI thread and empty: the thread sanitizer cannot see a
+    // posted event's hand-over, so what they announce travels in atomics.
+    void progressPending(QPrivateSignal);
+    void endPending(QPrivateSignal);
 
 protected:
     void startJob(Job job);
@@ -38,9 +42,15 @@ protected:
 
 private:
     void stopThread();
-    void threadDone(unsigned run, bool complete);
+    void showProgress();
+    void threadDone();
 
     QThread *m_thread = nullptr;
     std::atomic<bool> m_cancel{false};
     std::atomic<unsigned> m_run{0};
+    std::atomic<int> m_done{0};
+    std::atomic<int> m_total{0};
+    std::atomic<unsigned> m_progressRun{0};
+    std::atomic<bool> m_complete{false};
+    std::atomic<unsigned> m_endRun{0};
 };
