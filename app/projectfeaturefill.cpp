@@ -27,7 +27,9 @@ ProjectFeatureFill::Summary ProjectFeatureFill::run(const QList<BaseDataItem *> 
             ++summary.skipped;
             continue;
         }
-        const QString text = bestText(bill, summary);
+        // A server that did not answer is not asked again: each try could
+        // wait out the whole time-out.
+        const QString text = summary.unanswered ? QString() : bestText(bill, summary);
         if (text.isEmpty()) {
             ++summary.unmatched;
             continue;
@@ -47,6 +49,7 @@ QString ProjectFeatureFill::bestText(BaseDataItem *bill, Summary &summary) const
     params.setPageSize(1);
     QJsonObject reply;
     const bool answered = CloudBusiness::MatchQdtz(bill, params, m_server, reply, m_sourceMask, m_projectIds);
+    summary.unanswered = !answered;
     if (!answered || reply.value(QStringLiteral("code")).toInt() != 0) {
         if (summary.refusal.isEmpty())
             summary.refusal = answered ? reply.value(QStringLiteral("msg")).toString() : QStringLiteral("云端未响应");

@@ -21,6 +21,7 @@ public:
         int unmatched = 0;
         int skipped = 0;
         bool cancelled = false;
+        bool unanswered = false; // the rest of the bills were not asked
         // Why the first refused or unanswered match failed ("msg" or "云端未响应").
         QString refusal;
     };
