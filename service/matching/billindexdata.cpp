@@ -163,12 +163,13 @@ void BillIndexData::index(Staged &r)
     d.source = r.source;
     d.code = r.code;
     d.unit = r.unit.isEmpty() ? 0 : uint16_t(intern(m_units, r.unit) + 1);
-    d.scope = r.scope.isEmpty() ? -1 : intern(m_scopes, r.scope);
-    if (!r.project.isEmpty()) {
-        d.project = intern(m_projects, r.project);
-        if (size_t(d.project) >= m_projectDocs.size())
-            m_projectDocs.resize(size_t(d.project) + 1);
-        m_projectDocs[size_t(d.project)].push_back(docNo);
+    m_scopeOf.push_back(r.scope.isEmpty() ? -1 : intern(m_scopes, r.scope));
+    m_projectOf.push_back(r.project.isEmpty() ? -1 : intern(m_projects, r.project));
+    if (m_projectOf.back() >= 0) {
+        const size_t project = size_t(m_projectOf.back());
+        if (project >= m_projectDocs.size())
+            m_projectDocs.resize(project + 1);
+        m_projectDocs[project].push_back(docNo);
     }
 
     d.textBegin = m_text.size();
@@ -284,8 +285,8 @@ std::vector<BillIndexData::Staged> BillIndexData::liveDocs() const
         s.source = d.source;
         s.code = d.code;
         s.unit = d.unit ? units[d.unit - 1] : QString();
-        s.scope = d.scope >= 0 ? scopes[size_t(d.scope)] : QString();
-        s.project = d.project >= 0 ? projects[size_t(d.project)] : QString();
+        s.scope = m_scopeOf[docNo] >= 0 ? scopes[size_t(m_scopeOf[docNo])] : QString();
+        s.project = m_projectOf[docNo] >= 0 ? projects[size_t(m_projectOf[docNo])] : QString();
         s.text = QString::fromUtf16(m_text.data() + d.textBegin, int(d.textLen));
         s.terms = BillText::terms(BillText::stripLabels(s.text));
         const uint32_t to = docNo + 1 < m_quotaStart.size() ? m_quotaStart[docNo + 1] : uint32_t(m_quotaRefs.size());
@@ -356,10 +357,10 @@ bool BillIndexData::passes(const Prepared &p, uint32_t doc) const
         return false;
     if (!p.projectFilter && !p.scopeFilter && p.keyword.isEmpty())
         return true;
-    const Doc &d = m_docs[doc];
-    if (p.projectFilter && d.source == 2 && !std::binary_search(p.projects.begin(), p.projects.end(), d.project))
+    if (p.projectFilter && flags == 2
+        && !std::binary_search(p.projects.begin(), p.projects.end(), m_projectOf[doc]))
         return false;
-    if (p.scopeFilter && !std::binary_search(p.scopes.begin(), p.scopes.end(), d.scope))
+    if (p.scopeFilter && !std::binary_search(p.scopes.begin(), p.scopes.end(), m_scopeOf[doc]))
         return false;
     return p.keyword.isEmpty() || p.keywordIsGram || containsKeyword(p, doc);
 }

@@ -70,8 +70,6 @@ private:
         uint32_t fwdLen = 0;
         uint32_t textLen = 0;
         uint32_t code = 0;
-        int32_t project = -1;
-        int32_t scope = -1;
         uint16_t unit = 0;
         uint8_t source = 1;
         bool deleted = false;
@@ -121,6 +119,8 @@ private:
     std::vector<uint8_t> m_flags; // source bits, deleted bit
     std::vector<uint32_t> m_codes;
     std::vector<uint16_t> m_unitIds;
+    std::vector<int32_t> m_projectOf; // -1: none
+    std::vector<int32_t> m_scopeOf;
     std::vector<float> m_norm;
     std::vector<uint32_t> m_fwd;
     std::vector<char16_t> m_text;
