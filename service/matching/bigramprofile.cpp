@@ -3,25 +3,51 @@
 #include <algorithm>
 #include <cmath>
 
+namespace {
+
+bool isSpace(char16_t c)
+{
+    return QChar(c).isSpace();
+}
+
+} // namespace
+
 BigramProfile::BigramProfile(const QString &text)
 {
     std::vector<uint32_t> all;
-    all.reserve(size_t(std::max(0, text.size() - 1)));
-    for (int i = 0; i + 1 < text.size(); ++i)
-        if (!text.at(i).isSpace() && !text.at(i + 1).isSpace())
-            all.push_back((uint32_t(text.at(i).unicode()) << 16) | text.at(i + 1).unicode());
-    std::sort(all.begin(), all.end());
+    bigrams(reinterpret_cast<const char16_t *>(text.utf16()), text.size(), all);
     for (size_t i = 0; i < all.size();) {
         size_t j = i;
         while (j < all.size() && all[j] == all[i])
             ++j;
-        const float w = 1.0f + float(std::log(double(j - i)));
+        const double w = weight(j - i);
         m_grams.push_back(all[i]);
         m_weights.push_back(w);
-        m_norm += double(w) * w;
+        m_norm += w * w;
         i = j;
     }
     m_norm = std::sqrt(m_norm);
+}
+
+void BigramProfile::bigrams(const char16_t *text, int size, std::vector<uint32_t> &out)
+{
+    out.clear();
+    for (int i = 0; i + 1 < size; ++i)
+        if (!isSpace(text[i]) && !isSpace(text[i + 1]))
+            out.push_back((uint32_t(text[i]) << 16) | text[i + 1]);
+    std::sort(out.begin(), out.end());
+}
+
+// Counts are small; their logs are looked up.
+double BigramProfile::weight(size_t count)
+{
+    static const std::vector<double> table = [] {
+        std::vector<double> t(64, 0.0);
+        for (size_t c = 1; c < t.size(); ++c)
+            t[c] = 1.0 + std::log(double(c));
+        return t;
+    }();
+    return count < table.size() ? table[count] : 1.0 + std::log(double(count));
 }
 
 double BigramProfile::cosine(const BigramProfile &o) const
@@ -36,10 +62,31 @@ double BigramProfile::cosine(const BigramProfile &o) const
         } else if (o.m_grams[b] < m_grams[a]) {
             ++b;
         } else {
-            dot += double(m_weights[a]) * o.m_weights[b];
+            dot += m_weights[a] * o.m_weights[b];
             ++a;
             ++b;
         }
     }
     return dot / (m_norm * o.m_norm);
+}
+
+double BigramProfile::cosine(const char16_t *text, int size) const
+{
+    thread_local std::vector<uint32_t> all;
+    bigrams(text, size, all);
+    double dot = 0.0, norm = 0.0;
+    size_t a = 0;
+    for (size_t i = 0; i < all.size();) {
+        size_t j = i;
+        while (j < all.size() && all[j] == all[i])
+            ++j;
+        const double w = weight(j - i);
+        norm += w * w;
+        while (a < m_grams.size() && m_grams[a] < all[i])
+            ++a;
+        if (a < m_grams.size() && m_grams[a] == all[i])
+            dot += w * m_weights[a];
+        i = j;
+    }
+    return m_norm == 0.0 || norm == 0.0 ? 0.0 : dot / (m_norm * std::sqrt(norm));
 }

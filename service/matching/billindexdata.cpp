@@ -22,7 +22,7 @@ constexpr uint8_t kDeleted = 0x80;
 constexpr size_t kReranked = 20;
 // Of the next ones, the few a second text view (BigramProfile) likes best
 // join them: partners worded otherwise than the bill.
-constexpr size_t kWidened = 100;
+constexpr size_t kWidened = 50;
 constexpr size_t kJoining = 5;
 
 struct Scratch
@@ -615,7 +615,8 @@ std::vector<size_t> BillIndexData::head(const Prepared &p, const std::vector<Sco
     const BigramProfile query(BillText::normalise(p.text));
     std::vector<std::pair<double, size_t>> later;
     for (size_t i = n; i < cands.size() && i < kWidened; ++i)
-        later.push_back({-query.cosine(BigramProfile(textOf(cands[i].doc))), i});
+        later.push_back({-query.cosine(m_text.data() + m_docs[cands[i].doc].textBegin,
+                                       int(m_docs[cands[i].doc].textLen)), i});
     const size_t joining = std::min(later.size(), kJoining);
     std::partial_sort(later.begin(), later.begin() + long(joining), later.end());
     for (size_t k = 0; k < joining; ++k)

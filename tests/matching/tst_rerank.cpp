@@ -185,6 +185,7 @@ private slots:
         QFETCH(QString, b);
         QFETCH(double, cosine);
         QVERIFY(qAbs(BigramProfile(a).cosine(BigramProfile(b)) - cosine) < 1e-6);
+        QVERIFY(qAbs(BigramProfile(a).cosine(reinterpret_cast<const char16_t *>(b.utf16()), b.size()) - cosine) < 1e-6);
     }
 
     // Bills 2-7 share the bill's feature labels (the second view) but not its
