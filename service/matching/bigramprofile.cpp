@@ -3,15 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-namespace {
-
-bool isSpace(char16_t c)
-{
-    return QChar(c).isSpace();
-}
-
-} // namespace
-
 BigramProfile::BigramProfile(const QString &text)
 {
     std::vector<uint32_t> all;
@@ -32,8 +23,9 @@ BigramProfile::BigramProfile(const QString &text)
 void BigramProfile::bigrams(const char16_t *text, int size, std::vector<uint32_t> &out)
 {
     out.clear();
+    // Normalised text has single spaces for all whitespace.
     for (int i = 0; i + 1 < size; ++i)
-        if (!isSpace(text[i]) && !isSpace(text[i + 1]))
+        if (text[i] != u' ' && text[i + 1] != u' ')
             out.push_back((uint32_t(text[i]) << 16) | text[i + 1]);
     std::sort(out.begin(), out.end());
 }
