@@ -67,7 +67,7 @@ int main(int argc, char **argv)
     out << '\n';
     if (!weightsFile.isEmpty()) {
         QFile f(weightsFile);
-        if (!f.open(QIODevice::WriteOnly) || f.write(all.toJson(QStringLiteral("pairwise logistic, learned on %1 books")
+        if (!f.open(QIODevice::WriteOnly) || f.write(all.toJson(QStringLiteral("listwise logistic, learned on %1 books")
                                                                     .arg(files.size()))) < 0) {
             err << "cannot write " << weightsFile << ": " << f.errorString() << '\n';
             return 1;

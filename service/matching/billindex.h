@@ -102,11 +102,13 @@ public:
     // Postings read per query, rarest grams first, before the commonest grams
     // are left to the full scoring of the best candidates.
     void setCandidateBudget(int postings);
-    // The best text candidates are re-ordered by these weights; empty
-    // weights keep the text order.
+    // The best text candidates, with a few that a second text view finds
+    // further down, are re-ordered by these weights; empty weights keep the
+    // text order.
     void setRerankWeights(const RerankWeights &weights);
-    // Features of the best `count` text candidates, in text order, for
-    // learning the weights.
+    // Features of the candidates re-ordered after the best `count` text
+    // candidates: those in text order, then the few that a second text view
+    // adds from further down; for learning the weights.
     QVector<BillFeatures> candidateFeatures(const BillQuery &query, int count) const;
 
 private:

@@ -1,4 +1,5 @@
 #include "billindexdata.h"
+#include "bigramprofile.h"
 #include "billtext.h"
 
 #include <QRegularExpression>
@@ -19,6 +20,10 @@ constexpr uint8_t kDeleted = 0x80;
 // Text candidates re-ordered by their quotas' fit; the right bill is nearly
 // always among them.
 constexpr size_t kReranked = 20;
+// Of the next ones, the few a second text view (BigramProfile) likes best
+// join them: partners worded otherwise than the bill.
+constexpr size_t kWidened = 50;
+constexpr size_t kJoining = 5;
 
 struct Scratch
 {
@@ -592,40 +597,72 @@ QVector<double> BillIndexData::featuresOf(const BillReranker &reranker, const Sc
         const QuotaInfo &info = m_quotaInfo[m_quotaRefs[i]];
         quotas.push_back({&info.bound, info.lower, &info.grams, &info.numbers});
     }
-    const Doc &d = m_docs[c.doc];
-    const QString text = QString::fromUtf16(m_text.data() + d.textBegin, int(d.textLen));
-    return reranker.features(c.score, quotas, text, families);
+    return reranker.features(c.score, quotas, textOf(c.doc), families);
 }
 
-QVector<QVector<double>> BillIndexData::featureRows(const Prepared &p, const std::vector<Scored> &cands, size_t n) const
+QString BillIndexData::textOf(uint32_t doc) const
+{
+    const Doc &d = m_docs[doc];
+    return QString::fromUtf16(m_text.data() + d.textBegin, int(d.textLen));
+}
+
+std::vector<size_t> BillIndexData::head(const Prepared &p, const std::vector<Scored> &cands, size_t n) const
+{
+    std::vector<size_t> out;
+    for (size_t i = 0; i < n && i < cands.size(); ++i)
+        out.push_back(i);
+    if (cands.size() <= n)
+        return out;
+    const BigramProfile query(BillText::normalise(p.text));
+    std::vector<std::pair<double, size_t>> later;
+    for (size_t i = n; i < cands.size() && i < kWidened; ++i)
+        later.push_back({-query.cosine(m_text.data() + m_docs[cands[i].doc].textBegin,
+                                       int(m_docs[cands[i].doc].textLen)), i});
+    const size_t joining = std::min(later.size(), kJoining);
+    std::partial_sort(later.begin(), later.begin() + long(joining), later.end());
+    for (size_t k = 0; k < joining; ++k)
+        out.push_back(later[k].second);
+    return out;
+}
+
+QVector<QVector<double>> BillIndexData::featureRows(const Prepared &p, const std::vector<Scored> &cands,
+                                                    const std::vector<size_t> &head) const
 {
     const BillReranker reranker(p.text);
     QVector<QVector<double>> rows;
-    QVector<QStringList> families(int(std::min(n, cands.size())));
+    QVector<QStringList> families(int(head.size()));
     for (int i = 0; i < families.size(); ++i)
-        rows.push_back(featuresOf(reranker, cands[size_t(i)], &families[i]));
+        rows.push_back(featuresOf(reranker, cands[head[size_t(i)]], &families[i]));
     BillReranker::gate(rows, families);
     return rows;
 }
 
 void BillIndexData::rerank(const Prepared &p, std::vector<Scored> &cands) const
 {
-    const size_t n = std::min(cands.size(), kReranked);
-    if (n < 2)
+    if (std::min(cands.size(), kReranked) < 2)
         return;
-    std::vector<Scored> head;
-    for (int k : m_weights.order(featureRows(p, cands, n)))
-        head.push_back(cands[size_t(k)]);
-    std::copy(head.begin(), head.end(), cands.begin());
+    const std::vector<size_t> positions = head(p, cands, kReranked);
+    std::vector<Scored> out;
+    out.reserve(cands.size());
+    std::vector<bool> taken(cands.size(), false);
+    for (int k : m_weights.order(featureRows(p, cands, positions))) {
+        out.push_back(cands[positions[size_t(k)]]);
+        taken[positions[size_t(k)]] = true;
+    }
+    for (size_t i = 0; i < cands.size(); ++i)
+        if (!taken[i])
+            out.push_back(cands[i]);
+    cands.swap(out);
 }
 
 QVector<BillFeatures> BillIndexData::candidateFeatures(const BillQuery &q, int count) const
 {
     const Prepared p = prepare(q);
     const std::vector<Scored> cands = ranked(p, q);
-    const QVector<QVector<double>> rows = featureRows(p, cands, size_t(std::max(0, count)));
+    const std::vector<size_t> positions = head(p, cands, size_t(std::max(0, count)));
+    const QVector<QVector<double>> rows = featureRows(p, cands, positions);
     QVector<BillFeatures> out;
     for (int i = 0; i < rows.size(); ++i)
-        out.push_back({m_docs[cands[size_t(i)].doc].id, rows[i]});
+        out.push_back({m_docs[cands[positions[size_t(i)]].doc].id, rows[i]});
     return out;
 }

@@ -98,9 +98,14 @@ private:
     void rank(const Prepared &p, std::vector<Scored> &cands) const;
     void rerank(const Prepared &p, std::vector<Scored> &cands) const;
     std::vector<Scored> ranked(const Prepared &p, const BillQuery &q) const;
+    // Positions in the text ranking of the candidates the re-ranking orders:
+    // the first `n`, then those a second text view adds.
+    std::vector<size_t> head(const Prepared &p, const std::vector<Scored> &cands, size_t n) const;
+    QString textOf(uint32_t doc) const;
     QVector<double> featuresOf(const BillReranker &reranker, const Scored &c, QStringList *families) const;
-    // Features of the first `n` candidates, the quota sizes gated by family.
-    QVector<QVector<double>> featureRows(const Prepared &p, const std::vector<Scored> &cands, size_t n) const;
+    // Features of the head's candidates, the quota sizes gated by family.
+    QVector<QVector<double>> featureRows(const Prepared &p, const std::vector<Scored> &cands,
+                                         const std::vector<size_t> &head) const;
     void indexQuotas(const QStringList &names);
     void computeFamilySteps();
 

@@ -128,6 +128,7 @@ MatchEvaluation::Result MatchEvaluation::evaluate(const QVector<Item> &items, co
 RerankWeights MatchEvaluation::learn(const QVector<QVector<Item>> &books, const QVector<QVector<Ranked>> &ranked)
 {
     RerankTrainer trainer;
+    trainer.setSigns(RerankWeights::featureSigns());
     for (int b = 0; b < books.size(); ++b)
         for (int i = 0; i < books[b].size(); ++i) {
             RerankTrainer::Group g;

@@ -6,21 +6,50 @@
 
 void RerankTrainer::add(const Group &group)
 {
-    QVector<QVector<double>> diffs;
-    for (int a = 0; a < group.rows.size(); ++a)
-        for (int b = 0; b < group.rows.size(); ++b) {
-            if (!group.right[a] || group.right[b])
-                continue;
-            QVector<double> d(group.rows[a].size());
-            for (int k = 0; k < d.size(); ++k)
-                d[k] = group.rows[a][k] - group.rows[b][k];
-            diffs << d;
-        }
-    if (diffs.isEmpty())
+    if (!group.right.contains(true) || !group.right.contains(false))
         return;
-    ++m_groups;
-    for (const auto &d : diffs)
-        m_pairs.append({d, 1.0 / diffs.size()});
+    Flat f;
+    for (int r = 0; r < group.rows.size(); ++r) {
+        f.values.insert(f.values.end(), group.rows[r].begin(), group.rows[r].end());
+        f.right.push_back(group.right[r]);
+    }
+    m_groups.push_back(std::move(f));
+}
+
+void RerankTrainer::setSigns(const QVector<int> &signs)
+{
+    m_signs = signs;
+}
+
+// Gradient of minus the log of the share the right candidates take of each
+// bill's softmax, summed over the bills.
+void RerankTrainer::addGradient(const std::vector<double> &w, std::vector<double> &grad) const
+{
+    const size_t n = w.size();
+    std::vector<double> share;
+    for (const Flat &g : m_groups) {
+        const size_t rows = g.right.size();
+        share.assign(rows, 0.0);
+        double top = -1e300;
+        for (size_t r = 0; r < rows; ++r) {
+            const double *x = g.values.data() + r * n;
+            for (size_t k = 0; k < n; ++k)
+                share[r] += w[k] * x[k];
+            top = std::max(top, share[r]);
+        }
+        double all = 0.0, right = 0.0;
+        for (size_t r = 0; r < rows; ++r) {
+            share[r] = std::exp(share[r] - top);
+            all += share[r];
+            right += g.right[r] ? share[r] : 0.0;
+        }
+        for (size_t r = 0; r < rows; ++r) {
+            const double coef = share[r] / all - (g.right[r] ? share[r] / right : 0.0);
+            const double *x = g.values.data() + r * n;
+            for (size_t k = 0; k < n; ++k)
+                grad[k] += coef * x[k];
+        }
+    }
 }
 
 QVector<double> RerankTrainer::train(int features, int iterations, double l2) const
@@ -28,26 +57,19 @@ QVector<double> RerankTrainer::train(int features, int iterations, double l2) co
     QVector<double> prior(features, 0.0);
     if (features > 0)
         prior[0] = 1.0;
-    QVector<double> w = prior;
-
-    if (m_groups == 0)
-        return w;
+    if (m_groups.empty())
+        return prior;
     const double rate = 2.0;
-    std::vector<double> grad(static_cast<size_t>(features), 0.0);
+    std::vector<double> w(prior.begin(), prior.end());
+    std::vector<double> grad(size_t(features), 0.0);
     for (int it = 0; it < iterations; ++it) {
         std::fill(grad.begin(), grad.end(), 0.0);
-        const double *wk = w.constData();
-        for (const Pair &p : m_pairs) {
-            const double *d = p.diff.constData();
-            double margin = 0.0;
-            for (int k = 0; k < features; ++k)
-                margin += wk[k] * d[k];
-            const double g = -p.weight / (1.0 + std::exp(margin));
-            for (int k = 0; k < features; ++k)
-                grad[size_t(k)] += g * d[k];
+        addGradient(w, grad);
+        for (size_t k = 0; k < w.size(); ++k) {
+            w[k] -= rate * (grad[k] / double(m_groups.size()) + l2 * (w[k] - prior[int(k)]));
+            if (int(k) < m_signs.size() && m_signs[int(k)] * w[k] < 0.0)
+                w[k] = 0.0;
         }
-        for (int k = 0; k < features; ++k)
-            w[k] -= rate * (grad[size_t(k)] / m_groups + l2 * (w[k] - prior[k]));
     }
-    return w;
+    return QVector<double>(w.begin(), w.end());
 }

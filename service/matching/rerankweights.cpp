@@ -25,6 +25,14 @@ const QStringList &RerankWeights::featureNames()
     return names;
 }
 
+// Fits, agreeing sizes and shared quota words speak for a candidate; clashes
+// and disagreeing sizes against it.
+const QVector<int> &RerankWeights::featureSigns()
+{
+    static const QVector<int> signs = {0, 1, -1, 1, 1, 1, 1, -1, 1, -1, 1};
+    return signs;
+}
+
 bool RerankWeights::load(const QString &path, QString *error)
 {
     m_weights.clear();

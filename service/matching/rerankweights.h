@@ -11,6 +11,8 @@ class RerankWeights
 {
 public:
     static const QStringList &featureNames();
+    // The sign each feature's weight is kept to in training (RerankTrainer).
+    static const QVector<int> &featureSigns();
 
     // False with `error` set when the file is missing or damaged; the weights
     // are then left empty and the ranking stays in text order.

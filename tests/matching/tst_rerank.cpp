@@ -1,8 +1,10 @@
 #include "hosttestcase.h"
 
+#include <service/matching/bigramprofile.h>
 #include <service/matching/billindex.h>
 #include <service/matching/matchevaluation.h>
 #include <service/matching/quotabound.h>
+#include <service/matching/reranktrainer.h>
 #include <service/matching/rerankweights.h>
 #include <service/matching/sizeparser.h>
 
@@ -164,6 +166,80 @@ private slots:
                 textOrder << f.id;
             QCOMPARE(got, weighted ? order : textOrder);
         }
+    }
+
+    void secondView_data()
+    {
+        QTest::addColumn<QString>("a");
+        QTest::addColumn<QString>("b");
+        QTest::addColumn<double>("cosine");
+        QTest::newRow("same text") << "塑料管 dn20" << "塑料管 dn20" << 1.0;
+        QTest::newRow("labels count") << "材质:钢" << "材质:铁" << 2.0 / 3.0;
+        QTest::newRow("a space ends a bigram") << "ab cd" << "bc" << 0.0;
+        const double repeated = 1.0 + std::log(3.0), twice = 1.0 + std::log(2.0);
+        QTest::newRow("repeats by their log") << "ababab" << "ab" << repeated / std::hypot(repeated, twice);
+    }
+    void secondView()
+    {
+        QFETCH(QString, a);
+        QFETCH(QString, b);
+        QFETCH(double, cosine);
+        QVERIFY(qAbs(BigramProfile(a).cosine(BigramProfile(b)) - cosine) < 1e-6);
+        QVERIFY(qAbs(BigramProfile(a).cosine(reinterpret_cast<const char16_t *>(b.utf16()), b.size()) - cosine) < 1e-6);
+    }
+
+    // Bills 2-7 share the bill's feature labels (the second view) but not its
+    // material; bill 8 shares the material (the index's text score) only.
+    void widenedHead_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QList<qint64>>("head");
+        QTest::newRow("five join the text candidates") << 1 << QList<qint64>{1, 2, 3, 4, 5, 6};
+        QTest::newRow("text candidates first") << 2 << QList<qint64>{1, 8, 2, 3, 4, 5, 6};
+    }
+    void widenedHead()
+    {
+        QFETCH(int, count);
+        const QStringList texts = {"材质:铸铁 连接:法兰", "材质:铜 连接:焊接", "材质:钢 连接:丝扣", "材质:铝 连接:卡压",
+                                   "材质:锌 连接:沟槽", "材质:塑 连接:热熔", "材质:锡 连接:承插", "铸铁"};
+        BillIndex index;
+        for (int i = 0; i < texts.size(); ++i) {
+            BillRecord r;
+            r.id = i + 1;
+            r.name = QStringLiteral("阀门");
+            r.features = texts[i];
+            index.add(r);
+        }
+        index.build();
+        BillQuery q;
+        q.name = QStringLiteral("阀门");
+        q.features = texts.first();
+        QList<qint64> got;
+        for (const BillFeatures &f : index.candidateFeatures(q, count))
+            got << f.id;
+        QTEST(got, "head");
+    }
+
+    // Two bills whose right candidate has the higher text score and no fit,
+    // the wrong one a fit: the data speak against the fit.
+    void training_data()
+    {
+        QTest::addColumn<QVector<int>>("signs");
+        QTest::addColumn<int>("fitSign");
+        QTest::newRow("free weight follows the data") << QVector<int>{0, 0} << -1;
+        QTest::newRow("kept sign holds at zero") << QVector<int>{0, 1} << 0;
+    }
+    void training()
+    {
+        QFETCH(QVector<int>, signs);
+        RerankTrainer trainer;
+        trainer.setSigns(signs);
+        trainer.add({{{0.6, 0.0}, {0.5, 1.0}, {0.1, 0.0}}, {true, false, false}});
+        trainer.add({{{0.4, 0.0}, {0.3, 1.0}}, {true, false}});
+        trainer.add({{{0.4, 0.0}, {0.3, 1.0}}, {false, false}}); // no right candidate: ignored
+        const QVector<double> w = trainer.train(2);
+        QVERIFY(w[0] > 1.0);
+        QTEST(w[1] > 0 ? 1 : w[1] < 0 ? -1 : 0, "fitSign");
     }
 
     void weightsFile_data()
