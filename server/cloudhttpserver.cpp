@@ -1,4 +1,5 @@
 #include "cloudhttpserver.h"
+#include "compactjson.h"
 
 #include <hostapi/jsonnesting.h>
 
@@ -11,6 +12,7 @@
 #include <chrono>
 #include <cstdio>
 #include <exception>
+#include <string>
 
 namespace {
 
@@ -37,24 +39,33 @@ bool clientKeepsAlive(mg_connection *conn)
 // Headers and body in one write, composed here rather than through
 // civetweb's header calls: those refuse to start once an interim
 // "100 Continue" has gone out. Anything but a success closes the connection,
-// since its body may not have been read.
+// since its body may not have been read. Each worker thread reuses its
+// buffers; one that a large reply grew is let go.
 void sendJson(mg_connection *conn, int status, const QJsonObject &object, const char *extraHeader = nullptr)
 {
+    constexpr size_t KeptCapacity = 256 * 1024;
+    thread_local std::string body;
+    thread_local std::string response;
     const bool keepAlive = status == 200 && clientKeepsAlive(conn);
     if (!keepAlive)
         mg_disable_connection_keep_alive(conn);
-    const QByteArray body = QJsonDocument(object).toJson(QJsonDocument::Compact);
-    QByteArray response = "HTTP/1.1 " + QByteArray::number(status) + ' ' + mg_get_response_code_text(conn, status)
-                          + "\r\nContent-Type: application/json; charset=utf-8\r\nContent-Length: "
-                          + QByteArray::number(body.size()) + "\r\nCache-Control: no-store\r\nConnection: "
-                          + (keepAlive ? "keep-alive" : "close") + "\r\n";
+    body.clear();
+    CompactJson::append(object, body);
+    response.clear();
+    response.append("HTTP/1.1 ").append(std::to_string(status)).append(" ").append(mg_get_response_code_text(conn, status));
+    response.append("\r\nContent-Type: application/json; charset=utf-8\r\nContent-Length: ").append(std::to_string(body.size()));
+    response.append("\r\nCache-Control: no-store\r\nConnection: ").append(keepAlive ? "keep-alive" : "close").append("\r\n");
     if (extraHeader)
-        response += QByteArray(extraHeader) + "\r\n";
-    response += "\r\n";
+        response.append(extraHeader).append("\r\n");
+    response.append("\r\n");
     // A HEAD answer states the body's length but leaves it out.
     if (qstrcmp(mg_get_request_info(conn)->request_method, "HEAD") != 0)
-        response += body;
-    mg_write(conn, response.constData(), size_t(response.size()));
+        response.append(body);
+    mg_write(conn, response.data(), response.size());
+    for (std::string *buffer : {&body, &response}) {
+        if (buffer->capacity() > KeptCapacity)
+            std::string().swap(*buffer);
+    }
 }
 
 enum class BodyRead { Ok, TooLarge, Broken };

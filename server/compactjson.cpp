@@ -1,0 +1,135 @@
+#include "compactjson.h"
+
+#include <QLocale>
+
+#include <cmath>
+
+namespace {
+
+char hexDigit(unsigned u)
+{
+    return char(u < 10 ? '0' + u : 'a' + u - 10);
+}
+
+void appendEscape(unsigned u, std::string &out)
+{
+    const char text[] = {'\\', 'u', hexDigit(u >> 12 & 0xf), hexDigit(u >> 8 & 0xf), hexDigit(u >> 4 & 0xf),
+                         hexDigit(u & 0xf)};
+    out.append(text, sizeof text);
+}
+
+void appendAscii(unsigned u, std::string &out)
+{
+    if (u >= 0x20 && u != '"' && u != '\\') {
+        out.push_back(char(u));
+        return;
+    }
+    switch (u) {
+    case '"': out.append("\\\""); break;
+    case '\\': out.append("\\\\"); break;
+    case '\b': out.append("\\b"); break;
+    case '\f': out.append("\\f"); break;
+    case '\n': out.append("\\n"); break;
+    case '\r': out.append("\\r"); break;
+    case '\t': out.append("\\t"); break;
+    default: appendEscape(u, out);
+    }
+}
+
+} // namespace
+
+void CompactJson::appendString(const QString &text, std::string &out)
+{
+    out.push_back('"');
+    const ushort *src = text.utf16();
+    const ushort *const end = src + text.size();
+    while (src != end) {
+        const unsigned u = *src++;
+        if (u < 0x80) {
+            appendAscii(u, out);
+        } else if (u < 0x800) {
+            out.push_back(char(0xc0 | u >> 6));
+            out.push_back(char(0x80 | (u & 0x3f)));
+        } else if (!QChar::isSurrogate(u)) {
+            out.push_back(char(0xe0 | u >> 12));
+            out.push_back(char(0x80 | (u >> 6 & 0x3f)));
+            out.push_back(char(0x80 | (u & 0x3f)));
+        } else if (QChar::isHighSurrogate(u) && src != end && QChar::isLowSurrogate(*src)) {
+            const unsigned c = QChar::surrogateToUcs4(ushort(u), *src++);
+            out.push_back(char(0xf0 | c >> 18));
+            out.push_back(char(0x80 | (c >> 12 & 0x3f)));
+            out.push_back(char(0x80 | (c >> 6 & 0x3f)));
+            out.push_back(char(0x80 | (c & 0x3f)));
+        } else {
+            // A lone surrogate has no UTF-8 form: Qt escapes it.
+            appendEscape(u, out);
+        }
+    }
+    out.push_back('"');
+}
+
+void CompactJson::appendNumber(double number, std::string &out)
+{
+    if (!std::isfinite(number)) {
+        out.append("null");
+        return;
+    }
+    // Whole numbers are written without exponent up to 2^64, as Qt does;
+    // below 2^53 that is their exact integer.
+    const double magnitude = std::fabs(number);
+    if (magnitude < 9007199254740992.0 && number == std::floor(number)) {
+        out.append(std::to_string(qint64(number)));
+        return;
+    }
+    const bool whole = magnitude < 18446744073709551616.0 && number == std::floor(number);
+    out.append(QByteArray::number(number, whole ? 'f' : 'g', QLocale::FloatingPointShortest).constData());
+}
+
+void CompactJson::append(const QJsonValue &value, std::string &out)
+{
+    switch (value.type()) {
+    case QJsonValue::Bool:
+        out.append(value.toBool() ? "true" : "false");
+        break;
+    case QJsonValue::Double:
+        appendNumber(value.toDouble(), out);
+        break;
+    case QJsonValue::String:
+        appendString(value.toString(), out);
+        break;
+    case QJsonValue::Array:
+        append(value.toArray(), out);
+        break;
+    case QJsonValue::Object:
+        append(value.toObject(), out);
+        break;
+    default:
+        out.append("null");
+    }
+}
+
+void CompactJson::append(const QJsonArray &array, std::string &out)
+{
+    out.push_back('[');
+    bool first = true;
+    for (const QJsonValue &value : array) {
+        if (!first)
+            out.push_back(',');
+        first = false;
+        append(value, out);
+    }
+    out.push_back(']');
+}
+
+void CompactJson::append(const QJsonObject &object, std::string &out)
+{
+    out.push_back('{');
+    for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
+        if (it != object.constBegin())
+            out.push_back(',');
+        appendString(it.key(), out);
+        out.push_back(':');
+        append(it.value(), out);
+    }
+    out.push_back('}');
+}
