@@ -242,18 +242,25 @@ QString AccountStore::enterpriseTokenOf(const QString &parentSession, int userId
     return nonce.isEmpty() ? QString() : enterpriseToken(parentSession, nonce, kind);
 }
 
-QHash<QPair<QString, int>, QString> AccountStore::enterpriseTokensOf(const QString &parentSession, int userId)
+QHash<QPair<QString, int>, QString> AccountStore::enterpriseTokensOf(const QString &parentSession, int userId,
+                                                                     qint64 *lapsesMs)
 {
     QHash<QPair<QString, int>, QString> tokens;
     if (parentSession.isEmpty())
         return tokens;
-    m_db.eachRow(QStringLiteral("SELECT kind, enterprise_id, nonce FROM enterprise_sessions WHERE parent_session = ?"
-                                " AND user_id = ? AND last_used > ? ORDER BY created DESC, rowid DESC"),
+    m_db.eachRow(QStringLiteral("SELECT kind, enterprise_id, nonce, last_used FROM enterprise_sessions"
+                                " WHERE parent_session = ? AND user_id = ? AND last_used > ?"
+                                " ORDER BY created DESC, rowid DESC"),
                  {PasswordHash::tokenDigest(parentSession), userId, idleCutoff()}, [&](const QSqlQuery &q) {
                      const QString kind = q.value(0).toString();
                      const QPair<QString, int> key(kind, q.value(1).toInt());
-                     if (!tokens.contains(key))
-                         tokens.insert(key, enterpriseToken(parentSession, q.value(2).toString(), kind));
+                     if (tokens.contains(key))
+                         return;
+                     tokens.insert(key, enterpriseToken(parentSession, q.value(2).toString(), kind));
+                     if (lapsesMs)
+                         *lapsesMs = qMin(*lapsesMs, QDateTime::fromString(q.value(3).toString(), Qt::ISODate)
+                                                         .addSecs(60 * EnterpriseIdleMinutes)
+                                                         .toMSecsSinceEpoch());
                  });
     return tokens;
 }

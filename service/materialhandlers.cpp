@@ -32,11 +32,11 @@ void MaterialHandlers::registerOn(QHash<QString, MethodHandler> &table)
 QJsonArray MaterialHandlers::libraries(const TierScope &scope)
 {
     QJsonArray list;
-    QSqlQuery q = m_context.db->exec(
+    m_context.db->eachRow(
         QStringLiteral("SELECT id, name FROM price_libraries WHERE tier = ? AND owner = ? ORDER BY created, rowid"),
-        {int(scope.tier()), scope.owner()});
-    while (q.next())
-        list.append(QJsonObject{{QStringLiteral("kmms"), q.value(1).toString()}, {QStringLiteral("_id"), q.value(0).toString()}});
+        {int(scope.tier()), scope.owner()}, [&](const QSqlQuery &q) {
+            list.append(QJsonObject{{QStringLiteral("kmms"), q.value(1).toString()}, {QStringLiteral("_id"), q.value(0).toString()}});
+        });
     return list;
 }
 

@@ -1,0 +1,20 @@
+#include "readcache.h"
+
+bool ReadCache::find(const QString &key, quint64 generation, qint64 nowMs, QJsonValue *value) const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    const auto it = m_entries.constFind(key);
+    if (it == m_entries.constEnd() || it->generation != generation || nowMs < it->readMs
+        || nowMs - it->readMs >= TrustMs || nowMs >= it->lapsesMs)
+        return false;
+    *value = it->value;
+    return true;
+}
+
+void ReadCache::store(const QString &key, const QJsonValue &value, quint64 generation, qint64 readMs, qint64 lapsesMs)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_entries.size() >= MaxEntries)
+        m_entries.clear();
+    m_entries.insert(key, Entry{value, generation, readMs, lapsesMs});
+}
