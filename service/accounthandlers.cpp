@@ -5,7 +5,6 @@
 #include "servicedb.h"
 #include "serviceerror.h"
 
-#include <QDateTime>
 #include <QJsonArray>
 
 namespace {
@@ -47,21 +46,14 @@ QJsonObject AccountHandlers::serverList(const RequestContext &request)
     const AccountStore::Session session = m_context.accounts->session(request.session());
     if (session.userId == 0)
         return ok(korvaneEntries(false));
-    // Memberships and enterprise logins change by writes alone (and another
-    // instance's, on a shared database), or as a login idles out.
-    const bool cacheable = !m_context.db->dialect().isPostgres();
-    const quint64 generation = m_context.db->writeGeneration();
-    const qint64 nowMs = QDateTime::currentMSecsSinceEpoch();
-    QJsonValue cached;
-    if (cacheable && m_serverLists.find(session.token, generation, nowMs, &cached))
-        return ok(cached);
-    qint64 lapsesMs = ReadCache::Never;
-    QJsonArray list = korvaneEntries(true);
-    for (const QJsonValue &entry : enterpriseEntries(session, &lapsesMs))
-        list.append(entry);
-    if (cacheable)
-        m_serverLists.store(session.token, list, generation, nowMs, lapsesMs);
-    return ok(list);
+    // Memberships and enterprise logins change by writes alone, or as a
+    // login idles out.
+    return ok(m_serverLists.fetch(session.token, *m_context.db, [&](qint64 *lapsesMs) {
+        QJsonArray list = korvaneEntries(true);
+        for (const QJsonValue &entry : enterpriseEntries(session, lapsesMs))
+            list.append(entry);
+        return list;
+    }));
 }
 
 QJsonArray AccountHandlers::enterpriseEntries(const AccountStore::Session &session, qint64 *lapsesMs)

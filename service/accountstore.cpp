@@ -5,7 +5,6 @@
 #include "serviceerror.h"
 
 #include <QDateTime>
-#include <QMessageAuthenticationCode>
 #include <QSqlQuery>
 
 namespace {
@@ -32,9 +31,8 @@ QString idleCutoff()
 // session: the server can give it again (server list) only to that session.
 QString enterpriseToken(const QString &parentSession, const QString &nonce, const QString &kind)
 {
-    const QByteArray mac = QMessageAuthenticationCode::hash(nonce.toUtf8(), parentSession.toUtf8(),
-                                                            QCryptographicHash::Sha256);
-    return (kind == QLatin1String("cj") ? QStringLiteral("cj_") : QStringLiteral("ent_")) + QString::fromLatin1(mac.toHex());
+    const QString mac = PasswordHash::keyedDigest(parentSession.toUtf8(), nonce.toUtf8());
+    return (kind == QLatin1String("cj") ? QStringLiteral("cj_") : QStringLiteral("ent_")) + mac;
 }
 
 }

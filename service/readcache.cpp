@@ -1,4 +1,22 @@
 #include "readcache.h"
+#include "servicedb.h"
+
+#include <QDateTime>
+
+QJsonValue ReadCache::fetch(const QString &key, ServiceDb &db, const std::function<QJsonValue(qint64 *)> &read)
+{
+    qint64 lapsesMs = Never;
+    if (db.dialect().isPostgres())
+        return read(&lapsesMs);
+    const quint64 generation = db.writeGeneration();
+    const qint64 nowMs = QDateTime::currentMSecsSinceEpoch();
+    QJsonValue value;
+    if (find(key, generation, nowMs, &value))
+        return value;
+    value = read(&lapsesMs);
+    store(key, value, generation, nowMs, lapsesMs);
+    return value;
+}
 
 bool ReadCache::find(const QString &key, quint64 generation, qint64 nowMs, QJsonValue *value) const
 {

@@ -3,8 +3,11 @@
 #include <QJsonValue>
 #include <QString>
 
+#include <functional>
 #include <limits>
 #include <mutex>
+
+class ServiceDb;
 
 // Results of reads, kept by key while this process has written nothing to
 // the database since they were read (ServiceDb::writeGeneration), for a second
@@ -18,12 +21,16 @@ public:
     static constexpr int MaxEntries = 10000;
     static constexpr qint64 Never = std::numeric_limits<qint64>::max();
 
+    // The value under `key`: kept, or else made by `read` (which may lower
+    // `lapsesMs` from Never) and kept. On a shared database always `read`.
+    QJsonValue fetch(const QString &key, ServiceDb &db, const std::function<QJsonValue(qint64 *lapsesMs)> &read);
+
     // True with `value` filled when `key` was read at `generation`, under
     // TrustMs ago and before its lapse.
     bool find(const QString &key, quint64 generation, qint64 nowMs, QJsonValue *value) const;
     // `generation` as read before the database was: a write that went in
     // meanwhile leaves the entry unused.
-    void store(const QString &key, const QJsonValue &value, quint64 generation, qint64 readMs, qint64 lapsesMs = Never);
+    void store(const QString &key, const QJsonValue &value, quint64 generation, qint64 readMs, qint64 lapsesMs);
 
 private:
     struct Entry {
@@ -32,6 +39,7 @@ private:
         qint64 readMs = 0;
         qint64 lapsesMs = 0;
     };
+
     mutable std::mutex m_mutex;
     QHash<QString, Entry> m_entries;
 };
