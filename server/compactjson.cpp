@@ -11,61 +11,74 @@ char hexDigit(unsigned u)
     return char(u < 10 ? '0' + u : 'a' + u - 10);
 }
 
-void appendEscape(unsigned u, std::string &out)
+char *writeEscape(unsigned u, char *p)
 {
-    const char text[] = {'\\', 'u', hexDigit(u >> 12 & 0xf), hexDigit(u >> 8 & 0xf), hexDigit(u >> 4 & 0xf),
-                         hexDigit(u & 0xf)};
-    out.append(text, sizeof text);
+    *p++ = '\\';
+    *p++ = 'u';
+    *p++ = hexDigit(u >> 12 & 0xf);
+    *p++ = hexDigit(u >> 8 & 0xf);
+    *p++ = hexDigit(u >> 4 & 0xf);
+    *p++ = hexDigit(u & 0xf);
+    return p;
 }
 
-void appendAscii(unsigned u, std::string &out)
+char *writeAscii(unsigned u, char *p)
 {
     if (u >= 0x20 && u != '"' && u != '\\') {
-        out.push_back(char(u));
-        return;
+        *p++ = char(u);
+        return p;
     }
+    char letter = 0;
     switch (u) {
-    case '"': out.append("\\\""); break;
-    case '\\': out.append("\\\\"); break;
-    case '\b': out.append("\\b"); break;
-    case '\f': out.append("\\f"); break;
-    case '\n': out.append("\\n"); break;
-    case '\r': out.append("\\r"); break;
-    case '\t': out.append("\\t"); break;
-    default: appendEscape(u, out);
+    case '"': letter = '"'; break;
+    case '\\': letter = '\\'; break;
+    case '\b': letter = 'b'; break;
+    case '\f': letter = 'f'; break;
+    case '\n': letter = 'n'; break;
+    case '\r': letter = 'r'; break;
+    case '\t': letter = 't'; break;
+    default: return writeEscape(u, p);
     }
+    *p++ = '\\';
+    *p++ = letter;
+    return p;
 }
 
 } // namespace
 
 void CompactJson::appendString(const QString &text, std::string &out)
 {
-    out.push_back('"');
+    // Each UTF-16 unit takes at most six bytes (an escape).
+    const size_t start = out.size();
+    out.resize(start + 6 * size_t(text.size()) + 2);
+    char *p = &out[start];
+    *p++ = '"';
     const ushort *src = text.utf16();
     const ushort *const end = src + text.size();
     while (src != end) {
         const unsigned u = *src++;
         if (u < 0x80) {
-            appendAscii(u, out);
+            p = writeAscii(u, p);
         } else if (u < 0x800) {
-            out.push_back(char(0xc0 | u >> 6));
-            out.push_back(char(0x80 | (u & 0x3f)));
+            *p++ = char(0xc0 | u >> 6);
+            *p++ = char(0x80 | (u & 0x3f));
         } else if (!QChar::isSurrogate(u)) {
-            out.push_back(char(0xe0 | u >> 12));
-            out.push_back(char(0x80 | (u >> 6 & 0x3f)));
-            out.push_back(char(0x80 | (u & 0x3f)));
+            *p++ = char(0xe0 | u >> 12);
+            *p++ = char(0x80 | (u >> 6 & 0x3f));
+            *p++ = char(0x80 | (u & 0x3f));
         } else if (QChar::isHighSurrogate(u) && src != end && QChar::isLowSurrogate(*src)) {
             const unsigned c = QChar::surrogateToUcs4(ushort(u), *src++);
-            out.push_back(char(0xf0 | c >> 18));
-            out.push_back(char(0x80 | (c >> 12 & 0x3f)));
-            out.push_back(char(0x80 | (c >> 6 & 0x3f)));
-            out.push_back(char(0x80 | (c & 0x3f)));
+            *p++ = char(0xf0 | c >> 18);
+            *p++ = char(0x80 | (c >> 12 & 0x3f));
+            *p++ = char(0x80 | (c >> 6 & 0x3f));
+            *p++ = char(0x80 | (c & 0x3f));
         } else {
             // A lone surrogate has no UTF-8 form: Qt escapes it.
-            appendEscape(u, out);
+            p = writeEscape(u, p);
         }
     }
-    out.push_back('"');
+    *p++ = '"';
+    out.resize(size_t(p - out.data()));
 }
 
 void CompactJson::appendNumber(double number, std::string &out)
