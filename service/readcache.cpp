@@ -3,6 +3,11 @@
 
 #include <QDateTime>
 
+ReadCache::ReadCache(int maxEntries)
+    : m_maxEntries(maxEntries)
+{
+}
+
 QJsonValue ReadCache::fetch(const QString &key, ServiceDb &db, const std::function<QJsonValue(qint64 *)> &read)
 {
     qint64 lapsesMs = Never;
@@ -32,7 +37,15 @@ bool ReadCache::find(const QString &key, quint64 generation, qint64 nowMs, QJson
 void ReadCache::store(const QString &key, const QJsonValue &value, quint64 generation, qint64 readMs, qint64 lapsesMs)
 {
     std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_entries.size() >= MaxEntries)
-        m_entries.clear();
+    if (m_entries.size() >= m_maxEntries) {
+        for (auto it = m_entries.begin(); it != m_entries.end();) {
+            if (it->generation != generation || readMs - it->readMs >= TrustMs)
+                it = m_entries.erase(it);
+            else
+                ++it;
+        }
+        if (m_entries.size() >= m_maxEntries)
+            m_entries.clear();
+    }
     m_entries.insert(key, Entry{value, generation, readMs, lapsesMs});
 }

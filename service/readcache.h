@@ -18,8 +18,11 @@ class ReadCache
 {
 public:
     static constexpr qint64 TrustMs = 1000;
-    static constexpr int MaxEntries = 10000;
     static constexpr qint64 Never = std::numeric_limits<qint64>::max();
+
+    // Past `maxEntries`, the entries no longer current are dropped (all of
+    // them, if none is).
+    explicit ReadCache(int maxEntries = 10000);
 
     // The value under `key`: kept, or else made by `read` (which may lower
     // `lapsesMs` from Never) and kept. On a shared database always `read`.
@@ -40,6 +43,7 @@ private:
         qint64 lapsesMs = 0;
     };
 
+    const int m_maxEntries;
     mutable std::mutex m_mutex;
     QHash<QString, Entry> m_entries;
 };
