@@ -41,7 +41,8 @@ cpu_ticks() { awk '{print $14 + $15}' /proc/$server/stat; }
 
 # req/s and latency as wrk saw them, and the server's CPU time per request
 # (user + system, all threads): on a shared machine the second is the steadier
-# figure, and 1e6 / (µs per request) is what one core would serve.
+# figure, and 1e6 / (µs per request) is what one core would serve. The load
+# average (1 min) is read as each load ends.
 run() { # label, then wrk arguments
     local label=$1; shift
     local out before after
@@ -55,13 +56,13 @@ run() { # label, then wrk arguments
     count=$(awk '/requests in/ {print $1}' <<<"$out")
     errors=$(awk '/Non-2xx|Socket errors/ {printf "%s ", $0}' <<<"$out")
     us=$(awk -v t=$((after - before)) -v n="$count" -v hz="$(getconf CLK_TCK)" 'BEGIN {printf "%.0f", t * 1e6 / hz / n}')
-    printf '| %-36s | %10s | %8s | %8s | %8s | %8s | %s |\n' "$label" "$rps" "$p50" "$p99" "$us" \
-        "$(awk -v u="$us" 'BEGIN {printf "%.0f", 1e6 / u}')" "${errors:-0}"
+    printf '| %-36s | %10s | %8s | %8s | %8s | %8s | %5s | %s |\n' "$label" "$rps" "$p50" "$p99" "$us" \
+        "$(awk -v u="$us" 'BEGIN {printf "%.0f", 1e6 / u}')" "$(cut -d' ' -f1 /proc/loadavg)" "${errors:-0}"
 }
 
 echo "velora-cloud $cloud; wrk -t1 -c$connections -d${seconds}s; load average $(cut -d' ' -f1-3 /proc/loadavg)"
-printf '| %-36s | %10s | %8s | %8s | %8s | %8s | %s |\n' load req/s p50 p99 'CPU µs' 'req/CPU-s' errors
-printf '|%s|%s|%s|%s|%s|%s|%s|\n' -------------------------------------- -----------: ---------: ---------: ---------: ---------: --------
+printf '| %-36s | %10s | %8s | %8s | %8s | %8s | %5s | %s |\n' load req/s p50 p99 'CPU µs' 'req/CPU-s' 'load avg' errors
+printf '|%s|%s|%s|%s|%s|%s|%s|%s|\n' -------------------------------------- -----------: ---------: ---------: ---------: ---------: ------: --------
 run "GET /health" "http://127.0.0.1:$port/health"
 for entry in "${loads[@]}"; do
     IFS='|' read -r label token body <<<"$entry"
