@@ -4,6 +4,7 @@
 # "getppqd". wrk comes from Debian: apt-get install -y wrk
 #
 #   bench/server/wrk-bench.sh [velora-cloud binary] [seconds per load]
+#   DATABASE=postgresql://USER@HOST:PORT/DB bench/server/wrk-bench.sh ...
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 cloud=${1:-$here/../../build-bench/server/velora-cloud}
@@ -14,10 +15,13 @@ command -v wrk >/dev/null || { echo "wrk is missing: apt-get install -y wrk" >&2
 [ -x "$cloud" ] || { echo "no velora-cloud at $cloud (build target velora-cloud)" >&2; exit 1; }
 
 data=$(mktemp -d /tmp/velora-wrk.XXXXXX)
-taskset -c 0 "$cloud" --data "$data/cloud" --seed full --listen 127.0.0.1:$port >"$data/server.log" 2>&1 &
+# DATABASE=postgresql://... : that (empty) database instead of a data folder.
+store=(--data "$data/cloud")
+[ -n "${DATABASE:-}" ] && store=(--database "$DATABASE")
+taskset -c 0 "$cloud" "${store[@]}" --seed full --listen 127.0.0.1:$port >"$data/server.log" 2>&1 &
 server=$!
 trap 'kill $server 2>/dev/null; wait $server 2>/dev/null; rm -rf "$data"' EXIT
-for _ in $(seq 100); do curl -sf "http://127.0.0.1:$port/health" >/dev/null && break; sleep 0.1; done
+for _ in $(seq 300); do curl -sf "http://127.0.0.1:$port/health" >/dev/null && break; sleep 0.1; done
 
 envelope() { # token, data object
     printf '{"cmd":"cloudSoft","app_type":1,"orgin_token":"%s","data":%s}' "$1" "$2"
