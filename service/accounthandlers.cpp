@@ -48,7 +48,7 @@ QJsonObject AccountHandlers::serverList(const RequestContext &request)
         return ok(korvaneEntries(false));
     // Memberships and enterprise logins change by writes alone, or as a
     // login idles out.
-    return ok(m_serverLists.fetch(session.token, *m_context.db, [&](qint64 *lapsesMs) {
+    return ok(m_serverLists.fetch(session.digest, *m_context.db, [&](qint64 *lapsesMs) {
         QJsonArray list = korvaneEntries(true);
         for (const QJsonValue &entry : enterpriseEntries(session, lapsesMs))
             list.append(entry);

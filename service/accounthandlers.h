@@ -24,6 +24,6 @@ private:
     // AccountStore::verify behind the failed-login throttle.
     int checkPassword(const RequestContext &request, const QString &username, const QString &password);
 
-    // Server lists by session, on a store of this process alone.
-    ReadCache m_serverLists;
+    // Server lists by session digest.
+    ReadCache m_serverLists{1000};
 };

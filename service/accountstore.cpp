@@ -155,7 +155,7 @@ AccountStore::Session AccountStore::session(const QString &token)
     // only a store of this process alone trusts its recent reads.
     const bool cacheable = !m_db.dialect().isPostgres();
     if (cacheable && m_sessions.find(digest, nowMs / 1000, nowMs, &cached))
-        return Session{cached.userId, cached.username, cached.displayName, token};
+        return Session{cached.userId, cached.username, cached.displayName, token, digest};
     const quint64 generation = m_sessions.generation();
     m_db.eachRow(QStringLiteral("SELECT u.id, u.username, u.display_name, s.created FROM sessions s"
                                 " JOIN users u ON u.id = s.user_id WHERE s.token = ? AND s.created > ?"),
@@ -164,6 +164,7 @@ AccountStore::Session AccountStore::session(const QString &token)
                      s.username = q.value(1).toString();
                      s.displayName = q.value(2).toString();
                      s.token = token;
+                     s.digest = digest;
                      cached.createdSecs = QDateTime::fromString(q.value(3).toString(), Qt::ISODate).toSecsSinceEpoch();
                  });
     if (cacheable && s.userId != 0)

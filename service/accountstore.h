@@ -24,6 +24,8 @@ public:
         QString username;
         QString displayName;
         QString token;
+        // What is stored for the token (session() fills it).
+        QString digest;
     };
     struct EnterpriseSession {
         int userId = 0;

@@ -31,5 +31,5 @@ private:
     QString uploaderName(const BillStore::Bill &bill, const BillStore::Project &project);
 
     // Matched bills as priced, by id: the same few answer most queries.
-    ReadCache m_pricedBills{2000};
+    ReadCache m_pricedBills{1000};
 };

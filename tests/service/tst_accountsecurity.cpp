@@ -255,6 +255,21 @@ private slots:
         QCOMPARE(found, hit ? QJsonValue(QJsonArray{1}) : QJsonValue());
     }
 
+    // Full, it makes room by dropping stale entries, not current ones.
+    void readCacheFullDropsStaleEntries()
+    {
+        const qint64 nowMs = 1700000000000;
+        ReadCache cache(2);
+        cache.store("current", 1, 5, nowMs, ReadCache::Never);
+        cache.store("stale", 2, 5, nowMs - ReadCache::TrustMs, ReadCache::Never);
+        cache.store("new", 3, 5, nowMs, ReadCache::Never);
+        QJsonValue found;
+        QVERIFY(cache.find("current", 5, nowMs, &found) && found == 1);
+        QVERIFY(cache.find("new", 5, nowMs, &found) && found == 3);
+        cache.store("third", 4, 5, nowMs, ReadCache::Never);
+        QVERIFY(!cache.find("current", 5, nowMs, &found) && cache.find("third", 5, nowMs, &found));
+    }
+
     // Through the service: a session just used (and so remembered) ends with
     // its own logout at once, and only with its own.
     void loggedOutSessionRefusedAtOnce_data()
