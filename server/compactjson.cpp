@@ -48,14 +48,23 @@ char *writeAscii(unsigned u, char *p)
 
 void CompactJson::appendString(const QString &text, std::string &out)
 {
-    // Each UTF-16 unit takes at most six bytes (an escape).
-    const size_t start = out.size();
-    out.resize(start + 6 * size_t(text.size()) + 2);
-    char *p = &out[start];
+    // Room for a byte a unit first, more as the text needs it: sized for
+    // the worst case (six bytes a unit) at once, long texts would pay for
+    // zero-filling five times their size.
+    size_t used = out.size();
+    out.resize(used + size_t(text.size()) + 8);
+    char *p = &out[used];
+    char *end = &out[0] + out.size();
     *p++ = '"';
     const ushort *src = text.utf16();
-    const ushort *const end = src + text.size();
-    while (src != end) {
+    const ushort *const last = src + text.size();
+    while (src != last) {
+        if (end - p < 7) {
+            used = size_t(p - out.data());
+            out.resize(out.size() + 3 * size_t(last - src) + 8);
+            p = &out[used];
+            end = &out[0] + out.size();
+        }
         const unsigned u = *src++;
         if (u < 0x80) {
             p = writeAscii(u, p);
@@ -66,7 +75,7 @@ void CompactJson::appendString(const QString &text, std::string &out)
             *p++ = char(0xe0 | u >> 12);
             *p++ = char(0x80 | (u >> 6 & 0x3f));
             *p++ = char(0x80 | (u & 0x3f));
-        } else if (QChar::isHighSurrogate(u) && src != end && QChar::isLowSurrogate(*src)) {
+        } else if (QChar::isHighSurrogate(u) && src != last && QChar::isLowSurrogate(*src)) {
             const unsigned c = QChar::surrogateToUcs4(ushort(u), *src++);
             *p++ = char(0xf0 | c >> 18);
             *p++ = char(0x80 | (c >> 12 & 0x3f));

@@ -258,6 +258,9 @@ private slots:
         QString odd = QStringLiteral("\"\\/\b\f\n\r\t\x01\x1f\x7f é价😀 end");
         odd += QChar(0xD800) + QStringLiteral("x") + QChar(0xDC00) + QChar(0xFFFE) + QChar(0xD83D);
         QTest::newRow("escapes, UTF-8, lone surrogates") << QJsonValue(QJsonObject{{odd, odd}, {"", ""}});
+        const QString chinese = QString(3000, QChar(0x4ef7)) + odd;
+        const QString quoted = QString(3000, QLatin1Char('a')) + QString(3000, QLatin1Char('"'));
+        QTest::newRow("long texts") << QJsonValue(QJsonArray{QString(3000, QChar(1)), chinese, quoted});
         const double numbers[] = {0.0, -0.0, 1, -42, 1000, 1e15, 9007199254740992.0, 9007199254740993.0, 1e17,
                                   9.2e18, 1.8e19, 1e20, 1e21, 0.1, -2.5e-7, 123456.789, 1.0 / 3, qInf(), qQNaN()};
         QJsonArray array;
