@@ -1,4 +1,5 @@
 #include "cloudhttpserver.h"
+#include "compactjson.h"
 
 #include <hostapi/jsonnesting.h>
 
@@ -11,6 +12,7 @@
 #include <chrono>
 #include <cstdio>
 #include <exception>
+#include <string>
 
 namespace {
 
@@ -37,24 +39,36 @@ bool clientKeepsAlive(mg_connection *conn)
 // Headers and body in one write, composed here rather than through
 // civetweb's header calls: those refuse to start once an interim
 // "100 Continue" has gone out. Anything but a success closes the connection,
-// since its body may not have been read.
+// since its body may not have been read. The body is written behind room
+// for the headers, which then go just in front of it, in one buffer that
+// each worker thread reuses; one that a large reply grew is let go.
 void sendJson(mg_connection *conn, int status, const QJsonObject &object, const char *extraHeader = nullptr)
 {
+    constexpr size_t KeptCapacity = 64 * 1024;
+    constexpr size_t HeaderRoom = 512;
+    thread_local std::string buffer;
     const bool keepAlive = status == 200 && clientKeepsAlive(conn);
     if (!keepAlive)
         mg_disable_connection_keep_alive(conn);
-    const QByteArray body = QJsonDocument(object).toJson(QJsonDocument::Compact);
-    QByteArray response = "HTTP/1.1 " + QByteArray::number(status) + ' ' + mg_get_response_code_text(conn, status)
+    buffer.assign(HeaderRoom, ' ');
+    CompactJson::append(object, buffer);
+    const size_t bodySize = buffer.size() - HeaderRoom;
+    std::string headers = "HTTP/1.1 " + std::to_string(status) + ' ' + mg_get_response_code_text(conn, status)
                           + "\r\nContent-Type: application/json; charset=utf-8\r\nContent-Length: "
-                          + QByteArray::number(body.size()) + "\r\nCache-Control: no-store\r\nConnection: "
+                          + std::to_string(bodySize) + "\r\nCache-Control: no-store\r\nConnection: "
                           + (keepAlive ? "keep-alive" : "close") + "\r\n";
     if (extraHeader)
-        response += QByteArray(extraHeader) + "\r\n";
-    response += "\r\n";
+        headers.append(extraHeader).append("\r\n");
+    headers.append("\r\n");
+    if (headers.size() > HeaderRoom)
+        buffer.insert(0, headers.size() - HeaderRoom, ' ');
+    const size_t start = buffer.size() - bodySize - headers.size();
+    buffer.replace(start, headers.size(), headers);
     // A HEAD answer states the body's length but leaves it out.
-    if (qstrcmp(mg_get_request_info(conn)->request_method, "HEAD") != 0)
-        response += body;
-    mg_write(conn, response.constData(), size_t(response.size()));
+    const bool head = qstrcmp(mg_get_request_info(conn)->request_method, "HEAD") == 0;
+    mg_write(conn, buffer.data() + start, headers.size() + (head ? 0 : bodySize));
+    if (buffer.capacity() > KeptCapacity)
+        std::string().swap(buffer);
 }
 
 enum class BodyRead { Ok, TooLarge, Broken };

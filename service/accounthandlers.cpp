@@ -44,12 +44,23 @@ void AccountHandlers::registerOn(QHash<QString, MethodHandler> &table)
 QJsonObject AccountHandlers::serverList(const RequestContext &request)
 {
     const AccountStore::Session session = m_context.accounts->session(request.session());
-    const bool loggedIn = session.userId != 0;
-    QJsonArray list = korvaneEntries(loggedIn);
-    if (!loggedIn)
-        return ok(list);
+    if (session.userId == 0)
+        return ok(korvaneEntries(false));
+    // Memberships and enterprise logins change by writes alone, or as a
+    // login idles out.
+    return ok(m_serverLists.fetch(session.digest, *m_context.db, [&](qint64 *lapsesMs) {
+        QJsonArray list = korvaneEntries(true);
+        for (const QJsonValue &entry : enterpriseEntries(session, lapsesMs))
+            list.append(entry);
+        return list;
+    }));
+}
+
+QJsonArray AccountHandlers::enterpriseEntries(const AccountStore::Session &session, qint64 *lapsesMs)
+{
+    QJsonArray list;
     const QList<AccountStore::Membership> memberships = m_context.accounts->memberships(session.userId);
-    const auto tokens = m_context.accounts->enterpriseTokensOf(session.token, session.userId);
+    const auto tokens = m_context.accounts->enterpriseTokensOf(session.token, session.userId, lapsesMs);
     // Enterprise servers (type 1: libraries checked one by one) need a login
     // of their own; until then their token is a placeholder.
     for (const AccountStore::Membership &m : memberships) {
@@ -64,7 +75,7 @@ QJsonObject AccountHandlers::serverList(const RequestContext &request)
             token = materialServerToken(session, m.enterpriseId);
         list.append(entry(m.name + QStringLiteral("材价库"), token, 2, m.enterpriseId, QStringLiteral("cj"), true));
     }
-    return ok(list);
+    return list;
 }
 
 QString AccountHandlers::materialServerToken(const AccountStore::Session &session, int enterpriseId)

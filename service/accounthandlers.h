@@ -1,6 +1,9 @@
 #pragma once
+#include <QJsonArray>
+
 #include "accountstore.h"
 #include "handlergroup.h"
+#include "readcache.h"
 
 // Host-only calls about logins and the server list: "getserverlist",
 // "login", "logout", "enterpriselogin", "enterpriselogout".
@@ -12,6 +15,7 @@ public:
 
 private:
     QJsonObject serverList(const RequestContext &request);
+    QJsonArray enterpriseEntries(const AccountStore::Session &session, qint64 *lapsesMs);
     QJsonObject login(const RequestContext &request);
     QJsonObject logout(const RequestContext &request);
     QJsonObject enterpriseLogin(const RequestContext &request);
@@ -19,4 +23,7 @@ private:
     QString materialServerToken(const AccountStore::Session &session, int enterpriseId);
     // AccountStore::verify behind the failed-login throttle.
     int checkPassword(const RequestContext &request, const QString &username, const QString &password);
+
+    // Server lists by session digest.
+    ReadCache m_serverLists{1000};
 };

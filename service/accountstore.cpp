@@ -5,7 +5,6 @@
 #include "serviceerror.h"
 
 #include <QDateTime>
-#include <QMessageAuthenticationCode>
 #include <QSqlQuery>
 
 namespace {
@@ -32,9 +31,8 @@ QString idleCutoff()
 // session: the server can give it again (server list) only to that session.
 QString enterpriseToken(const QString &parentSession, const QString &nonce, const QString &kind)
 {
-    const QByteArray mac = QMessageAuthenticationCode::hash(nonce.toUtf8(), parentSession.toUtf8(),
-                                                            QCryptographicHash::Sha256);
-    return (kind == QLatin1String("cj") ? QStringLiteral("cj_") : QStringLiteral("ent_")) + QString::fromLatin1(mac.toHex());
+    const QString mac = PasswordHash::keyedDigest(parentSession.toUtf8(), nonce.toUtf8());
+    return (kind == QLatin1String("cj") ? QStringLiteral("cj_") : QStringLiteral("ent_")) + mac;
 }
 
 }
@@ -157,7 +155,7 @@ AccountStore::Session AccountStore::session(const QString &token)
     // only a store of this process alone trusts its recent reads.
     const bool cacheable = !m_db.dialect().isPostgres();
     if (cacheable && m_sessions.find(digest, nowMs / 1000, nowMs, &cached))
-        return Session{cached.userId, cached.username, cached.displayName, token};
+        return Session{cached.userId, cached.username, cached.displayName, token, digest};
     const quint64 generation = m_sessions.generation();
     m_db.eachRow(QStringLiteral("SELECT u.id, u.username, u.display_name, s.created FROM sessions s"
                                 " JOIN users u ON u.id = s.user_id WHERE s.token = ? AND s.created > ?"),
@@ -166,6 +164,7 @@ AccountStore::Session AccountStore::session(const QString &token)
                      s.username = q.value(1).toString();
                      s.displayName = q.value(2).toString();
                      s.token = token;
+                     s.digest = digest;
                      cached.createdSecs = QDateTime::fromString(q.value(3).toString(), Qt::ISODate).toSecsSinceEpoch();
                  });
     if (cacheable && s.userId != 0)
@@ -242,18 +241,25 @@ QString AccountStore::enterpriseTokenOf(const QString &parentSession, int userId
     return nonce.isEmpty() ? QString() : enterpriseToken(parentSession, nonce, kind);
 }
 
-QHash<QPair<QString, int>, QString> AccountStore::enterpriseTokensOf(const QString &parentSession, int userId)
+QHash<QPair<QString, int>, QString> AccountStore::enterpriseTokensOf(const QString &parentSession, int userId,
+                                                                     qint64 *lapsesMs)
 {
     QHash<QPair<QString, int>, QString> tokens;
     if (parentSession.isEmpty())
         return tokens;
-    m_db.eachRow(QStringLiteral("SELECT kind, enterprise_id, nonce FROM enterprise_sessions WHERE parent_session = ?"
-                                " AND user_id = ? AND last_used > ? ORDER BY created DESC, rowid DESC"),
+    m_db.eachRow(QStringLiteral("SELECT kind, enterprise_id, nonce, last_used FROM enterprise_sessions"
+                                " WHERE parent_session = ? AND user_id = ? AND last_used > ?"
+                                " ORDER BY created DESC, rowid DESC"),
                  {PasswordHash::tokenDigest(parentSession), userId, idleCutoff()}, [&](const QSqlQuery &q) {
                      const QString kind = q.value(0).toString();
                      const QPair<QString, int> key(kind, q.value(1).toInt());
-                     if (!tokens.contains(key))
-                         tokens.insert(key, enterpriseToken(parentSession, q.value(2).toString(), kind));
+                     if (tokens.contains(key))
+                         return;
+                     tokens.insert(key, enterpriseToken(parentSession, q.value(2).toString(), kind));
+                     if (lapsesMs)
+                         *lapsesMs = qMin(*lapsesMs, QDateTime::fromString(q.value(3).toString(), Qt::ISODate)
+                                                         .addSecs(60 * EnterpriseIdleMinutes)
+                                                         .toMSecsSinceEpoch());
                  });
     return tokens;
 }

@@ -24,6 +24,8 @@ public:
         QString username;
         QString displayName;
         QString token;
+        // What is stored for the token (session() fills it).
+        QString digest;
     };
     struct EnterpriseSession {
         int userId = 0;
@@ -68,8 +70,10 @@ public:
     // `userId`'s enterprise session of this Korvane session for `enterpriseId`, if any.
     QString enterpriseTokenOf(const QString &parentSession, int userId, int enterpriseId,
                               const QString &kind = QStringLiteral("pri"));
-    // All of enterpriseTokenOf for this session at once, by kind and enterprise id.
-    QHash<QPair<QString, int>, QString> enterpriseTokensOf(const QString &parentSession, int userId);
+    // All of enterpriseTokenOf for this session at once, by kind and enterprise id;
+    // `lapsesMs`, if given, is lowered to the moment the first of them idles out.
+    QHash<QPair<QString, int>, QString> enterpriseTokensOf(const QString &parentSession, int userId,
+                                                           qint64 *lapsesMs = nullptr);
     // Drops expired logins; run inside a write.
     void purgeExpired();
 

@@ -94,11 +94,10 @@ BillStore::Library BillStore::library(int id)
 QList<BillStore::Library> BillStore::libraries(int tier, int owner)
 {
     QList<Library> list;
-    QSqlQuery q = m_db.exec(
-        QStringLiteral("SELECT id, tier, owner, name FROM libraries WHERE tier = ? AND owner = ? ORDER BY id"),
-        {tier, owner});
-    while (q.next())
-        list.append(Library{q.value(0).toInt(), q.value(1).toInt(), q.value(2).toInt(), q.value(3).toString()});
+    m_db.eachRow(QStringLiteral("SELECT id, tier, owner, name FROM libraries WHERE tier = ? AND owner = ? ORDER BY id"),
+                 {tier, owner}, [&](const QSqlQuery &q) {
+                     list.append(Library{q.value(0).toInt(), q.value(1).toInt(), q.value(2).toInt(), q.value(3).toString()});
+                 });
     return list;
 }
 

@@ -57,11 +57,13 @@ QJsonObject LibraryHandlers::libraryList(const RequestContext &request)
 {
     request.integer(QStringLiteral("reqeuestype"));
     const TierScope scope = TierScope::resolve(request, *m_context.accounts);
-    BillStore store(*m_context.db);
-    QJsonArray list;
-    for (const BillStore::Library &l : store.libraries(scope.tier(), scope.owner()))
-        list.append(QJsonObject{{QStringLiteral("mc"), l.name}, {QStringLiteral("id"), QString::number(l.id)}});
-    return ok(list);
+    return ok(m_lists.fetch(scope.scopeKey(), *m_context.db, [&](qint64 *) {
+        BillStore store(*m_context.db);
+        QJsonArray list;
+        for (const BillStore::Library &l : store.libraries(scope.tier(), scope.owner()))
+            list.append(QJsonObject{{QStringLiteral("mc"), l.name}, {QStringLiteral("id"), QString::number(l.id)}});
+        return list;
+    }));
 }
 
 QJsonObject LibraryHandlers::libraryPermission(const RequestContext &request)

@@ -1,6 +1,7 @@
 #pragma once
 #include "billstore.h"
 #include "handlergroup.h"
+#include "readcache.h"
 #include "tierscope.h"
 
 // Bill libraries, chapter trees and bill-saving tasks: "getBZQDKList",
@@ -25,4 +26,7 @@ private:
 
     // The library `id` (text) of the scope's tier; throws NotFound otherwise.
     BillStore::Library ownLibrary(const TierScope &scope, const QString &id);
+
+    // Library lists by tier scope.
+    ReadCache m_lists;
 };

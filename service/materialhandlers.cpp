@@ -31,13 +31,16 @@ void MaterialHandlers::registerOn(QHash<QString, MethodHandler> &table)
 
 QJsonArray MaterialHandlers::libraries(const TierScope &scope)
 {
-    QJsonArray list;
-    QSqlQuery q = m_context.db->exec(
-        QStringLiteral("SELECT id, name FROM price_libraries WHERE tier = ? AND owner = ? ORDER BY created, rowid"),
-        {int(scope.tier()), scope.owner()});
-    while (q.next())
-        list.append(QJsonObject{{QStringLiteral("kmms"), q.value(1).toString()}, {QStringLiteral("_id"), q.value(0).toString()}});
-    return list;
+    return m_lists.fetch(scope.scopeKey(), *m_context.db, [&](qint64 *) {
+        QJsonArray list;
+        m_context.db->eachRow(
+            QStringLiteral("SELECT id, name FROM price_libraries WHERE tier = ? AND owner = ? ORDER BY created, rowid"),
+            {int(scope.tier()), scope.owner()}, [&](const QSqlQuery &q) {
+                list.append(QJsonObject{{QStringLiteral("kmms"), q.value(1).toString()},
+                                        {QStringLiteral("_id"), q.value(0).toString()}});
+            });
+        return list;
+    }).toArray();
 }
 
 void MaterialHandlers::requireOwnLibrary(const TierScope &scope, const QString &id)

@@ -1,5 +1,6 @@
 #pragma once
 #include "handlergroup.h"
+#include "readcache.h"
 #include "tierscope.h"
 
 // Material price libraries: "materiallist", "getenterprisepricelist",
@@ -22,4 +23,7 @@ private:
     QJsonArray libraries(const TierScope &scope);
     // Throws NotFound unless `id` is a price library of the scope's tier.
     void requireOwnLibrary(const TierScope &scope, const QString &id);
+
+    // Price library lists by tier scope.
+    ReadCache m_lists;
 };

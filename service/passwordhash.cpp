@@ -77,7 +77,40 @@ QString PasswordHash::randomToken(int bytes)
     return QString::fromLatin1(random.toHex());
 }
 
+namespace {
+
+// libsodium's SHA-256 takes a fifth of the time of Qt's, and every
+// logged-in request hashes its session.
+QString hex(const unsigned char *bytes, size_t size)
+{
+    char text[2 * crypto_hash_sha256_BYTES + 1];
+    sodium_bin2hex(text, sizeof text, bytes, size);
+    return QString::fromLatin1(text, int(2 * size));
+}
+
+const unsigned char *bytesOf(const QByteArray &data)
+{
+    return reinterpret_cast<const unsigned char *>(data.constData());
+}
+
+}
+
 QString PasswordHash::tokenDigest(const QString &token)
 {
-    return QString::fromLatin1(QCryptographicHash::hash(token.toUtf8(), QCryptographicHash::Sha256).toHex());
+    sodiumReady();
+    const QByteArray text = token.toUtf8();
+    unsigned char digest[crypto_hash_sha256_BYTES];
+    crypto_hash_sha256(digest, bytesOf(text), size_t(text.size()));
+    return hex(digest, sizeof digest);
+}
+
+QString PasswordHash::keyedDigest(const QByteArray &key, const QByteArray &message)
+{
+    sodiumReady();
+    crypto_auth_hmacsha256_state state;
+    unsigned char mac[crypto_auth_hmacsha256_BYTES];
+    crypto_auth_hmacsha256_init(&state, bytesOf(key), size_t(key.size()));
+    crypto_auth_hmacsha256_update(&state, bytesOf(message), size_t(message.size()));
+    crypto_auth_hmacsha256_final(&state, mac);
+    return hex(mac, sizeof mac);
 }

@@ -35,4 +35,6 @@ public:
     static QString randomToken(int bytes = 24);
     // What is stored for a token: its SHA-256, hex.
     static QString tokenDigest(const QString &token);
+    // HMAC-SHA256 of `message` under `key`, hex.
+    static QString keyedDigest(const QByteArray &key, const QByteArray &message);
 };

@@ -104,8 +104,12 @@ QJsonObject PricingHandlers::matchedBills(const RequestContext &request)
     q.limit = tagNum;
     QJsonArray list;
     BillStore store(*m_context.db);
-    for (qint64 id : m_context.catalog->match(q, scope.scopeKey()))
-        list.append(pricedBill(store.bill(id), withComposition));
+    for (qint64 id : m_context.catalog->match(q, scope.scopeKey())) {
+        const QString key = QString::number(id) + (withComposition ? QLatin1String("+") : QLatin1String("-"));
+        list.append(m_pricedBills.fetch(key, *m_context.db, [&](qint64 *) {
+            return pricedBill(store.bill(id), withComposition);
+        }));
+    }
     return ok(list);
 }
 

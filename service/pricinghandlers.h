@@ -2,6 +2,7 @@
 #include "billcatalog.h"
 #include "billstore.h"
 #include "handlergroup.h"
+#include "readcache.h"
 #include "tierscope.h"
 
 // Matching and the information behind matched bills: "getppqd", the
@@ -28,4 +29,7 @@ private:
     // {"id", "qdly", "qdbh", ...}: one priced bill as the pricing browsers read it.
     QJsonObject pricedBill(const BillStore::Bill &bill, bool withComposition);
     QString uploaderName(const BillStore::Bill &bill, const BillStore::Project &project);
+
+    // Matched bills as priced, by id: the same few answer most queries.
+    ReadCache m_pricedBills{1000};
 };

@@ -382,6 +382,7 @@ void ServiceDb::runTransaction(const std::function<void()> &body)
     } catch (...) {
         db.rollback();
         setInTransaction(false);
+        ++m_writeGeneration;
         throw;
     }
     const bool committed = db.commit();
@@ -389,6 +390,7 @@ void ServiceDb::runTransaction(const std::function<void()> &body)
     if (!committed)
         db.rollback();
     setInTransaction(false);
+    ++m_writeGeneration;
     if (!committed)
         throw dbError(QStringLiteral("commit"), error);
 }

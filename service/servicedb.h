@@ -10,6 +10,7 @@
 
 #include "servicedialect.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -60,6 +61,10 @@ public:
     // same database (for the first-run seed).
     void exclusively(const std::function<void()> &body);
 
+    // Raised as each write transaction of this object ends: results read at
+    // one value are current while it holds.
+    quint64 writeGeneration() const { return m_writeGeneration.load(); }
+
     const ServiceDialect &dialect() const { return m_dialect; }
     // This process's name on its PostgreSQL connections.
     QString instanceTag() const { return m_instanceTag; }
@@ -108,4 +113,5 @@ private:
     };
     QHash<QThread *, Entry> m_connections;
     QMutex m_writeMutex;
+    std::atomic<quint64> m_writeGeneration{0};
 };

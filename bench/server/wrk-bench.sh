@@ -4,6 +4,7 @@
 # "getppqd". wrk comes from Debian: apt-get install -y wrk
 #
 #   bench/server/wrk-bench.sh [velora-cloud binary] [seconds per load]
+#   DATABASE=postgresql://USER@HOST:PORT/DB bench/server/wrk-bench.sh ...
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 cloud=${1:-$here/../../build-bench/server/velora-cloud}
@@ -14,10 +15,13 @@ command -v wrk >/dev/null || { echo "wrk is missing: apt-get install -y wrk" >&2
 [ -x "$cloud" ] || { echo "no velora-cloud at $cloud (build target velora-cloud)" >&2; exit 1; }
 
 data=$(mktemp -d /tmp/velora-wrk.XXXXXX)
-taskset -c 0 "$cloud" --data "$data/cloud" --seed full --listen 127.0.0.1:$port >"$data/server.log" 2>&1 &
+# DATABASE=postgresql://... : that (empty) database instead of a data folder.
+store=(--data "$data/cloud")
+[ -n "${DATABASE:-}" ] && store=(--database "$DATABASE")
+taskset -c 0 "$cloud" "${store[@]}" --seed full --listen 127.0.0.1:$port >"$data/server.log" 2>&1 &
 server=$!
 trap 'kill $server 2>/dev/null; wait $server 2>/dev/null; rm -rf "$data"' EXIT
-for _ in $(seq 100); do curl -sf "http://127.0.0.1:$port/health" >/dev/null && break; sleep 0.1; done
+for _ in $(seq 300); do curl -sf "http://127.0.0.1:$port/health" >/dev/null && break; sleep 0.1; done
 
 envelope() { # token, data object
     printf '{"cmd":"cloudSoft","app_type":1,"orgin_token":"%s","data":%s}' "$1" "$2"
@@ -41,7 +45,8 @@ cpu_ticks() { awk '{print $14 + $15}' /proc/$server/stat; }
 
 # req/s and latency as wrk saw them, and the server's CPU time per request
 # (user + system, all threads): on a shared machine the second is the steadier
-# figure, and 1e6 / (µs per request) is what one core would serve.
+# figure, and 1e6 / (µs per request) is what one core would serve. The load
+# average (1 min) is read as each load ends.
 run() { # label, then wrk arguments
     local label=$1; shift
     local out before after
@@ -55,13 +60,13 @@ run() { # label, then wrk arguments
     count=$(awk '/requests in/ {print $1}' <<<"$out")
     errors=$(awk '/Non-2xx|Socket errors/ {printf "%s ", $0}' <<<"$out")
     us=$(awk -v t=$((after - before)) -v n="$count" -v hz="$(getconf CLK_TCK)" 'BEGIN {printf "%.0f", t * 1e6 / hz / n}')
-    printf '| %-36s | %10s | %8s | %8s | %8s | %8s | %s |\n' "$label" "$rps" "$p50" "$p99" "$us" \
-        "$(awk -v u="$us" 'BEGIN {printf "%.0f", 1e6 / u}')" "${errors:-0}"
+    printf '| %-36s | %10s | %8s | %8s | %8s | %8s | %5s | %s |\n' "$label" "$rps" "$p50" "$p99" "$us" \
+        "$(awk -v u="$us" 'BEGIN {printf "%.0f", 1e6 / u}')" "$(cut -d' ' -f1 /proc/loadavg)" "${errors:-0}"
 }
 
 echo "velora-cloud $cloud; wrk -t1 -c$connections -d${seconds}s; load average $(cut -d' ' -f1-3 /proc/loadavg)"
-printf '| %-36s | %10s | %8s | %8s | %8s | %8s | %s |\n' load req/s p50 p99 'CPU µs' 'req/CPU-s' errors
-printf '|%s|%s|%s|%s|%s|%s|%s|\n' -------------------------------------- -----------: ---------: ---------: ---------: ---------: --------
+printf '| %-36s | %10s | %8s | %8s | %8s | %8s | %5s | %s |\n' load req/s p50 p99 'CPU µs' 'req/CPU-s' 'load avg' errors
+printf '|%s|%s|%s|%s|%s|%s|%s|%s|\n' -------------------------------------- -----------: ---------: ---------: ---------: ---------: ------: --------
 run "GET /health" "http://127.0.0.1:$port/health"
 for entry in "${loads[@]}"; do
     IFS='|' read -r label token body <<<"$entry"

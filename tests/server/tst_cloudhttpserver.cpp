@@ -1,6 +1,8 @@
 #include "hosttestcase.h"
 #include "recordinghandler.h"
 
+#include <server/compactjson.h>
+
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QTcpSocket>
@@ -246,6 +248,38 @@ private slots:
         QTcpSocket late;
         late.connectToHost(QHostAddress::LocalHost, p);
         QVERIFY(!late.waitForConnected(2000));
+    }
+
+    // Replies are written by the server's own writer; clients parse them
+    // as Qt wrote them before, so the bytes must not differ.
+    void writesWhatQtWrites_data()
+    {
+        QTest::addColumn<QJsonValue>("value");
+        QString odd = QStringLiteral("\"\\/\b\f\n\r\t\x01\x1f\x7f é价😀 end");
+        odd += QChar(0xD800) + QStringLiteral("x") + QChar(0xDC00) + QChar(0xFFFE) + QChar(0xD83D);
+        QTest::newRow("escapes, UTF-8, lone surrogates") << QJsonValue(QJsonObject{{odd, odd}, {"", ""}});
+        const QString chinese = QString(3000, QChar(0x4ef7)) + odd;
+        const QString quoted = QString(3000, QLatin1Char('a')) + QString(3000, QLatin1Char('"'));
+        QTest::newRow("long texts") << QJsonValue(QJsonArray{QString(3000, QChar(1)), chinese, quoted});
+        const double numbers[] = {0.0, -0.0, 1, -42, 1000, 1e15, 9007199254740992.0, 9007199254740993.0, 1e17,
+                                  9.2e18, 1.8e19, 1e20, 1e21, 0.1, -2.5e-7, 123456.789, 1.0 / 3, qInf(), qQNaN()};
+        QJsonArray array;
+        for (double d : numbers)
+            array.append(d);
+        array.append(qint64(9223372036854775807LL));
+        array.append(qint64(-9007199254740993LL));
+        QTest::newRow("numbers") << QJsonValue(array);
+        QTest::newRow("nested, empty, literals")
+            << QJsonValue(QJsonObject{{"b", QJsonArray{QJsonObject(), QJsonArray(), true, false, QJsonValue()}},
+                                      {"a", QJsonObject{{"z", QJsonArray{QJsonArray{1}}}, {"价", "值"}}}});
+    }
+    void writesWhatQtWrites()
+    {
+        QFETCH(QJsonValue, value);
+        const QJsonArray wrapped{value};
+        std::string written;
+        CompactJson::append(wrapped, written);
+        QCOMPARE(QByteArray::fromStdString(written), QJsonDocument(wrapped).toJson(QJsonDocument::Compact));
     }
 
     void busyAddressIsReported()

@@ -2,6 +2,7 @@
 
 #include <service/loginthrottle.h>
 #include <service/passwordhash.h>
+#include <service/readcache.h>
 #include <service/servicedb.h>
 #include <service/serviceerror.h>
 #include <service/sessioncache.h>
@@ -220,6 +221,53 @@ private slots:
         QCOMPARE(cache.find("d1", nowMs / 1000, nowMs, &found), hit);
         if (hit)
             QCOMPARE(found.userId, 7);
+    }
+
+    // A kept read (server list, library lists) and the ways it must stop
+    // being answered: a write, time, a login in it idling out.
+    void readCacheEntry_data()
+    {
+        QTest::addColumn<qint64>("readAgoMs");
+        QTest::addColumn<qint64>("lapsesInMs");
+        QTest::addColumn<quint64>("generationNow");
+        QTest::addColumn<bool>("hit");
+        QTest::newRow("fresh") << qint64(0) << ReadCache::Never << quint64(5) << true;
+        QTest::newRow("read just under a second ago") << qint64(999) << ReadCache::Never << quint64(5) << true;
+        QTest::newRow("read a second ago") << qint64(1000) << ReadCache::Never << quint64(5) << false;
+        QTest::newRow("clock went back") << qint64(-5) << ReadCache::Never << quint64(5) << false;
+        QTest::newRow("written since") << qint64(0) << ReadCache::Never << quint64(6) << false;
+        QTest::newRow("a login in it idles out in 1 ms") << qint64(0) << qint64(1) << quint64(5) << true;
+        QTest::newRow("a login in it idled out now") << qint64(0) << qint64(0) << quint64(5) << false;
+    }
+
+    void readCacheEntry()
+    {
+        QFETCH(qint64, readAgoMs);
+        QFETCH(qint64, lapsesInMs);
+        QFETCH(quint64, generationNow);
+        QFETCH(bool, hit);
+        const qint64 nowMs = 1700000000000;
+        ReadCache cache;
+        const qint64 lapsesMs = lapsesInMs == ReadCache::Never ? lapsesInMs : nowMs + lapsesInMs;
+        cache.store("k", QJsonArray{1}, 5, nowMs - readAgoMs, lapsesMs);
+        QJsonValue found;
+        QCOMPARE(cache.find("k", generationNow, nowMs, &found), hit);
+        QCOMPARE(found, hit ? QJsonValue(QJsonArray{1}) : QJsonValue());
+    }
+
+    // Full, it makes room by dropping stale entries, not current ones.
+    void readCacheFullDropsStaleEntries()
+    {
+        const qint64 nowMs = 1700000000000;
+        ReadCache cache(2);
+        cache.store("current", 1, 5, nowMs, ReadCache::Never);
+        cache.store("stale", 2, 5, nowMs - ReadCache::TrustMs, ReadCache::Never);
+        cache.store("new", 3, 5, nowMs, ReadCache::Never);
+        QJsonValue found;
+        QVERIFY(cache.find("current", 5, nowMs, &found) && found == 1);
+        QVERIFY(cache.find("new", 5, nowMs, &found) && found == 3);
+        cache.store("third", 4, 5, nowMs, ReadCache::Never);
+        QVERIFY(!cache.find("current", 5, nowMs, &found) && cache.find("third", 5, nowMs, &found));
     }
 
     // Through the service: a session just used (and so remembered) ends with

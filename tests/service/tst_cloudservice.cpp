@@ -87,6 +87,7 @@ private slots:
     {
         const QString session = login(ServiceSeed::DemoUser);
         const QString ent = enterpriseLogin(session, ServiceSeed::DemoUser, ServiceSeed::EastEnterprise);
+        QCOMPARE(serverList(session).at(3).toObject().value("login").toBool(), true);
         QCOMPARE(code(send(ent, method("enterpriselogout", {{"qyid", 1001}}), session)), 0);
         const QJsonObject entry = serverList(session).at(3).toObject();
         QCOMPARE(entry.value("login").toBool(), false);

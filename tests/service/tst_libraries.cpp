@@ -66,6 +66,7 @@ private slots:
         QFETCH(QString, name);
         QFETCH(int, expectedCode);
         QFETCH(QString, message);
+        QCOMPARE(libraryNames().size(), 2);
         const QJsonObject r = personal("editNZQDK", {{"czlx", 0}, {"para", QJsonObject{{"qdkid", ""}, {"qdkmc", name}}}});
         QCOMPARE(code(r), expectedCode);
         QCOMPARE(msg(r), message);
