@@ -3,11 +3,17 @@
 #include "clsdac.h"
 #include "hostlog.h"
 
+#include <QCoreApplication>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
+#include <QFutureWatcher>
 #include <QHash>
 #include <QStringList>
+#include <QThread>
+#include <QtConcurrent>
 
+#include <functional>
 #include <mutex>
 
 // Outside any namespace, as Q_INIT_RESOURCE requires.
@@ -105,6 +111,30 @@ int countPlaceSet(DBM::clsDAC &dac)
     return r.next() ? r.value(0).toInt() : 0;
 }
 
+bool onGuiThread()
+{
+    const QCoreApplication *app = QCoreApplication::instance();
+    return app && QThread::currentThread() == app->thread();
+}
+
+// The first build takes tens of milliseconds: on the GUI thread it runs on a
+// pool thread while a local loop keeps the windows painting. A failure is
+// left to the caller's own try, which reports it.
+void buildAside(const std::function<void()> &build)
+{
+    QFutureWatcher<void> watcher;
+    QEventLoop loop;
+    QObject::connect(&watcher, &QFutureWatcher<void>::finished, &loop, &QEventLoop::quit);
+    watcher.setFuture(QtConcurrent::run([build] {
+        try {
+            build();
+        } catch (...) {
+        }
+    }));
+    if (!watcher.isFinished())
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
 QByteArray readResource(const QString &name)
 {
     QFile file(QStringLiteral(":/divisions/") + name);
@@ -170,8 +200,19 @@ int PlaceDictionary::build(const QString &path, const QByteArray &provinces, con
 
 QString PlaceDictionary::ensureDatabase()
 {
-    std::lock_guard<std::mutex> lock(s_buildMutex);
     const QString path = HostDatabasePath(databaseName());
+    if (!onGuiThread())
+        return ensureAt(path);
+    // A set is committed whole, so one that is seen is complete.
+    if (hasPlaceSet(path))
+        return path;
+    buildAside([path] { ensureAt(path); });
+    return ensureAt(path);
+}
+
+QString PlaceDictionary::ensureAt(const QString &path)
+{
+    std::lock_guard<std::mutex> lock(s_buildMutex);
     if (hasPlaceSet(path))
         return path;
     initDivisionResources();
