@@ -111,8 +111,6 @@ private slots:
         QCOMPARE(snapshot(*project), before);
     }
 
-    // A large batch is written in slices with the loop running between them,
-    // still as one undo step.
     void writesInSlicesAsOneUndoStep_data()
     {
         QTest::addColumn<int>("slice");
