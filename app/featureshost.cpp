@@ -7,6 +7,7 @@
 #include "projectdocument.h"
 #include "projectfeaturefill.h"
 
+#include <features/featurestore.h>
 #include <features/gqdxmtzmszn.h>
 #include <features/txmytz.h>
 
@@ -18,6 +19,7 @@
 
 #include <QCheckBox>
 #include <QCoreApplication>
+#include <QFile>
 #include <QEventLoop>
 #include <QFutureWatcher>
 #include <QLabel>
@@ -29,6 +31,8 @@
 #include <QTimer>
 #include <QtConcurrent>
 
+#include <algorithm>
+
 namespace {
 QPointer<Gqdxmtzmszn> s_guide;
 // Set while the guide itself moves to a neighbouring bill, so that the
@@ -39,6 +43,12 @@ bool s_moving = false;
 // GUI thread's loop keeps the windows painting.
 void installLibraries()
 {
+    // Installed once per application folder: later opens need no thread.
+    const QStringList names = FeatureStore::libraryNames();
+    if (std::all_of(names.cbegin(), names.cend(), [](const QString &name) {
+            return QFile::exists(FeatureStore::libraryPath(name));
+        }))
+        return;
     QFutureWatcher<QString> watcher;
     QEventLoop loop;
     QObject::connect(&watcher, &QFutureWatcher<QString>::finished, &loop, &QEventLoop::quit);
