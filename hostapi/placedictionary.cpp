@@ -1,19 +1,16 @@
 #include "placedictionary.h"
 #include "apppaths.h"
+#include "asiderun.h"
 #include "clsdac.h"
 #include "hostlog.h"
 
 #include <QCoreApplication>
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
-#include <QFutureWatcher>
 #include <QHash>
 #include <QStringList>
 #include <QThread>
-#include <QtConcurrent>
 
-#include <functional>
 #include <mutex>
 
 // Outside any namespace, as Q_INIT_RESOURCE requires.
@@ -117,24 +114,6 @@ bool onGuiThread()
     return app && QThread::currentThread() == app->thread();
 }
 
-// The first build takes tens of milliseconds: on the GUI thread it runs on a
-// pool thread while a local loop keeps the windows painting. A failure is
-// left to the caller's own try, which reports it.
-void buildAside(const std::function<void()> &build)
-{
-    QFutureWatcher<void> watcher;
-    QEventLoop loop;
-    QObject::connect(&watcher, &QFutureWatcher<void>::finished, &loop, &QEventLoop::quit);
-    watcher.setFuture(QtConcurrent::run([build] {
-        try {
-            build();
-        } catch (...) {
-        }
-    }));
-    if (!watcher.isFinished())
-        loop.exec(QEventLoop::ExcludeUserInputEvents);
-}
-
 QByteArray readResource(const QString &name)
 {
     QFile file(QStringLiteral(":/divisions/") + name);
@@ -206,7 +185,9 @@ QString PlaceDictionary::ensureDatabase()
     // A set is committed whole, so one that is seen is complete.
     if (hasPlaceSet(path))
         return path;
-    buildAside([path] { ensureAt(path); });
+    // The first build takes tens of milliseconds; a failure is reported by
+    // the call below.
+    AsideRun::wait([path] { ensureAt(path); });
     return ensureAt(path);
 }
 
