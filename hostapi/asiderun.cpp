@@ -17,4 +17,7 @@ void AsideRun::wait(const std::function<void()> &job)
     }));
     if (!watcher.isFinished())
         loop.exec(QEventLoop::ExcludeUserInputEvents);
+    // The loop also ends when the application quits: the job may use the
+    // caller's variables, so it is waited for in any case.
+    watcher.waitForFinished();
 }
