@@ -39,10 +39,19 @@ int CompositionWriter::applyAll(const QList<Choice> &choices, bool replace)
         return 0;
     RURecordControl::BeginRecord(TableBaseObject::GetTableRedoUIInfo(m_project.tableOf(choices.first().first), 8,
                                                                      QStringLiteral("智能云组价")));
-    for (const Choice &choice : choices)
-        write(choice.first, choice.second, replace);
+    for (int i = 0; i < choices.size(); ++i) {
+        if (m_pause && i > 0 && i % m_sliceSize == 0)
+            m_pause();
+        write(choices.at(i).first, choices.at(i).second, replace);
+    }
     RURecordControl::EndRecord();
     return choices.size();
+}
+
+void CompositionWriter::setSlices(int size, std::function<void()> pause)
+{
+    m_sliceSize = size;
+    m_pause = size > 0 ? std::move(pause) : nullptr;
 }
 
 CompositionWriter::Values CompositionWriter::prepare(const QJsonObject &matched)

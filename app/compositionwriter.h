@@ -5,6 +5,8 @@
 #include <QList>
 #include <QPair>
 
+#include <functional>
+
 class BaseDataItem;
 class ProjectDocument;
 
@@ -37,6 +39,9 @@ public:
     // many were written.
     int applyAll(const QList<QPair<BaseDataItem *, QJsonObject>> &choices, bool replace);
     int applyAll(const QList<Choice> &choices, bool replace);
+    // applyAll calls `pause` after every `size` bills but the last, inside
+    // its one undo step: a caller on the GUI thread lets the loop run there.
+    void setSlices(int size, std::function<void()> pause);
 
     // The sum of the top-level lines' price × quantity (1 when a line has
     // none), each rounded to cents.
@@ -46,4 +51,6 @@ public:
 private:
     void write(BaseDataItem *bill, const Values &values, bool replace);
     ProjectDocument &m_project;
+    int m_sliceSize = 0;
+    std::function<void()> m_pause;
 };

@@ -7,10 +7,13 @@
 #include "projectdocument.h"
 #include "projectfeaturefill.h"
 
+#include <features/featurestore.h>
 #include <features/gqdxmtzmszn.h>
 #include <features/txmytz.h>
 
+#include <hostapi/asiderun.h>
 #include <hostapi/exceptionguard.h>
+#include <hostapi/exdbm.h>
 #include <hostapi/hostlog.h>
 #include <hostapi/jjbtablebase.h>
 #include <hostapi/ltdinfo.h>
@@ -18,8 +21,8 @@
 
 #include <QCheckBox>
 #include <QCoreApplication>
+#include <QFile>
 #include <QEventLoop>
-#include <QFutureWatcher>
 #include <QLabel>
 #include <QPointer>
 #include <QProgressDialog>
@@ -27,7 +30,8 @@
 #include <QRadioButton>
 #include <QTableWidget>
 #include <QTimer>
-#include <QtConcurrent>
+
+#include <algorithm>
 
 namespace {
 QPointer<Gqdxmtzmszn> s_guide;
@@ -35,21 +39,30 @@ QPointer<Gqdxmtzmszn> s_guide;
 // host's selection change does not load the bill a second time.
 bool s_moving = false;
 
-// The first use builds the library files: on a pool thread, while the
-// GUI thread's loop keeps the windows painting.
-void installLibraries()
+// The first use builds the library files and the user's custom tables (each
+// CREATE waits for the disk): on a pool thread, while the GUI thread's loop
+// keeps the windows painting. Later opens find them and need no thread.
+void installLocalData()
 {
-    QFutureWatcher<QString> watcher;
-    QEventLoop loop;
-    QObject::connect(&watcher, &QFutureWatcher<QString>::finished, &loop, &QEventLoop::quit);
-    watcher.setFuture(QtConcurrent::run([] {
-        QString error;
-        return FeatureLibrarySeeder::ensure(&error) ? QString() : error;
-    }));
-    if (!watcher.isFinished())
-        loop.exec(QEventLoop::ExcludeUserInputEvents);
-    if (!watcher.result().isEmpty())
-        HostLog::write(QStringLiteral("featureguide:"), watcher.result());
+    const QStringList names = FeatureStore::libraryNames();
+    const bool libraries = std::all_of(names.cbegin(), names.cend(), [](const QString &name) {
+        return QFile::exists(FeatureStore::libraryPath(name));
+    });
+    bool tables = false;
+    try {
+        tables = FeatureStore::hasCustomTables();
+    } catch (const DBM::exDBM &) {
+        // created below; a failure is the guide's own to report
+    }
+    if (libraries && tables)
+        return;
+    QString error;
+    AsideRun::wait([&error] {
+        FeatureLibrarySeeder::ensure(&error);
+        FeatureStore::ensureTables();
+    });
+    if (!error.isEmpty())
+        HostLog::write(QStringLiteral("featureguide:"), error);
 }
 
 void showBill(Gqdxmtzmszn *guide, HostContext &host, BaseDataItem *bill)
@@ -61,7 +74,7 @@ void showBill(Gqdxmtzmszn *guide, HostContext &host, BaseDataItem *bill)
 
 Gqdxmtzmszn *createGuide(HostContext &host)
 {
-    installLibraries();
+    installLocalData();
     auto *guide = new Gqdxmtzmszn(host.window);
     HostContext *context = &host;
     guide->setUnitWork(host.project ? host.project->unitWork() : nullptr);
@@ -163,7 +176,7 @@ QWidget *FeaturesHost::openCustomLine(HostContext &host)
         showMessageBox(QStringLiteral("当前清单不属于清单规范库，不能新增自编特征描述"), host.window);
         return nullptr;
     }
-    installLibraries();
+    installLocalData();
     CustomFeatureDialog dialog(bill, host.window);
     if (dialog.ShowModal() != QDialog::Accepted)
         return nullptr;

@@ -12,8 +12,10 @@
 #include <materials/prompt.h>
 #include <materials/tcloudclsavedialog_xjbc.h>
 
+#include <hostapi/asiderun.h>
 #include <hostapi/childdialog.h>
 #include <hostapi/exceptionguard.h>
+#include <hostapi/exdbm.h>
 #include <hostapi/gljbean.h>
 #include <hostapi/ltdinfo.h>
 #include <hostapi/projectsettinghelper.h>
@@ -25,6 +27,19 @@
 
 namespace {
 const char kSource[] = "velora-host";
+
+// A new application folder creates the local price tables first: on a pool
+// thread, as each CREATE waits for the disk while the windows keep painting.
+void createTablesAside()
+{
+    try {
+        if (MaterialPriceTables::hasTables())
+            return;
+    } catch (const DBM::exDBM &) {
+        return; // the dialog's own creation reports it
+    }
+    AsideRun::wait([] { MaterialPriceTables::ensureTables(); });
+}
 
 QJsonArray materialsJson(const QList<GljBean *> &materials)
 {
@@ -40,6 +55,7 @@ QJsonArray materialsJson(const QList<GljBean *> &materials)
 
 QWidget *MaterialStorageHost::open(HostContext &host)
 {
+    createTablesAside();
     CloudCLSaveDialogm dialog(taxArgument(), host.window);
     prepare(dialog, host, scope(host));
     dialog.ShowModal();
@@ -49,6 +65,7 @@ QWidget *MaterialStorageHost::open(HostContext &host)
 QWidget *MaterialStorageHost::tour(HostContext &host)
 {
     const QList<GljBean *> all = scope(host);
+    createTablesAside();
     {
         CloudCLSaveDialogm single(taxArgument(), host.window);
         prepare(single, host, all.mid(0, 1));

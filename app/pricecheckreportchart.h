@@ -17,13 +17,13 @@ public:
     explicit PriceCheckReportChart(QWidget *parent = nullptr);
 
     void setRows(const QList<PriceCheckReportRow> &rows);
+    // The two halves of setRows, for a caller that paints between them.
+    void showDistribution(const QList<PriceCheckReportRow> &rows);
+    void showWorst(const QList<PriceCheckReportRow> &rows);
     QtCharts::QChartView *distributionView() const { return m_distribution; }
     QtCharts::QChartView *worstView() const { return m_worst; }
 
 private:
-    void showDistribution(const QList<PriceCheckReportRow> &rows);
-    void showWorst(const QList<PriceCheckReportRow> &rows);
-
     QtCharts::QChartView *m_distribution = nullptr;
     QtCharts::QChartView *m_worst = nullptr;
 };

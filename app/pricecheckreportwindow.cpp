@@ -17,12 +17,14 @@
 #include <hostapi/zbasecombox.h>
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QCloseEvent>
 #include <QDoubleSpinBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSaveFile>
@@ -85,6 +87,7 @@ PriceCheckReportWindow::PriceCheckReportWindow(HostContext &host, QWidget *paren
 void PriceCheckReportWindow::closeEvent(QCloseEvent *event)
 {
     // The shading belongs to this report; a running check is dropped.
+    m_closed = true;
     m_run->cancel();
     emit beyondBillsChanged({});
     QWidget::closeEvent(event);
@@ -173,13 +176,30 @@ void PriceCheckReportWindow::showProgress(int done, int total)
 void PriceCheckReportWindow::runFinished()
 {
     GUARDED(kSource, [&] {
+        // Table, each chart and the bill tree's shading are painted one after
+        // the other, so that no single paint of thousands of rows is long.
         const QList<PriceCheckReportRow> rows = m_run->takeRows();
         m_model->setRows(rows);
-        m_chart->setRows(rows);
+        if (!paintNow())
+            return;
+        m_chart->showDistribution(rows);
+        if (!paintNow())
+            return;
+        m_chart->showWorst(rows);
+        if (!paintNow())
+            return;
         m_progress->setValue(m_progress->maximum());
         setChecking(false);
         limitChanged();
     });
+}
+
+// False when the window was closed meanwhile: the rest is not shown.
+bool PriceCheckReportWindow::paintNow()
+{
+    QPointer<PriceCheckReportWindow> self(this);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    return self && !m_closed;
 }
 
 void PriceCheckReportWindow::runCancelled()

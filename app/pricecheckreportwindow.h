@@ -61,6 +61,7 @@ private:
     void showProgress(int done, int total);
     void setChecking(bool checking);
     void limitChanged();
+    bool paintNow();
     void chooseCsvFile();
     void goToBill(const QModelIndex &index);
 
@@ -80,4 +81,5 @@ private:
     QLineEdit *m_search = nullptr;
     QCheckBox *m_onlyBeyond = nullptr;
     QTableView *m_table = nullptr;
+    bool m_closed = false;
 };

@@ -126,8 +126,11 @@ QWidget *SmartPricingHost::openBatch(HostContext &host)
 QWidget *SmartPricingHost::tourBatch(HostContext &host)
 {
     const SetupChoice choice = runSetup(host, true);
-    if (choice.chosen && runBatch(host, choice.server, choice.skipPriced, choice.gcType, choice.projectIds))
+    if (choice.chosen && runBatch(host, choice.server, choice.skipPriced, choice.gcType, choice.projectIds)) {
+        // The window repaints before the undo, as between two user actions.
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         RURecordControl::undoStack()->undo();
+    }
     return nullptr;
 }
 
@@ -160,7 +163,12 @@ bool SmartPricingHost::runBatch(HostContext &host, const LtdInfo &server, bool s
     const QString refusal = pricing.takeReplies(run.takeReplies());
     if (!refusal.isEmpty())
         showMessageBox(refusal, host.window);
-    const int applied = CompositionWriter(*project).applyAll(preparedChoices(pricing, run.takeBest()), false);
+    // Thousands of bills are written in slices with the loop running between
+    // them, and the window repaints before the summary is built.
+    CompositionWriter writer(*project);
+    writer.setSlices(400, [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
+    const int applied = writer.applyAll(preparedChoices(pricing, run.takeBest()), false);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     BatchPricingSummary summary(host.window);
     summary.setResult(pricing);
     HostContext *context = &host;

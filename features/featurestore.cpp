@@ -4,6 +4,8 @@
 #include <hostapi/hostconstants.h>
 #include <hostapi/sqlaccess.h>
 
+#include <QFileInfo>
+
 
 namespace {
 const QString kCreate = QStringLiteral(
@@ -48,6 +50,23 @@ void FeatureStore::ensureTables()
     DBM::clsDAC db(userDatabasePath());
     for (const QString &name : libraryNames())
         db.execSql(kCreate.arg(name));
+}
+
+bool FeatureStore::hasCustomTables()
+{
+    if (!QFileInfo::exists(userDatabasePath()))
+        return false;
+    QVariantList names;
+    for (const QString &name : libraryNames())
+        names << QVariant(name + QStringLiteral("_xmtz_ms"));
+    QStringList marks;
+    for (int i = 0; i < names.size(); ++i)
+        marks << QStringLiteral("?");
+    DBM::clsDAC db(userDatabasePath(), true);
+    DBM::clsDACResult r = db.execPrepared(
+        QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name IN (%1)").arg(marks.join(", ")),
+        names);
+    return r.next() && r.value(0).toInt() == names.size();
 }
 
 QString FeatureStore::customTable(const QString &libraryPath, const QString &previous)

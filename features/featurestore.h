@@ -26,6 +26,8 @@ public:
 
     // The four custom tables, created when missing.
     static void ensureTables();
+    // True when the four custom tables are there (ensureTables creates none).
+    static bool hasCustomTables();
     // The custom table of `libraryPath`; `previous` when it is none of the four.
     static QString customTable(const QString &libraryPath, const QString &previous);
     // The library of a bill kind ("GB24", ...); empty when none matches.

@@ -631,8 +631,11 @@ void Gqdxmtzmszn::closeEvent(QCloseEvent *event)
 void Gqdxmtzmszn::writeAppClose() const
 {
     GUARDED(kSource, [&] {
-        HostConfig::openSysSet()->setValue(kAppCloseKey, m_chkAppClose->isChecked() ? QStringLiteral("1")
-                                                                                   : QStringLiteral("0"));
+        // Written only when it changes: each write syncs the file to disk.
+        const QString value = m_chkAppClose->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
+        const std::unique_ptr<QSettings> settings = HostConfig::openSysSet();
+        if (settings->value(kAppCloseKey).toString() != value)
+            settings->setValue(kAppCloseKey, value);
     });
 }
 

@@ -18,7 +18,11 @@ QVariant clsDACResult::value(const QString &column) const
 {
     if (!m_query || !m_query->isValid())
         return {};
-    const int index = m_query->record().indexOf(column);
+    if (!m_haveColumns) {
+        m_columns = m_query->record();
+        m_haveColumns = true;
+    }
+    const int index = m_columns.indexOf(column);
     return index < 0 ? QVariant() : m_query->value(index);
 }
 

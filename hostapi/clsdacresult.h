@@ -1,5 +1,6 @@
 #pragma once
 #include <QSqlQuery>
+#include <QSqlRecord>
 #include <QString>
 #include <QVariant>
 
@@ -24,6 +25,9 @@ public:
 
 private:
     std::shared_ptr<QSqlQuery> m_query;
+    // The columns, read once: QSqlQuery::record() copies the whole row.
+    mutable QSqlRecord m_columns;
+    mutable bool m_haveColumns = false;
 };
 
 }

@@ -1,12 +1,15 @@
 #include "placedictionary.h"
 #include "apppaths.h"
+#include "asiderun.h"
 #include "clsdac.h"
 #include "hostlog.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QStringList>
+#include <QThread>
 
 #include <mutex>
 
@@ -105,6 +108,12 @@ int countPlaceSet(DBM::clsDAC &dac)
     return r.next() ? r.value(0).toInt() : 0;
 }
 
+bool onGuiThread()
+{
+    const QCoreApplication *app = QCoreApplication::instance();
+    return app && QThread::currentThread() == app->thread();
+}
+
 QByteArray readResource(const QString &name)
 {
     QFile file(QStringLiteral(":/divisions/") + name);
@@ -170,8 +179,21 @@ int PlaceDictionary::build(const QString &path, const QByteArray &provinces, con
 
 QString PlaceDictionary::ensureDatabase()
 {
-    std::lock_guard<std::mutex> lock(s_buildMutex);
     const QString path = HostDatabasePath(databaseName());
+    if (!onGuiThread())
+        return ensureAt(path);
+    // A set is committed whole, so one that is seen is complete.
+    if (hasPlaceSet(path))
+        return path;
+    // The first build takes tens of milliseconds; a failure is reported by
+    // the call below.
+    AsideRun::wait([path] { ensureAt(path); });
+    return ensureAt(path);
+}
+
+QString PlaceDictionary::ensureAt(const QString &path)
+{
+    std::lock_guard<std::mutex> lock(s_buildMutex);
     if (hasPlaceSet(path))
         return path;
     initDivisionResources();

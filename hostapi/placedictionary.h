@@ -33,4 +33,7 @@ public:
 
     // True when the database at `path` holds rows of the place set.
     static bool hasPlaceSet(const QString &path);
+
+private:
+    static QString ensureAt(const QString &path);
 };

@@ -5,6 +5,8 @@
 #include <hostapi/gljbean.h>
 #include <hostapi/round.h>
 
+#include <QFileInfo>
+
 namespace {
 const QString kAfterTax = QStringLiteral("【税后价】");
 const QString kBeforeTax = QStringLiteral("【税前价】");
@@ -46,6 +48,16 @@ void MaterialPriceTables::ensureTables()
                                    "lbid  NULL,clmc  NULL,clgg NULL,cldw  NULL,cldj  NULL,clcd  NULL,clpp  NULL,"
                                    "clsj  NULL,lyid  NULL)"));
     dac.closeDB();
+}
+
+bool MaterialPriceTables::hasTables()
+{
+    if (!QFileInfo::exists(databasePath()))
+        return false;
+    DBM::clsDAC dac(databasePath(), true);
+    const bool present = !tableMissing(dac, QStringLiteral("jb")) && !tableMissing(dac, QStringLiteral("cljgb"));
+    dac.closeDB();
+    return present;
 }
 
 QStringList MaterialPriceTables::listTables()

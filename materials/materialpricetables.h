@@ -23,6 +23,8 @@ public:
 
     static QString databasePath();
     static void ensureTables();
+    // True when both tables are there (nothing to create).
+    static bool hasTables();
 
     // Display texts of every table: name plus "【税后价】" or "【税前价】".
     static QStringList listTables();

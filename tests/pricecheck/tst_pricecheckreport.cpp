@@ -115,6 +115,23 @@ private slots:
         window->close();
         QVERIFY(!a1.data(Qt::BackgroundRole).isValid());
     }
+
+    // Closed between the table's paint and the charts': nothing is shaded.
+    void closedWhileFillingShadesNothing()
+    {
+        Users::Instance()->Kvy()->setLogin(QStringLiteral("u1"), QStringLiteral("张三"), QStringLiteral("sess-1"));
+        MainWindow main(project.get());
+        fx->channel().replyOk(serverList());
+        auto *window = static_cast<PriceCheckReportWindow *>(PriceCheckReportHost::open(main.context()));
+        for (double price : {100.0, 80.0, 101.0})
+            fx->channel().replyOk(QJsonArray{cloudBill(price)});
+        QObject::connect(window->model(), &QAbstractItemModel::modelReset, window, &QWidget::close, Qt::QueuedConnection);
+        QSignalSpy done(window->run(), &PriceCheckReportRun::finished);
+        window->startCheck();
+        QVERIFY(done.wait(5000));
+        auto *tree = static_cast<BillTreeModel *>(main.billView(0)->model());
+        QVERIFY(!tree->indexOf(project->billByCode("A1")).data(Qt::BackgroundRole).isValid());
+    }
 };
 
 QTEST_MAIN(TestPriceCheckReport)

@@ -111,6 +111,41 @@ private slots:
         QCOMPARE(snapshot(*project), before);
     }
 
+    void writesInSlicesAsOneUndoStep_data()
+    {
+        QTest::addColumn<int>("slice");
+        QTest::addColumn<int>("pauses");
+        QTest::newRow("one bill a slice") << 1 << 6;
+        QTest::newRow("three a slice") << 3 << 2;
+        QTest::newRow("one slice") << 7 << 0;
+        QTest::newRow("no slices") << 0 << 0;
+    }
+    void writesInSlicesAsOneUndoStep()
+    {
+        QFETCH(int, slice);
+        MainWindow main(project.get());
+        const QList<BaseDataItem *> bills = project->allBills().mid(0, 7);
+        const QStringList before = snapshot(*project);
+        QList<CompositionWriter::Choice> choices;
+        for (BaseDataItem *bill : bills)
+            choices.append(qMakePair(bill, CompositionWriter::Values{QString(), 12.5, QString(), QString()}));
+        QUndoStack *undo = RURecordControl::undoStack();
+        const int steps = undo->count();
+        int pauses = 0;
+        CompositionWriter writer(*project);
+        writer.setSlices(slice, [&] {
+            ++pauses;
+            QCOMPARE(undo->count(), steps); // the step is still open
+        });
+        QCOMPARE(writer.applyAll(choices, false), 7);
+        QTEST(pauses, "pauses");
+        QCOMPARE(undo->count(), steps + 1);
+        for (const BaseDataItem *bill : bills)
+            QCOMPARE(bill->data(BaseDataItem::UnitPriceRole).toDouble(), 12.5);
+        undo->undo();
+        QCOMPARE(snapshot(*project), before);
+    }
+
     void batchPlanAndOutcomes_data()
     {
         QTest::addColumn<double>("quantity");
