@@ -109,6 +109,24 @@ void CompactJson::appendNumber(double number, std::string &out)
 
 void CompactJson::append(const QJsonValue &value, std::string &out)
 {
+    appendValue(value, out, 0);
+}
+
+void CompactJson::append(const QJsonArray &array, std::string &out)
+{
+    appendArray(array, out, 0);
+}
+
+void CompactJson::append(const QJsonObject &object, std::string &out)
+{
+    appendObject(object, out, 0);
+}
+
+// Below OwnDepth levels Qt's writer takes over: its frames are smaller than
+// these (much smaller under the address sanitizer), and a server worker's
+// stack is sized for its recursion over the deepest message allowed.
+void CompactJson::appendValue(const QJsonValue &value, std::string &out, int depth)
+{
     switch (value.type()) {
     case QJsonValue::Bool:
         out.append(value.toBool() ? "true" : "false");
@@ -120,17 +138,29 @@ void CompactJson::append(const QJsonValue &value, std::string &out)
         appendString(value.toString(), out);
         break;
     case QJsonValue::Array:
-        append(value.toArray(), out);
+        if (depth >= OwnDepth)
+            appendByQt(QJsonDocument(value.toArray()), out);
+        else
+            appendArray(value.toArray(), out, depth + 1);
         break;
     case QJsonValue::Object:
-        append(value.toObject(), out);
+        if (depth >= OwnDepth)
+            appendByQt(QJsonDocument(value.toObject()), out);
+        else
+            appendObject(value.toObject(), out, depth + 1);
         break;
     default:
         out.append("null");
     }
 }
 
-void CompactJson::append(const QJsonArray &array, std::string &out)
+void CompactJson::appendByQt(const QJsonDocument &document, std::string &out)
+{
+    const QByteArray text = document.toJson(QJsonDocument::Compact);
+    out.append(text.constData(), size_t(text.size()));
+}
+
+void CompactJson::appendArray(const QJsonArray &array, std::string &out, int depth)
 {
     out.push_back('[');
     bool first = true;
@@ -138,12 +168,12 @@ void CompactJson::append(const QJsonArray &array, std::string &out)
         if (!first)
             out.push_back(',');
         first = false;
-        append(value, out);
+        appendValue(value, out, depth);
     }
     out.push_back(']');
 }
 
-void CompactJson::append(const QJsonObject &object, std::string &out)
+void CompactJson::appendObject(const QJsonObject &object, std::string &out, int depth)
 {
     out.push_back('{');
     for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
@@ -151,7 +181,7 @@ void CompactJson::append(const QJsonObject &object, std::string &out)
             out.push_back(',');
         appendString(it.key(), out);
         out.push_back(':');
-        append(it.value(), out);
+        appendValue(it.value(), out, depth);
     }
     out.push_back('}');
 }

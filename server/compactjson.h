@@ -1,5 +1,6 @@
 #pragma once
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <string>
@@ -15,4 +16,11 @@ public:
     static void append(const QJsonValue &value, std::string &out);
     static void appendString(const QString &text, std::string &out);
     static void appendNumber(double number, std::string &out);
+
+private:
+    static constexpr int OwnDepth = 16;
+    static void appendValue(const QJsonValue &value, std::string &out, int depth);
+    static void appendArray(const QJsonArray &array, std::string &out, int depth);
+    static void appendObject(const QJsonObject &object, std::string &out, int depth);
+    static void appendByQt(const QJsonDocument &document, std::string &out);
 };
