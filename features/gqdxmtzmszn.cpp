@@ -128,10 +128,10 @@ QLayout *Gqdxmtzmszn::buildHeader()
     bold.setBold(true);
     m_lblItem->setFont(bold);
     auto *previous = WidgetFactory::button(QString(), QStringLiteral("btnLastQd"), client, 24, 24);
-    previous->setIcon(QIcon(kIcons + QStringLiteral("lastqd.svg")));
+    previous->setIcon(WidgetFactory::icon(kIcons + QStringLiteral("lastqd.svg")));
     previous->setToolTip(QStringLiteral("上一条清单"));
     auto *next = WidgetFactory::button(QString(), QStringLiteral("btnNextQd"), client, 24, 24);
-    next->setIcon(QIcon(kIcons + QStringLiteral("nextqd.svg")));
+    next->setIcon(WidgetFactory::icon(kIcons + QStringLiteral("nextqd.svg")));
     next->setToolTip(QStringLiteral("下一条清单"));
     for (QPushButton *b : {previous, next})
         b->setStyleSheet(QStringLiteral("QPushButton{border:none;background:transparent;}"));
@@ -198,11 +198,7 @@ QPushButton *Gqdxmtzmszn::pageButton(const QString &name, const QString &disable
                                      const QString &hover)
 {
     QPushButton *button = WidgetFactory::button(QString(), name, clientWidget(), 24, 24);
-    QIcon icon;
-    icon.addFile(kIcons + normal, QSize(), QIcon::Normal);
-    icon.addFile(kIcons + disabled, QSize(), QIcon::Disabled);
-    icon.addFile(kIcons + hover, QSize(), QIcon::Active);
-    button->setIcon(icon);
+    button->setIcon(WidgetFactory::icon(kIcons + normal, kIcons + disabled, kIcons + hover));
     button->setIconSize(QSize(px(22), px(22)));
     button->setStyleSheet(QStringLiteral("QPushButton{border:none;background:transparent;}"));
     button->setEnabled(false);

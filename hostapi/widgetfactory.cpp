@@ -1,6 +1,8 @@
 #include "widgetfactory.h"
 #include "interfaceadaptation.h"
 
+#include <QCoreApplication>
+#include <QHash>
 #include <QLabel>
 #include <QPushButton>
 
@@ -59,4 +61,31 @@ QPushButton *WidgetFactory::iconButton(const QString &name, const QString &icon,
     button->setStyleSheet(QStringLiteral("#%1{border:none;image:url(%2);}#%1:hover{image:url(%3);}")
                               .arg(name, icon, hover));
     return button;
+}
+
+QIcon WidgetFactory::icon(const QString &path)
+{
+    return icon(path, QString(), QString());
+}
+
+QIcon WidgetFactory::icon(const QString &normal, const QString &disabled, const QString &active)
+{
+    static QHash<QString, QIcon> read;
+    // Dropped with the application, before the pixmaps' platform goes.
+    static const bool routine = [] {
+        qAddPostRoutine([] { read.clear(); });
+        return true;
+    }();
+    Q_UNUSED(routine)
+    const QString key = normal + QLatin1Char('\n') + disabled + QLatin1Char('\n') + active;
+    auto found = read.constFind(key);
+    if (found != read.constEnd())
+        return *found;
+    if (disabled.isEmpty() && active.isEmpty())
+        return read.insert(key, QIcon(normal)).value();
+    QIcon made;
+    made.addFile(normal, QSize(), QIcon::Normal);
+    made.addFile(disabled, QSize(), QIcon::Disabled);
+    made.addFile(active, QSize(), QIcon::Active);
+    return read.insert(key, made).value();
 }

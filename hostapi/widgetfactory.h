@@ -1,4 +1,5 @@
 #pragma once
+#include <QIcon>
 #include <QString>
 
 class QLabel;
@@ -21,6 +22,11 @@ public:
     static QPushButton *button(const QString &text, const QString &name, QWidget *parent, int width, int height);
     // A borderless 24 x 24 (scaled) button drawn by `icon`, `hover` under the mouse.
     static QPushButton *iconButton(const QString &name, const QString &icon, const QString &hover, QWidget *parent);
+
+    // Icons from files, read once per process (GUI thread): an icon read
+    // anew each time parses its file again and misses the rendered pixmaps.
+    static QIcon icon(const QString &path);
+    static QIcon icon(const QString &normal, const QString &disabled, const QString &active);
 
     // setFixedSize with both sizes scaled.
     static void setScaledFixedSize(QWidget *widget, int width, int height);

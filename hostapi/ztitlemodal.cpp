@@ -96,7 +96,7 @@ QString zTitleModal::caption() const
 void zTitleModal::SetHeaderIcon(const QString &path)
 {
     const int side = InterfaceAdaptation::scaled(18);
-    m_icon->setPixmap(path.isEmpty() ? QPixmap() : QIcon(path).pixmap(side, side));
+    m_icon->setPixmap(path.isEmpty() ? QPixmap() : WidgetFactory::icon(path).pixmap(side, side));
     m_icon->setVisible(!path.isEmpty());
 }
 

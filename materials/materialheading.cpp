@@ -13,7 +13,7 @@ QLayout *MaterialHeading::build(QWidget *parent, const QString &icon, const QStr
 {
     const int iconSize = InterfaceAdaptation::scaled(22);
     QLabel *lblIcon = WidgetFactory::label(QString(), QStringLiteral("lblIcon"), parent);
-    lblIcon->setPixmap(QIcon(icon).pixmap(iconSize, iconSize));
+    lblIcon->setPixmap(WidgetFactory::icon(icon).pixmap(iconSize, iconSize));
     QLabel *lblTitle = WidgetFactory::label(title, QStringLiteral("lblTitle"), parent);
     QFont font(QStringLiteral("Microsoft YaHei"));
     font.setPixelSize(14);

@@ -115,7 +115,7 @@ QWidget *TVelQddjjc::buildHeader()
     auto *header = new QWidget(clientWidget());
     header->setObjectName(QStringLiteral("widgetHeader"));
     auto *icon = WidgetFactory::label(QString(), QStringLiteral("lblIcon"), header, 40, 40);
-    icon->setPixmap(QIcon(QStringLiteral(":/Image/Velostra/s_icon_djyjc.svg")).pixmap(px(40), px(40)));
+    icon->setPixmap(WidgetFactory::icon(QStringLiteral(":/Image/Velostra/s_icon_djyjc.svg")).pixmap(px(40), px(40)));
     auto *title = WidgetFactory::label(QStringLiteral("当前清单\n单价检查"), QStringLiteral("lblDqqdznzj"), header);
     title->setStyleSheet(QStringLiteral("#lblDqqdznzj{font-weight:bold;color:#2F7CF6;}"));
     auto caption = [header](const QString &text, const QString &name) {

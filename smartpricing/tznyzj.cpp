@@ -111,7 +111,7 @@ QWidget *TZnyzj::buildHeader()
     auto *header = new QWidget(clientWidget());
     header->setObjectName(QStringLiteral("widgetHeader"));
     auto *icon = WidgetFactory::label(QString(), QStringLiteral("lblIcon"), header, 40, 40);
-    icon->setPixmap(QIcon(QStringLiteral(":/Image/Velostra/s_icon_znyzj.svg")).pixmap(px(40), px(40)));
+    icon->setPixmap(WidgetFactory::icon(QStringLiteral(":/Image/Velostra/s_icon_znyzj.svg")).pixmap(px(40), px(40)));
     auto *title = WidgetFactory::label(QStringLiteral("智能云组价"), QStringLiteral("lblZnyzj"), header);
     title->setStyleSheet(QStringLiteral("#lblZnyzj{font-weight:bold;font-size:16px;color:#303133;}"));
     auto *text = WidgetFactory::label(kDescription, QStringLiteral("lblSm"), header);

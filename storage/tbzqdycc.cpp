@@ -46,7 +46,7 @@ void TBzqdycc::CreateUI()
         if (m_comXmk)
             return;
         m_lblIcon = WidgetFactory::label(QString(), QStringLiteral("lblIcon"), this);
-        m_lblIcon->setPixmap(QIcon(QStringLiteral(":/Image/Velostra/s_icon_qdycc.svg")).pixmap(px(20), px(20)));
+        m_lblIcon->setPixmap(WidgetFactory::icon(QStringLiteral(":/Image/Velostra/s_icon_qdycc.svg")).pixmap(px(20), px(20)));
         m_lblTitle = WidgetFactory::label(QStringLiteral("清单云存储"), QStringLiteral("lblTitle"), this);
         QFont bold = m_lblTitle->font();
         bold.setPixelSize(14);

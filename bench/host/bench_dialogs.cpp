@@ -8,6 +8,7 @@
 // QDialog of the same size and widget count built in the same run.
 //
 //   QT_QPA_PLATFORM=offscreen build-bench/bench/host/bench_dialogs
+//   ... bench_dialogs --repeat <dialog> [n]   one dialog warm, n times (for a profiler)
 #include "benchsetup.h"
 
 #include <dialogregistry.h>
@@ -34,6 +35,7 @@
 #include <QTimer>
 #include <QUndoStack>
 
+#include <algorithm>
 #include <cstdio>
 #include <ctime>
 #include <functional>
@@ -71,6 +73,22 @@ QList<QPair<QString, Step>> steps()
     return list;
 }
 
+// Calls `check` from the event loop after any dialog is shown.
+class ShowWatch : public QObject
+{
+public:
+    explicit ShowWatch(std::function<void()> check) : m_check(std::move(check)) {}
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show && qobject_cast<QDialog *>(watched))
+            QTimer::singleShot(0, this, m_check);
+        return false;
+    }
+
+private:
+    std::function<void()> m_check;
+};
+
 // Runs one step; the first window it shows is rendered and timed, every
 // modal run is then answered with 0.
 Shot measure(MainWindow &window, const Step &step)
@@ -93,20 +111,21 @@ Shot measure(MainWindow &window, const Step &step)
         take(dialog);
         return 0;
     });
-    // A dialog that runs exec() itself is taken and rejected when it is up.
-    QTimer watchdog;
-    watchdog.setInterval(0);
-    QObject::connect(&watchdog, &QTimer::timeout, [&] {
+    // A dialog that runs exec() itself is taken and rejected when it is up:
+    // looked at once its loop runs after each show (a polling timer would
+    // spin the GUI thread through every wait and count as its CPU).
+    auto check = [&] {
         if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
             take(dialog);
             dialog->reject();
         }
-    });
-    watchdog.start();
+    };
+    ShowWatch watch(check);
+    qApp->installEventFilter(&watch);
     clock.start();
     cpu0 = threadCpuMs();
     QPointer<QWidget> left = step(window.context());
-    watchdog.stop();
+    qApp->removeEventFilter(&watch);
     if (left) {
         take(left);
         left->close();
@@ -114,6 +133,9 @@ Shot measure(MainWindow &window, const Step &step)
     }
     ModalRun::setAnswerer(nullptr);
     QApplication::processEvents();
+    // Outside exec() deleteLater() waits for a loop that never starts: without
+    // this the closed dialogs would pile up, and a modeless one be reused.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return shot;
 }
 
@@ -141,6 +163,29 @@ Shot plainDialog(const Shot &like)
     shot.ms = clock.nsecsElapsed() / 1e6;
     shot.cpuMs = threadCpuMs() - cpu0;
     return shot;
+}
+
+// One dialog, once to warm up and then n times; prints the median and the best run.
+int repeat(MainWindow &window, const QString &id, int n)
+{
+    for (const auto &step : steps()) {
+        if (step.first != id)
+            continue;
+        measure(window, step.second);
+        QVector<double> wall, cpu;
+        for (int i = 0; i < n; ++i) {
+            const Shot shot = measure(window, step.second);
+            wall.append(shot.ms);
+            cpu.append(shot.cpuMs);
+        }
+        std::sort(wall.begin(), wall.end());
+        std::sort(cpu.begin(), cpu.end());
+        std::printf("%s: median %.1f ms wall / %.1f ms GUI CPU, best %.1f / %.1f, %d runs\n", qPrintable(id),
+                    wall[n / 2], cpu[n / 2], wall.first(), cpu.first(), n);
+        return 0;
+    }
+    std::fprintf(stderr, "no dialog %s\n", qPrintable(id));
+    return 1;
 }
 
 struct Host
@@ -199,6 +244,8 @@ int main(int argc, char **argv)
     Host host;
     if (!host.open(child ? args.value(3) : QString()))
         return 1;
+    if (args.value(1) == QLatin1String("--repeat"))
+        return repeat(*host.window, args.value(2), qMax(1, args.value(3).toInt()));
     if (child) {
         for (const auto &step : steps())
             if (step.first == args.value(2)) {
