@@ -141,8 +141,47 @@ void zTitleModal::paintEvent(QPaintEvent *)
     QPainterPath body;
     body.addRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
     painter.fillPath(body, m_background);
-    painter.setPen(QColor(0xD0, 0xD3, 0xD6));
-    painter.drawPath(body);
+    drawRim(painter);
+}
+
+// The rim as one antialiased stroke costs a scan of the whole window; its
+// straight runs are whole pixels, so only the corners are stroked.
+void zTitleModal::drawRim(QPainter &painter) const
+{
+    const QColor rim(0xD0, 0xD3, 0xD6);
+    const int w = width(), h = height(), c = kRadius + 2;
+    if (w < 2 * c || h < 2 * c) {
+        QPainterPath body;
+        body.addRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+        painter.setPen(rim);
+        painter.drawPath(body);
+        return;
+    }
+    painter.fillRect(QRect(c, 0, w - 2 * c, 1), rim);
+    painter.fillRect(QRect(c, h - 1, w - 2 * c, 1), rim);
+    painter.fillRect(QRect(0, c, 1, h - 2 * c), rim);
+    painter.fillRect(QRect(w - 1, c, 1, h - 2 * c), rim);
+    // Each corner: its arc with a little of both edges, clipped to its square.
+    const QRectF inner = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const QRectF arc(0, 0, 2 * kRadius, 2 * kRadius);
+    struct Corner { QPointF from; QRectF arc; qreal start; QPointF to; QRect square; };
+    const qreal l = inner.left(), t = inner.top(), r = inner.right(), b = inner.bottom();
+    const Corner corners[] = {
+        {{l, t + c + 1}, arc.translated(l, t), 180, {l + c + 1, t}, QRect(0, 0, c, c)},
+        {{r - c - 1, t}, arc.translated(r - 2 * kRadius, t), 90, {r, t + c + 1}, QRect(w - c, 0, c, c)},
+        {{r, b - c - 1}, arc.translated(r - 2 * kRadius, b - 2 * kRadius), 0, {r - c - 1, b}, QRect(w - c, h - c, c, c)},
+        {{l + c + 1, b}, arc.translated(l, b - 2 * kRadius), 270, {l, b - c - 1}, QRect(0, h - c, c, c)},
+    };
+    painter.setPen(rim);
+    painter.setBrush(Qt::NoBrush);
+    for (const Corner &corner : corners) {
+        QPainterPath path(corner.from);
+        path.arcTo(corner.arc, corner.start, -90);
+        path.lineTo(corner.to);
+        painter.setClipRect(corner.square);
+        painter.drawPath(path);
+    }
+    painter.setClipping(false);
 }
 
 bool zTitleModal::eventFilter(QObject *watched, QEvent *event)

@@ -4,6 +4,7 @@
 #include <QPoint>
 
 class QLabel;
+class QPainter;
 class QPushButton;
 class QVBoxLayout;
 
@@ -58,6 +59,7 @@ public slots:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void drawRim(QPainter &painter) const;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
