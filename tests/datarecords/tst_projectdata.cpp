@@ -203,7 +203,6 @@ private slots:
         const TableRedoUIInfo info = TableBaseObject::GetTableRedoUIInfo(measures, 8, "修改项目特征");
         QCOMPARE(QStringList({info.tableName, QString::number(info.tableKind), info.unitWorkName, QString::number(info.recordKind)}),
                  (QStringList{"措施项目", "3004", "电气工程", "8"}));
-        QCOMPARE(TableBaseObject::GetTableRedoUIInfo(nullptr, 8, "c").tableName, QString());
         QVERIFY(measures->isMeasureTable());
         QCOMPARE(work.tableOfKind(3004), measures);
         BaseDataItem root(0, BaseDataItem::ProjectKind);

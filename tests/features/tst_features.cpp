@@ -141,7 +141,7 @@ private slots:
         QCOMPARE(FeatureStore::customTable(FeatureStore::libraryPath(library), "prev"), library + "_xmtz_ms");
     }
 
-    void tablesChosen_data()
+    void specialtyTables_data()
     {
         QTest::addColumn<QString>("library");
         QTest::addColumn<QString>("code");
@@ -151,13 +151,11 @@ private slots:
         QTest::newRow("N3QD 2") << "N3QD" << "020101001" << "fg_de";
         QTest::newRow("GB24 9") << "GB24" << "090101001" << "bp_de";
     }
-    void tablesChosen()
+    void specialtyTables()
     {
         QFETCH(QString, library);
         QFETCH(QString, code);
         QTEST(FeatureStore::specialtyTable(library, code), "specialty");
-        // A path of no library keeps the table chosen before.
-        QCOMPARE(FeatureStore::customTable("/elsewhere/GB24.db", library), library);
     }
 
     void gridSizes_data()

@@ -710,10 +710,8 @@ private slots:
         QTest::addColumn<QJsonObject>("data");
         const QString m = QStringLiteral("getaccumulatedprojects");
         const QJsonObject personal{{"method", m}, {"qiyeID", -1}, {"usetype", 1}, {"gcType", 2}, {"keyword", "住宅"}};
-        const QJsonObject korvane{{"method", m}, {"qiyeID", 0}, {"usetype", 3}, {"gcType", 2}, {"keyword", "住宅"}};
         const QJsonObject enterprise{{"method", m}, {"qiyeID", 7}, {"usetype", 2}};
         QTest::newRow("personal") << 0 << false << personal;
-        QTest::newRow("korvane") << 1 << false << korvane;
         QTest::newRow("enterprise, no conditions") << 2 << true << enterprise;
     }
     void requestByTier()
