@@ -339,19 +339,15 @@ private slots:
         QVERIFY(fx->modalRuns().isEmpty());
     }
 
-    void httpWhenConfigured()
+    void channelFollowsConfiguration()
     {
         HostConfig::setValue("CloudChannel", "http");
         HostConfig::setValue("CloudUrl", "http://127.0.0.1:9");
         QCOMPARE(ChannelSetup::install(), QStringLiteral("云服务器 http://127.0.0.1:9"));
         QCOMPARE(ServicesUtil::channel()->name(), QStringLiteral("http"));
         QVERIFY(!QDir(ChannelSetup::embeddedDataDir()).exists());
-    }
-
-    void embeddedByDefaultWithDemoLogin()
-    {
         // "http" without a URL is no usable configuration: the embedded cloud.
-        HostConfig::setValue("CloudChannel", "http");
+        HostConfig::setValue("CloudUrl", "");
         QCOMPARE(ChannelSetup::install(), QStringLiteral("嵌入式云服务"));
         QCOMPARE(ServicesUtil::channel()->name(), QStringLiteral("embedded"));
         QVERIFY(ChannelSetup::embeddedDataDir().startsWith(fx->appDir()));

@@ -132,14 +132,13 @@ private slots:
     {
         QFETCH(QString, place);
         QFETCH(QString, given);
-        QFETCH(QString, code);
         ProjectSettingHelper::SetProjectSettingsInfo(sampleSettings());
         GlobalSettingsInfo g = ProjectSettingHelper::GetGlobalSettingsInfo();
         g.project.place = place;
         if (!given.isEmpty())
             g.project.placeCode = given;
         ProjectSettingHelper::SetGlobalSettingsInfo(g);
-        QCOMPARE(ProjectSettingHelper::GetProjectSettingsInfo().placeCode, code);
+        QTEST(ProjectSettingHelper::GetProjectSettingsInfo().placeCode, "code");
     }
 
     void oneRecordIsOneUndoStep()
@@ -204,7 +203,6 @@ private slots:
         const TableRedoUIInfo info = TableBaseObject::GetTableRedoUIInfo(measures, 8, "修改项目特征");
         QCOMPARE(QStringList({info.tableName, QString::number(info.tableKind), info.unitWorkName, QString::number(info.recordKind)}),
                  (QStringList{"措施项目", "3004", "电气工程", "8"}));
-        QCOMPARE(TableBaseObject::GetTableRedoUIInfo(nullptr, 8, "c").tableName, QString());
         QVERIFY(measures->isMeasureTable());
         QCOMPARE(work.tableOfKind(3004), measures);
         BaseDataItem root(0, BaseDataItem::ProjectKind);
@@ -257,9 +255,6 @@ private slots:
     {
         QFETCH(QString, time);
         QFETCH(QString, tax);
-        QFETCH(QString, date);
-        QFETCH(int, taxIndex);
-        QFETCH(bool, ok);
         ProjectSettingsInfo p = sampleSettings();
         p.time = time;
         p.taxMode = tax;
@@ -268,9 +263,9 @@ private slots:
         work.setJswjIndex(2);
         work.setDelbIndex(3);
         TQDNodeInfo info;
-        QCOMPARE(JsMsBusiness::GetQDSaveAttr(&work, nullptr, info), ok);
-        QCOMPARE(info.dateB, date);
-        QCOMPARE(info.jsfsIndex, taxIndex);
+        QTEST(JsMsBusiness::GetQDSaveAttr(&work, nullptr, info), "ok");
+        QTEST(info.dateB, "date");
+        QTEST(info.jsfsIndex, "taxIndex");
         QCOMPARE(info.jswjIndex, 2);
         QCOMPARE(info.delbIndex, 3);
         QCOMPARE(info.ddCode, QStringLiteral("510106"));
@@ -307,15 +302,13 @@ private slots:
     void zjnrLines()
     {
         QFETCH(int, line);
-        QFETCH(QString, fields);
-        QFETCH(QStringList, fees);
         const QList<cloudZjnr> lines = cloudZjnr::parseList(sampleZjnr());
         QCOMPARE(lines.size(), 4);
-        QCOMPARE(describe(lines[line]), fields);
+        QTEST(describe(lines[line]), "fields");
         QStringList seen;
         for (const cloudFymb &f : lines[line].getFymblist())
             seen << describe(f);
-        QCOMPARE(seen, fees);
+        QTEST(seen, "fees");
         QCOMPARE(cloudZjnr::parseList(cloudZjnr::toZjnrText(lines)), lines);
     }
 
@@ -334,10 +327,9 @@ private slots:
     void badInput()
     {
         QFETCH(QString, input);
-        QFETCH(bool, object);
         QVERIFY(cloudZjnr::parseList(input).isEmpty());
         const CloudZjBean bean(input);
-        QCOMPARE(bean.isValid(), object);
+        QTEST(bean.isValid(), "object");
         QCOMPARE(bean.getId(), 0);
         QVERIFY(bean.getZjnrlist().isEmpty());
     }
@@ -362,20 +354,6 @@ private slots:
         QCOMPARE(CloudZjBean(form).toString(), form);
     }
 
-    void znytzBeanFromBothSources()
-    {
-        const QJsonObject e{{"xmmc", "配电箱"}, {"xmtz", "名称"}, {"gznr", "安装"}, {"guida", 1234567}, {"bzqdkmc", "GB50856-2024"}};
-        const CloudZnytzBean standard = CloudZnytzBean::fromJson(e, true);
-        QCOMPARE(standard.getXmid(), QStringLiteral("1234567"));
-        QVERIFY(standard.getBzQd());
-        QCOMPARE(standard.getQdkMc(), QStringLiteral("GB50856-2024"));
-        QCOMPARE(standard.getGcnr(), QStringLiteral("安装"));
-        const CloudZnytzBean project = CloudZnytzBean::fromJson(e, false);
-        QVERIFY(!project.getBzQd());
-        QCOMPARE(project.getQdkMc(), QString());
-        QCOMPARE(CloudZnytzBean::fromJson(QJsonObject{}, false).getXmid(), QString());
-    }
-
     void materialRecordsRoundTrip()
     {
         CloudCjyjcBean r = CloudCjyjcBean::fromJson(
@@ -384,12 +362,6 @@ private slots:
         QCOMPARE(r.getYdjhs(), 5.65);
         QCOMPARE(r.getYdjbhs(), 5.0);
         QCOMPARE(CloudCjyjcBean::fromJson(r.toJson()).toJson(), r.toJson());
-        GljBean m;
-        m.SetGuid(3);
-        m.SetClmc("电力电缆");
-        m.SetGgxh("YJV-4×25");
-        m.SetTj(86.12345678);
-        QCOMPARE(GljBean::fromJson(m.toJson()).toJson(), m.toJson());
     }
 };
 

@@ -26,11 +26,7 @@ HostFixture::HostFixture()
     });
     ModalRun::setAnswerer([this](QDialog *dialog) {
         m_modalRuns << QString::fromLatin1(dialog->metaObject()->className());
-        if (m_modalAnswers.isEmpty()) {
-            m_unanswered << QString::fromLatin1(dialog->metaObject()->className());
-            return 0;
-        }
-        return m_modalAnswers.dequeue()(dialog);
+        return m_modalAnswers.isEmpty() ? 0 : m_modalAnswers.dequeue()(dialog);
     });
     auto log = m_log;
     HostLog::setObserver([log](const QString &line) {

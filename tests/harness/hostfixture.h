@@ -32,10 +32,9 @@ public:
     // The answer the next message box returns (default 0).
     void answerNextMessage(int answer) { m_messageAnswers.enqueue(answer); }
 
-    // The next modal run is answered by `answer` (it may fill the dialog in).
+    // The next modal run is answered by `answer` (it may fill the dialog in);
+    // a run with no answer queued returns 0.
     void answerNextModal(std::function<int(QDialog *)> answer) { m_modalAnswers.enqueue(std::move(answer)); }
-    // Modal runs that had no queued answer (they returned 0), by class name.
-    QStringList unansweredModals() const { return m_unanswered; }
     // Class names of every dialog run modally, answered or not.
     QStringList modalRuns() const { return m_modalRuns; }
 
@@ -49,7 +48,6 @@ private:
     QList<MessageBoxRequest> m_messages;
     QQueue<int> m_messageAnswers;
     QQueue<std::function<int(QDialog *)>> m_modalAnswers;
-    QStringList m_unanswered;
     QStringList m_modalRuns;
     std::shared_ptr<QStringList> m_log;
 };

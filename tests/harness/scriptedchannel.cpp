@@ -64,12 +64,6 @@ QStringList ScriptedChannel::sessions() const
     return m_sessions;
 }
 
-int ScriptedChannel::pendingReplies() const
-{
-    QMutexLocker lock(&m_mutex);
-    return m_replies.size();
-}
-
 void ScriptedChannel::clear()
 {
     QMutexLocker lock(&m_mutex);

@@ -27,7 +27,6 @@ public:
     QList<QJsonObject> requests() const;
     QJsonObject lastRequest() const;
     QStringList sessions() const;
-    int pendingReplies() const;
     void clear();
 
 private:

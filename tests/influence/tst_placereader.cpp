@@ -69,8 +69,7 @@ private slots:
     void joinPath()
     {
         QFETCH(QStringList, path);
-        QFETCH(QString, text);
-        QCOMPARE(PlaceDictionaryReader::joinPath(path), text);
+        QTEST(PlaceDictionaryReader::joinPath(path), "text");
     }
 
     void readsBothStatementForms()

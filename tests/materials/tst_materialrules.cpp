@@ -57,23 +57,7 @@ private slots:
         QTEST(o.cloudPrice, "ydj");
     }
 
-    void placeIsReducedToItsLastUnit_data()
-    {
-        QTest::addColumn<QString>("label");
-        QTest::addColumn<QString>("place");
-        QTest::newRow("province city district") << "四川省成都市金牛区" << "金牛区";
-        QTest::newRow("one unit") << "金牛区" << "金牛区";
-        QTest::newRow("caption before a colon") << "地点:湖北省武汉市江汉区" << "江汉区";
-        QTest::newRow("without units kept whole") << "浦东新" << "浦东新";
-        QTest::newRow("autonomous prefecture county") << "四川省凉山彝族自治州昭觉县" << "昭觉县";
-    }
-    void placeIsReducedToItsLastUnit()
-    {
-        QFETCH(QString, label);
-        QTEST(MaterialCheckRules::reducePlace(label), "place");
-    }
-
-    void priceBasisAndRateInput_data()
+    void textInputs_data()
     {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("in");
@@ -87,13 +71,20 @@ private slots:
         QTest::newRow("three digits leading zero") << "rate" << "099" << "99";
         QTest::newRow("plain value") << "rate" << "35" << "35";
         QTest::newRow("zero and decimal") << "rate" << "0.5" << "0.5";
+        // A place is reduced to its last unit.
+        QTest::newRow("province city district") << "place" << "四川省成都市金牛区" << "金牛区";
+        QTest::newRow("one unit") << "place" << "金牛区" << "金牛区";
+        QTest::newRow("caption before a colon") << "place" << "地点:湖北省武汉市江汉区" << "江汉区";
+        QTest::newRow("without units kept whole") << "place" << "浦东新" << "浦东新";
+        QTest::newRow("autonomous prefecture county") << "place" << "四川省凉山彝族自治州昭觉县" << "昭觉县";
     }
-    void priceBasisAndRateInput()
+    void textInputs()
     {
         QFETCH(QString, kind);
         QFETCH(QString, in);
-        const QString out = kind == "basis" ? MaterialCheckRules::priceBasisLabel(in, "含税(旧)")
-                                            : MaterialCheckRules::rateInput(in);
+        const QString out = kind == "basis"  ? MaterialCheckRules::priceBasisLabel(in, "含税(旧)")
+                            : kind == "rate" ? MaterialCheckRules::rateInput(in)
+                                             : MaterialCheckRules::reducePlace(in);
         QTEST(out, "out");
     }
 

@@ -188,15 +188,12 @@ private slots:
     void answers()
     {
         QFETCH(QByteArray, request);
-        QFETCH(int, status);
-        QFETCH(QJsonObject, json);
         QFETCH(QByteArray, header);
-        QFETCH(int, handled);
         const RawResponse r = exchange(port(), request);
-        QCOMPARE(r.status, status);
-        QCOMPARE(r.json(), json);
+        QTEST(r.status, "status");
+        QTEST(r.json(), "json");
         QVERIFY2(r.headers.contains(header), r.headers.constData());
-        QCOMPARE(handler.handled(), handled);
+        QTEST(handler.handled(), "handled");
         if (request.startsWith("HEAD"))
             QVERIFY(r.body.isEmpty());
         QCOMPARE(exchange(port(), post(smallEnvelope)).json(), smallReply);

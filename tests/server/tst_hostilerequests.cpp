@@ -130,11 +130,10 @@ private slots:
     void hostileBodies()
     {
         QFETCH(QByteArray, request);
-        QFETCH(int, status);
         QFETCH(int, code);
         QFETCH(QString, msg);
         const QPair<int, QJsonObject> r = exchange(quint16(server->port()), request);
-        QCOMPARE(r.first, status);
+        QTEST(r.first, "status");
         QCOMPARE(r.second.value("code").toInt(-1), code);
         QCOMPARE(r.second.value("msg").toString(), msg);
     }

@@ -65,11 +65,10 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(int, expectedCode);
-        QFETCH(QString, message);
         QCOMPARE(libraryNames().size(), 2);
         const QJsonObject r = personal("editNZQDK", {{"czlx", 0}, {"para", QJsonObject{{"qdkid", ""}, {"qdkmc", name}}}});
         QCOMPARE(code(r), expectedCode);
-        QCOMPARE(msg(r), message);
+        QTEST(msg(r), "message");
         QCOMPARE(libraryNames().size(), expectedCode == 0 ? 3 : 2);
         if (expectedCode == 0)
             QCOMPARE(object(r).value("mc").toString(), name);
@@ -139,13 +138,14 @@ private slots:
         QCOMPARE(object(up).value("zjid").toString(), QStringLiteral("zj1-1"));
     }
 
-    void replaceClearsChapterOnFirstUpload()
+    void replaceClearsChapterOnFirstUploadAndSurvivesReopen()
     {
         QCOMPARE(code(beginTask("1", "t-append", "zj1-1")), 0);
         upload("t-append", {bill("a", "旧清单甲")});
         QCOMPARE(code(beginTask("1", "t-replace", "zj1-1", "1")), 0);
         upload("t-replace", {bill("b", "新清单乙")});
         upload("t-replace", {bill("c", "新清单丙")});
+        reopen(); // what was uploaded survives a restart of the service
         const QStringList names = savedBills("清单");
         QVERIFY2(!names.contains("旧清单甲"), qPrintable(names.join(',')));
         QVERIFY(names.contains("新清单乙"));
@@ -160,14 +160,6 @@ private slots:
         QCOMPARE(object(upload("t-default", {b}, "{mr-1}")).value("zjid").toString(), QStringLiteral("{mr-1}"));
         QVERIFY(chapterNames("2", "").contains("默认章节"));
         QCOMPARE(chapterNames("2", "{mr-1}"), QStringList{"1#楼"});
-    }
-
-    void uploadSurvivesReopen()
-    {
-        QCOMPARE(code(beginTask("1", "t-keep", "")), 0);
-        upload("t-keep", {bill("k", "独特的保温隔热屋面")});
-        reopen();
-        QCOMPARE(savedBills("独特的保温隔热屋面"), QStringList{"独特的保温隔热屋面"});
     }
 
     void chapterInfoForUploadWithoutToken()

@@ -108,7 +108,6 @@ private slots:
         QFETCH(QString, tier);
         QFETCH(QString, method);
         QFETCH(int, oper);
-        QFETCH(QString, project);
         const bool enterprise = tier == "east";
         const QString token = tokenOf(tier);
         const QString usetype = tier == "korvane" ? "3" : enterprise ? "2" : "1";
@@ -123,7 +122,7 @@ private slots:
             QVERIFY2(info.contains(QLatin1String(key)), key);
         QCOMPARE(info.value("oper").toInt(), oper);
         QCOMPARE(info.value("scrmc").toString(), QStringLiteral("演示用户"));
-        QCOMPARE(info.value("xmmc").toString(), project);
+        QTEST(info.value("xmmc").toString(), "project");
         if (enterprise) // the enterprise body must name the login's enterprise
             QCOMPARE(code(call(token, method, {{"id", bill.value("id")}, {"ly", 2}, {"qiyeID", 1002}})), 3);
         QCOMPARE(code(call(token, method, {{"id", 999999}, {"ly", 2}})), 4);

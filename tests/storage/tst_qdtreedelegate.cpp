@@ -119,11 +119,10 @@ private slots:
     {
         QFETCH(QRect, cell);
         QFETCH(QSize, icon);
-        QFETCH(QRect, arrow);
         QDTreeDelegate d;
         if (icon.isValid())
             d.setIconSize(icon);
-        QCOMPARE(d.arrowRect(cell), arrow);
+        QTEST(d.arrowRect(cell), "arrow");
     }
 
     void arrowAsDrawn_data()
