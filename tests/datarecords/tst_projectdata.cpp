@@ -354,6 +354,20 @@ private slots:
         QCOMPARE(CloudZjBean(form).toString(), form);
     }
 
+    void znytzBeanFromBothSources()
+    {
+        const QJsonObject e{{"xmmc", "配电箱"}, {"xmtz", "名称"}, {"gznr", "安装"}, {"guida", 1234567}, {"bzqdkmc", "GB50856-2024"}};
+        const CloudZnytzBean standard = CloudZnytzBean::fromJson(e, true);
+        QCOMPARE(standard.getXmid(), QStringLiteral("1234567"));
+        QVERIFY(standard.getBzQd());
+        QCOMPARE(standard.getQdkMc(), QStringLiteral("GB50856-2024"));
+        QCOMPARE(standard.getGcnr(), QStringLiteral("安装"));
+        const CloudZnytzBean project = CloudZnytzBean::fromJson(e, false);
+        QVERIFY(!project.getBzQd());
+        QCOMPARE(project.getQdkMc(), QString());
+        QCOMPARE(CloudZnytzBean::fromJson(QJsonObject{}, false).getXmid(), QString());
+    }
+
     void materialRecordsRoundTrip()
     {
         CloudCjyjcBean r = CloudCjyjcBean::fromJson(
