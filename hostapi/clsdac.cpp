@@ -62,6 +62,9 @@ clsDACResult clsDAC::run(const QString &sql, const QVariantList *values, int *ro
     if (m_connectionName.isEmpty())
         throw exDBM(QStringLiteral("database is closed: ") + m_path);
     auto query = std::make_shared<QSqlQuery>(QSqlDatabase::database(m_connectionName, false));
+    // Results are read once, in order: without this every row read stays
+    // cached in the query until it goes.
+    query->setForwardOnly(true);
     bool ok = false;
     if (values) {
         ok = query->prepare(sql);
