@@ -15,6 +15,8 @@ namespace {
 
 // As many text candidates as the engine re-orders.
 constexpr int kReranked = 20;
+// As many places as the engine gives one bill per composition.
+constexpr int kDistinct = 10;
 
 using Vec = QHash<QString, double>;
 
@@ -117,7 +119,10 @@ MatchEvaluation::Result MatchEvaluation::evaluate(const QVector<Item> &items, co
     for (int i = 0; i < items.size(); ++i) {
         count(items, i, ranked[i].ids, &r.top1, &r.top10);
         QVector<qint64> reordered;
-        for (int k : weights.order(ranked[i].rows))
+        QVector<int> order = weights.order(ranked[i].rows);
+        if (!weights.isEmpty())
+            order = RerankWeights::spread(order, compositions(items, ranked[i].ids), kDistinct);
+        for (int k : order)
             reordered << ranked[i].ids[k];
         count(items, i, reordered + ranked[i].ids.mid(reordered.size()), &r.rerankTop1, &r.rerankTop10);
     }
@@ -207,6 +212,19 @@ QVector<MatchEvaluation::Ranked> MatchEvaluation::rankBook(const QVector<Item> &
             r.rows << f.features;
         }
         out << r;
+    }
+    return out;
+}
+
+// As the engine numbers them: by the set of quota names.
+QVector<int> MatchEvaluation::compositions(const QVector<Item> &items, const QVector<qint64> &ids)
+{
+    QHash<QStringList, int> numbers;
+    QVector<int> out;
+    for (qint64 id : ids) {
+        QStringList names = items[int(id)].quotaNames;
+        names.sort();
+        out << (names.isEmpty() ? -1 : *numbers.insert(names, numbers.value(names, numbers.size())));
     }
     return out;
 }

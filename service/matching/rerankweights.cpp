@@ -108,3 +108,21 @@ QVector<int> RerankWeights::order(const QVector<QVector<double>> &rows) const
     std::stable_sort(out.begin(), out.end(), [&](int a, int b) { return scores[a] > scores[b]; });
     return out;
 }
+
+QVector<int> RerankWeights::spread(const QVector<int> &order, const QVector<int> &compositions, int n)
+{
+    QVector<int> first, rest;
+    QVector<bool> seen(compositions.size() + 1, false);
+    for (int k : order) {
+        const int c = compositions[k];
+        const bool duplicate = c >= 0 && seen[c];
+        if (first.size() < n && !duplicate) {
+            first << k;
+            if (c >= 0)
+                seen[c] = true;
+        } else {
+            rest << k;
+        }
+    }
+    return first + rest;
+}
