@@ -106,10 +106,12 @@ private:
     QString textOf(uint32_t doc) const;
     // Numbers of the candidates' quota sets (see RerankWeights::spread).
     QVector<int> compositionsOf(const std::vector<Scored> &cands, const std::vector<size_t> &head) const;
-    QVector<double> featuresOf(const BillReranker &reranker, const Scored &c, QStringList *families) const;
-    // Features of the head's candidates, the quota sizes gated by family.
+    QVector<double> featuresOf(const BillReranker &reranker, const Scored &c, QStringList *families,
+                               bool *otherPipeSize) const;
+    // Features of the head's candidates, the quota sizes gated by family;
+    // `otherPipeSize` receives which of them price another pipe size.
     QVector<QVector<double>> featureRows(const Prepared &p, const std::vector<Scored> &cands,
-                                         const std::vector<size_t> &head) const;
+                                         const std::vector<size_t> &head, QVector<bool> *otherPipeSize) const;
     void indexQuotas(const QStringList &names);
     void computeFamilySteps();
 

@@ -121,7 +121,8 @@ MatchEvaluation::Result MatchEvaluation::evaluate(const QVector<Item> &items, co
         QVector<qint64> reordered;
         QVector<int> order = weights.order(ranked[i].rows);
         if (!weights.isEmpty())
-            order = RerankWeights::spread(order, compositions(items, ranked[i].ids), kDistinct);
+            order = RerankWeights::spread(RerankWeights::lastOf(order, ranked[i].otherPipeSize),
+                                          compositions(items, ranked[i].ids), kDistinct);
         for (int k : order)
             reordered << ranked[i].ids[k];
         count(items, i, reordered + ranked[i].ids.mid(reordered.size()), &r.rerankTop1, &r.rerankTop10);
@@ -210,6 +211,7 @@ QVector<MatchEvaluation::Ranked> MatchEvaluation::rankBook(const QVector<Item> &
         for (const BillFeatures &f : index.candidateFeatures(q, kReranked)) {
             r.ids << f.id;
             r.rows << f.features;
+            r.otherPipeSize << f.otherPipeSize;
         }
         out << r;
     }

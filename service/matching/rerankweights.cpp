@@ -109,6 +109,13 @@ QVector<int> RerankWeights::order(const QVector<QVector<double>> &rows) const
     return out;
 }
 
+QVector<int> RerankWeights::lastOf(const QVector<int> &order, const QVector<bool> &last)
+{
+    QVector<int> out = order;
+    std::stable_partition(out.begin(), out.end(), [&](int k) { return !last[k]; });
+    return out;
+}
+
 QVector<int> RerankWeights::spread(const QVector<int> &order, const QVector<int> &compositions, int n)
 {
     QVector<int> first, rest;

@@ -33,6 +33,9 @@ public:
     // priced alike tell the estimator no more than one); the others follow
     // in their order. `compositions[k]` numbers bill k's quota set, -1 for a
     // bill without one, which is never taken for another's duplicate.
+    // `order` with the bills flagged in `last` after the others, each part
+    // in its order.
+    static QVector<int> lastOf(const QVector<int> &order, const QVector<bool> &last);
     static QVector<int> spread(const QVector<int> &order, const QVector<int> &compositions, int n);
 
 private:
