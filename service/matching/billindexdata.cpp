@@ -1,6 +1,5 @@
 #include "billindexdata.h"
 #include "bigramprofile.h"
-#include "nameoverlap.h"
 #include "billtext.h"
 
 #include <QRegularExpression>
@@ -25,12 +24,6 @@ constexpr size_t kReranked = 20;
 // join them: partners worded otherwise than the bill.
 constexpr size_t kWidened = 50;
 constexpr size_t kJoining = 5;
-// And up to three of the next ones whose names share characters with the
-// bill's: partners named with a synonym.
-constexpr size_t kNamed = 100;
-constexpr size_t kJoiningByName = 3;
-// Places at the head of the ranking that hold one bill per composition.
-constexpr int kDistinct = 10;
 
 struct Scratch
 {
@@ -609,27 +602,6 @@ QVector<double> BillIndexData::featuresOf(const BillReranker &reranker, const Sc
     return reranker.features(c.score, quotas, textOf(c.doc), families);
 }
 
-QVector<int> BillIndexData::compositionsOf(const std::vector<Scored> &cands, const std::vector<size_t> &head) const
-{
-    std::vector<std::vector<uint32_t>> seen;
-    QVector<int> out;
-    for (size_t pos : head) {
-        const uint32_t doc = cands[pos].doc;
-        const uint32_t to = doc + 1 < m_quotaStart.size() ? m_quotaStart[doc + 1] : uint32_t(m_quotaRefs.size());
-        std::vector<uint32_t> set(m_quotaRefs.begin() + m_quotaStart[doc], m_quotaRefs.begin() + to);
-        std::sort(set.begin(), set.end());
-        auto it = std::find(seen.begin(), seen.end(), set);
-        if (set.empty()) {
-            out << -1;
-            continue;
-        }
-        out << int(it - seen.begin());
-        if (it == seen.end())
-            seen.push_back(std::move(set));
-    }
-    return out;
-}
-
 QString BillIndexData::textOf(uint32_t doc) const
 {
     const Doc &d = m_docs[doc];
@@ -652,27 +624,7 @@ std::vector<size_t> BillIndexData::head(const Prepared &p, const std::vector<Sco
     std::partial_sort(later.begin(), later.begin() + long(joining), later.end());
     for (size_t k = 0; k < joining; ++k)
         out.push_back(later[k].second);
-    joinByName(p, cands, n, out);
     return out;
-}
-
-void BillIndexData::joinByName(const Prepared &p, const std::vector<Scored> &cands, size_t n,
-                               std::vector<size_t> &head) const
-{
-    const NameOverlap name(BillText::normalise(p.text.left(p.text.indexOf(QLatin1Char('\n')))));
-    std::vector<std::pair<double, size_t>> later;
-    for (size_t i = n; i < cands.size() && i < kNamed; ++i) {
-        if (std::find(head.begin(), head.end(), i) != head.end())
-            continue;
-        const Doc &d = m_docs[cands[i].doc];
-        const double shared = name.dice(m_text.data() + d.textBegin, int(d.textLen));
-        if (shared > 0.0)
-            later.push_back({-shared, i});
-    }
-    const size_t joining = std::min(later.size(), kJoiningByName);
-    std::partial_sort(later.begin(), later.begin() + long(joining), later.end());
-    for (size_t k = 0; k < joining; ++k)
-        head.push_back(later[k].second);
 }
 
 QVector<QVector<double>> BillIndexData::featureRows(const Prepared &p, const std::vector<Scored> &cands,
@@ -699,8 +651,7 @@ void BillIndexData::rerank(const Prepared &p, std::vector<Scored> &cands) const
     std::vector<bool> taken(cands.size(), false);
     QVector<bool> otherPipeSize;
     const QVector<QVector<double>> rows = featureRows(p, cands, positions, &otherPipeSize);
-    const QVector<int> order = RerankWeights::spread(RerankWeights::lastOf(m_weights.order(rows), otherPipeSize),
-                                                     compositionsOf(cands, positions), kDistinct);
+    const QVector<int> order = RerankWeights::lastOf(m_weights.order(rows), otherPipeSize);
     for (int k : order) {
         out.push_back(cands[positions[size_t(k)]]);
         taken[positions[size_t(k)]] = true;

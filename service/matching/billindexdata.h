@@ -101,11 +101,7 @@ private:
     // Positions in the text ranking of the candidates the re-ranking orders:
     // the first `n`, then those a second text view adds.
     std::vector<size_t> head(const Prepared &p, const std::vector<Scored> &cands, size_t n) const;
-    // Adds to `head` the later candidates whose names are most like the bill's.
-    void joinByName(const Prepared &p, const std::vector<Scored> &cands, size_t n, std::vector<size_t> &head) const;
     QString textOf(uint32_t doc) const;
-    // Numbers of the candidates' quota sets (see RerankWeights::spread).
-    QVector<int> compositionsOf(const std::vector<Scored> &cands, const std::vector<size_t> &head) const;
     QVector<double> featuresOf(const BillReranker &reranker, const Scored &c, QStringList *families,
                                bool *otherPipeSize) const;
     // Features of the head's candidates, the quota sizes gated by family;

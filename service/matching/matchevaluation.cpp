@@ -15,8 +15,6 @@ namespace {
 
 // As many text candidates as the engine re-orders.
 constexpr int kReranked = 20;
-// As many places as the engine gives one bill per composition.
-constexpr int kDistinct = 10;
 
 using Vec = QHash<QString, double>;
 
@@ -121,8 +119,7 @@ MatchEvaluation::Result MatchEvaluation::evaluate(const QVector<Item> &items, co
         QVector<qint64> reordered;
         QVector<int> order = weights.order(ranked[i].rows);
         if (!weights.isEmpty())
-            order = RerankWeights::spread(RerankWeights::lastOf(order, ranked[i].otherPipeSize),
-                                          compositions(items, ranked[i].ids), kDistinct);
+            order = RerankWeights::lastOf(order, ranked[i].otherPipeSize);
         for (int k : order)
             reordered << ranked[i].ids[k];
         count(items, i, reordered + ranked[i].ids.mid(reordered.size()), &r.rerankTop1, &r.rerankTop10);
@@ -214,19 +211,6 @@ QVector<MatchEvaluation::Ranked> MatchEvaluation::rankBook(const QVector<Item> &
             r.otherPipeSize << f.otherPipeSize;
         }
         out << r;
-    }
-    return out;
-}
-
-// As the engine numbers them: by the set of quota names.
-QVector<int> MatchEvaluation::compositions(const QVector<Item> &items, const QVector<qint64> &ids)
-{
-    QHash<QStringList, int> numbers;
-    QVector<int> out;
-    for (qint64 id : ids) {
-        QStringList names = items[int(id)].quotaNames;
-        names.sort();
-        out << (names.isEmpty() ? -1 : *numbers.insert(names, numbers.value(names, numbers.size())));
     }
     return out;
 }

@@ -59,7 +59,6 @@ private:
     static Result evaluate(const QVector<Item> &items, const QVector<Ranked> &ranked, const RerankWeights &weights);
     static RerankWeights learn(const QVector<QVector<Item>> &books, const QVector<QVector<Ranked>> &ranked);
     static void fill(class BillIndex &index, const QVector<Item> &items);
-    static QVector<int> compositions(const QVector<Item> &items, const QVector<qint64> &ids);
     static void count(const QVector<Item> &items, int bill, const QVector<qint64> &ids, int *top1, int *top10);
     static void runBaseline(const QVector<Item> &items, Result &r);
 };

@@ -115,21 +115,3 @@ QVector<int> RerankWeights::lastOf(const QVector<int> &order, const QVector<bool
     std::stable_partition(out.begin(), out.end(), [&](int k) { return !last[k]; });
     return out;
 }
-
-QVector<int> RerankWeights::spread(const QVector<int> &order, const QVector<int> &compositions, int n)
-{
-    QVector<int> first, rest;
-    QVector<bool> seen(compositions.size() + 1, false);
-    for (int k : order) {
-        const int c = compositions[k];
-        const bool duplicate = c >= 0 && seen[c];
-        if (first.size() < n && !duplicate) {
-            first << k;
-            if (c >= 0)
-                seen[c] = true;
-        } else {
-            rest << k;
-        }
-    }
-    return first + rest;
-}

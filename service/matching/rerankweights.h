@@ -29,14 +29,9 @@ public:
     // Positions of `rows` by falling score, ties in their given order; the
     // given order when the weights are empty.
     QVector<int> order(const QVector<QVector<double>> &rows) const;
-    // `order` with one bill per composition in its first `n` places (ten bills
-    // priced alike tell the estimator no more than one); the others follow
-    // in their order. `compositions[k]` numbers bill k's quota set, -1 for a
-    // bill without one, which is never taken for another's duplicate.
     // `order` with the bills flagged in `last` after the others, each part
     // in its order.
     static QVector<int> lastOf(const QVector<int> &order, const QVector<bool> &last);
-    static QVector<int> spread(const QVector<int> &order, const QVector<int> &compositions, int n);
 
 private:
     QVector<double> m_weights;
