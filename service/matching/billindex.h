@@ -59,6 +59,7 @@ struct BillFeatures
 {
     qint64 id = 0;
     QVector<double> features;
+    bool otherPipeSize = false; // see BillReranker::otherPipeSize
 };
 
 class BillIndexData;

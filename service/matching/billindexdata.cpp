@@ -588,7 +588,8 @@ void BillIndexData::computeFamilySteps()
     m_stepsAt = m_quotaInfo.size();
 }
 
-QVector<double> BillIndexData::featuresOf(const BillReranker &reranker, const Scored &c, QStringList *families) const
+QVector<double> BillIndexData::featuresOf(const BillReranker &reranker, const Scored &c, QStringList *families,
+                                          bool *otherPipeSize) const
 {
     const uint32_t from = m_quotaStart[c.doc];
     const uint32_t to = c.doc + 1 < m_quotaStart.size() ? m_quotaStart[c.doc + 1] : uint32_t(m_quotaRefs.size());
@@ -597,6 +598,7 @@ QVector<double> BillIndexData::featuresOf(const BillReranker &reranker, const Sc
         const QuotaInfo &info = m_quotaInfo[m_quotaRefs[i]];
         quotas.push_back({&info.bound, info.lower, &info.grams, &info.numbers});
     }
+    *otherPipeSize = reranker.otherPipeSize(quotas);
     return reranker.features(c.score, quotas, textOf(c.doc), families);
 }
 
@@ -626,13 +628,15 @@ std::vector<size_t> BillIndexData::head(const Prepared &p, const std::vector<Sco
 }
 
 QVector<QVector<double>> BillIndexData::featureRows(const Prepared &p, const std::vector<Scored> &cands,
-                                                    const std::vector<size_t> &head) const
+                                                    const std::vector<size_t> &head,
+                                                    QVector<bool> *otherPipeSize) const
 {
     const BillReranker reranker(p.text);
     QVector<QVector<double>> rows;
     QVector<QStringList> families(int(head.size()));
+    otherPipeSize->fill(false, families.size());
     for (int i = 0; i < families.size(); ++i)
-        rows.push_back(featuresOf(reranker, cands[head[size_t(i)]], &families[i]));
+        rows.push_back(featuresOf(reranker, cands[head[size_t(i)]], &families[i], &(*otherPipeSize)[i]));
     BillReranker::gate(rows, families);
     return rows;
 }
@@ -645,7 +649,10 @@ void BillIndexData::rerank(const Prepared &p, std::vector<Scored> &cands) const
     std::vector<Scored> out;
     out.reserve(cands.size());
     std::vector<bool> taken(cands.size(), false);
-    for (int k : m_weights.order(featureRows(p, cands, positions))) {
+    QVector<bool> otherPipeSize;
+    const QVector<QVector<double>> rows = featureRows(p, cands, positions, &otherPipeSize);
+    const QVector<int> order = RerankWeights::lastOf(m_weights.order(rows), otherPipeSize);
+    for (int k : order) {
         out.push_back(cands[positions[size_t(k)]]);
         taken[positions[size_t(k)]] = true;
     }
@@ -660,9 +667,10 @@ QVector<BillFeatures> BillIndexData::candidateFeatures(const BillQuery &q, int c
     const Prepared p = prepare(q);
     const std::vector<Scored> cands = ranked(p, q);
     const std::vector<size_t> positions = head(p, cands, size_t(std::max(0, count)));
-    const QVector<QVector<double>> rows = featureRows(p, cands, positions);
+    QVector<bool> otherPipeSize;
+    const QVector<QVector<double>> rows = featureRows(p, cands, positions, &otherPipeSize);
     QVector<BillFeatures> out;
     for (int i = 0; i < rows.size(); ++i)
-        out.push_back({m_docs[cands[positions[size_t(i)]].doc].id, rows[i]});
+        out.push_back({m_docs[cands[positions[size_t(i)]].doc].id, rows[i], otherPipeSize[i]});
     return out;
 }

@@ -102,10 +102,12 @@ private:
     // the first `n`, then those a second text view adds.
     std::vector<size_t> head(const Prepared &p, const std::vector<Scored> &cands, size_t n) const;
     QString textOf(uint32_t doc) const;
-    QVector<double> featuresOf(const BillReranker &reranker, const Scored &c, QStringList *families) const;
-    // Features of the head's candidates, the quota sizes gated by family.
+    QVector<double> featuresOf(const BillReranker &reranker, const Scored &c, QStringList *families,
+                               bool *otherPipeSize) const;
+    // Features of the head's candidates, the quota sizes gated by family;
+    // `otherPipeSize` receives which of them price another pipe size.
     QVector<QVector<double>> featureRows(const Prepared &p, const std::vector<Scored> &cands,
-                                         const std::vector<size_t> &head) const;
+                                         const std::vector<size_t> &head, QVector<bool> *otherPipeSize) const;
     void indexQuotas(const QStringList &names);
     void computeFamilySteps();
 

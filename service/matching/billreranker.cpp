@@ -156,6 +156,16 @@ QVector<double> BillReranker::features(double textScore, const std::vector<Quota
             double(agree - disagree) / 3.0};
 }
 
+bool BillReranker::otherPipeSize(const std::vector<Quota> &quotas) const
+{
+    if (!hasPipeSize())
+        return false;
+    for (const Quota &q : quotas)
+        if (q.bound && q.bound->pairNominal > 0 && !fitsPair(*q.bound))
+            return true;
+    return false;
+}
+
 void BillReranker::gate(QVector<QVector<double>> &rows, const QVector<QStringList> &families)
 {
     for (int i = 0; i < rows.size(); ++i) {

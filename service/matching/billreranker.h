@@ -35,6 +35,9 @@ public:
     // Quota sizes only decide between candidates whose quotas are of one
     // family: a size fit against another kind of work is no evidence.
     static void gate(QVector<QVector<double>> &rows, const QVector<QStringList> &families);
+    // Whether a quota for one pipe size ("公称直径/管外径 20/25") names
+    // another size than the bill's: that composition prices another pipe.
+    bool otherPipeSize(const std::vector<Quota> &quotas) const;
 
 private:
     // The query's size for a bound of `kind`, or the values to try.

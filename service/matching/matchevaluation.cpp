@@ -117,7 +117,10 @@ MatchEvaluation::Result MatchEvaluation::evaluate(const QVector<Item> &items, co
     for (int i = 0; i < items.size(); ++i) {
         count(items, i, ranked[i].ids, &r.top1, &r.top10);
         QVector<qint64> reordered;
-        for (int k : weights.order(ranked[i].rows))
+        QVector<int> order = weights.order(ranked[i].rows);
+        if (!weights.isEmpty())
+            order = RerankWeights::lastOf(order, ranked[i].otherPipeSize);
+        for (int k : order)
             reordered << ranked[i].ids[k];
         count(items, i, reordered + ranked[i].ids.mid(reordered.size()), &r.rerankTop1, &r.rerankTop10);
     }
@@ -205,6 +208,7 @@ QVector<MatchEvaluation::Ranked> MatchEvaluation::rankBook(const QVector<Item> &
         for (const BillFeatures &f : index.candidateFeatures(q, kReranked)) {
             r.ids << f.id;
             r.rows << f.features;
+            r.otherPipeSize << f.otherPipeSize;
         }
         out << r;
     }

@@ -53,6 +53,7 @@ private:
     {
         QVector<qint64> ids;
         QVector<QVector<double>> rows;
+        QVector<bool> otherPipeSize;
     };
     static QVector<Ranked> rankBook(const QVector<Item> &items);
     static Result evaluate(const QVector<Item> &items, const QVector<Ranked> &ranked, const RerankWeights &weights);

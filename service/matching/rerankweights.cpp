@@ -108,3 +108,10 @@ QVector<int> RerankWeights::order(const QVector<QVector<double>> &rows) const
     std::stable_sort(out.begin(), out.end(), [&](int a, int b) { return scores[a] > scores[b]; });
     return out;
 }
+
+QVector<int> RerankWeights::lastOf(const QVector<int> &order, const QVector<bool> &last)
+{
+    QVector<int> out = order;
+    std::stable_partition(out.begin(), out.end(), [&](int k) { return !last[k]; });
+    return out;
+}

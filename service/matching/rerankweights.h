@@ -29,6 +29,9 @@ public:
     // Positions of `rows` by falling score, ties in their given order; the
     // given order when the weights are empty.
     QVector<int> order(const QVector<QVector<double>> &rows) const;
+    // `order` with the bills flagged in `last` after the others, each part
+    // in its order.
+    static QVector<int> lastOf(const QVector<int> &order, const QVector<bool> &last);
 
 private:
     QVector<double> m_weights;

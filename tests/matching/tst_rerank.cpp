@@ -2,6 +2,7 @@
 
 #include <service/matching/bigramprofile.h>
 #include <service/matching/billindex.h>
+#include <service/matching/billreranker.h>
 #include <service/matching/matchevaluation.h>
 #include <service/matching/quotabound.h>
 #include <service/matching/reranktrainer.h>
@@ -168,6 +169,27 @@ private slots:
         }
     }
 
+    void otherPipeSize_data()
+    {
+        QTest::addColumn<QString>("bill");
+        QTest::addColumn<QString>("quota");
+        QTest::addColumn<bool>("other");
+        const QString pair = QStringLiteral("室内给水塑料管(热熔连接) 公称直径/管外径 32/40mm");
+        QTest::newRow("its nominal size") << "PPR管 DN32 热熔" << pair << false;
+        QTest::newRow("its outer diameter") << "PP-R给水管De40,热熔连接" << pair << false;
+        QTest::newRow("another size") << "PPR管 DN20 热熔" << pair << true;
+        QTest::newRow("no pipe size") << "PPR管 热熔" << pair << false;
+        QTest::newRow("a range is no pipe size") << "PPR管 DN20" << "给水塑料管 公称直径(mm以内) 32" << false;
+    }
+    void otherPipeSize()
+    {
+        QFETCH(QString, quota);
+        const QuotaBound bound = QuotaBound::parse(quota);
+        const BillReranker::Quota q{&bound, 0.0, nullptr, nullptr};
+        QFETCH(QString, bill);
+        QTEST(BillReranker(bill).otherPipeSize({q}), "other");
+    }
+
     void secondView_data()
     {
         QTest::addColumn<QString>("a");
@@ -289,7 +311,8 @@ private slots:
         QCOMPARE(items.last().text, QStringLiteral("配管 SC32"));
     }
 
-    // Weights learned on the other books keep or lift the held-out books' ranking.
+    // Weights learned on the other books reach 85% of the answerable bills at
+    // top-1 and keep the text order's top-10.
     void crossValidatedGain()
     {
         const QDir dir(qEnvironmentVariable("VELORA_DATA_DIR") + QStringLiteral("/project-bills"));
@@ -303,7 +326,7 @@ private slots:
         MatchEvaluation::Result sum;
         for (const auto &r : MatchEvaluation::crossValidate(books, nullptr))
             sum += r;
-        QVERIFY2(sum.rerankTop1 >= sum.top1 && sum.rerankTop10 >= sum.top10,
+        QVERIFY2(sum.rerankTop1 >= sum.ceiling * 85 / 100 && sum.rerankTop10 >= sum.top10,
                  qPrintable(QStringLiteral("%1/%2 against %3/%4").arg(sum.rerankTop1).arg(sum.rerankTop10)
                                 .arg(sum.top1).arg(sum.top10)));
     }
