@@ -154,6 +154,9 @@ int PlaceDictionary::build(const QString &path, const QByteArray &provinces, con
     const QList<QStringList> areaRows = parseCsv(areas, QStringLiteral("areas.csv"), 4);
 
     DBM::clsDAC dac(path);
+    // Qt reads text as UTF-16: stored so, the thousands of names a picker
+    // reads need no conversion. A file that already has tables keeps its own.
+    dac.execSql(QStringLiteral("PRAGMA encoding = 'UTF-16le'"));
     dac.execSql(QStringLiteral("CREATE TABLE IF NOT EXISTS subset_dd "
                                "(sid TEXT, name TEXT, pid TEXT, rownum INTEGER, sysCode TEXT)"));
     dac.execSql(QStringLiteral("CREATE INDEX IF NOT EXISTS subset_dd_sid ON subset_dd (sid)"));
