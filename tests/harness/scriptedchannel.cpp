@@ -9,7 +9,7 @@ CloudCall *ScriptedChannel::start(const QJsonObject &request, const QString &ses
 {
     QByteArray bytes;
     {
-        QMutexLocker lock(&m_mutex);
+        std::lock_guard<std::mutex> lock(m_mutex);
         m_requests << request;
         m_sessions << session;
         if (m_failure)
@@ -29,7 +29,7 @@ void ScriptedChannel::reply(const QJsonObject &object)
 
 void ScriptedChannel::replyBytes(const QByteArray &bytes)
 {
-    QMutexLocker lock(&m_mutex);
+    std::lock_guard<std::mutex> lock(m_mutex);
     m_replies << bytes;
 }
 
@@ -48,25 +48,25 @@ void ScriptedChannel::replyError(int code, const QString &msg)
 
 QList<QJsonObject> ScriptedChannel::requests() const
 {
-    QMutexLocker lock(&m_mutex);
+    std::lock_guard<std::mutex> lock(m_mutex);
     return m_requests;
 }
 
 QJsonObject ScriptedChannel::lastRequest() const
 {
-    QMutexLocker lock(&m_mutex);
+    std::lock_guard<std::mutex> lock(m_mutex);
     return m_requests.isEmpty() ? QJsonObject() : m_requests.last();
 }
 
 QStringList ScriptedChannel::sessions() const
 {
-    QMutexLocker lock(&m_mutex);
+    std::lock_guard<std::mutex> lock(m_mutex);
     return m_sessions;
 }
 
 void ScriptedChannel::clear()
 {
-    QMutexLocker lock(&m_mutex);
+    std::lock_guard<std::mutex> lock(m_mutex);
     m_requests.clear();
     m_sessions.clear();
     m_replies.clear();
