@@ -7,6 +7,8 @@
 #   MAX_TIME=S   stop a target after S seconds as well (default: no limit)
 #   RSS_LIMIT_MB=N  memory limit of a run (default 4096; under the address
 #                sanitizer a long run holds more than the target itself does)
+#   MAX_LEN=N    longest input the mutator makes (default 65536); the long
+#                runs slow down as libFuzzer lets their inputs grow towards it
 #   LEAKS=0      skip the leak check; the slow unwinding it needs to see
 #                through Qt's frames costs about ten times the speed
 # Seeds come from the embedded service (fuzz_seedcorpus). New crashes land in bench/fuzz/crashes/; add each, once fixed, to the
@@ -56,7 +58,7 @@ for t in "${targets[@]}"; do
   set +e
   "$build/bench/fuzz/fuzz_$t" -runs="$runs" ${MAX_TIME:+-max_total_time=$MAX_TIME} -print_final_stats=1 \
     -detect_leaks="${LEAKS:-1}" \
-    -artifact_prefix="$here/crashes/$t-" -rss_limit_mb="${RSS_LIMIT_MB:-4096}" -max_len=65536 "$work" "$corpus" >"$log" 2>&1
+    -artifact_prefix="$here/crashes/$t-" -rss_limit_mb="${RSS_LIMIT_MB:-4096}" -max_len="${MAX_LEN:-65536}" "$work" "$corpus" >"$log" 2>&1
   rc=$?
   set -e
   execs=$(grep -o 'stat::number_of_executed_units: *[0-9]*' "$log" | grep -o '[0-9]*$' || echo 0)
