@@ -2,6 +2,7 @@
 
 #include <hostapi/buttonrow.h>
 #include <hostapi/interfaceadaptation.h>
+#include <hostapi/tablegrid.h>
 #include <hostapi/widgetfactory.h>
 
 #include <QComboBox>
@@ -35,6 +36,7 @@ BillImportDialog::BillImportDialog(const QString &fileName, const QList<QStringL
     body->addWidget(fields);
     m_preview = new QTableWidget(clientWidget());
     m_preview->setObjectName(QStringLiteral("tablePreview"));
+    TableGrid::install(m_preview);
     m_preview->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_preview->verticalHeader()->setDefaultSectionSize(InterfaceAdaptation::scaled(22));
     m_preview->horizontalHeader()->setStretchLastSection(true);

@@ -18,6 +18,7 @@
 #include <hostapi/cloudchannel.h>
 #include <hostapi/servicesutil.h>
 #include <hostapi/staticpriloginobj.h>
+#include <hostapi/tablegrid.h>
 #include <hostapi/userlogin.h>
 #include <hostapi/users.h>
 #include <hostapi/widgetfactory.h>
@@ -208,6 +209,7 @@ void MainWindow::buildCentral()
     m_materials = new MaterialTableModel(m_project->materialTable(), this);
     auto *materialView = new QTableView(lower);
     materialView->setObjectName(QStringLiteral("tableMaterials"));
+    TableGrid::install(materialView);
     materialView->setModel(m_materials);
     m_context.materials = m_materials;
     m_context.materialSelection = materialView->selectionModel();

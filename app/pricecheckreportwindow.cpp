@@ -13,6 +13,7 @@
 #include <hostapi/cloudservercombox.h>
 #include <hostapi/exceptionguard.h>
 #include <hostapi/messagebox.h>
+#include <hostapi/tablegrid.h>
 #include <hostapi/widgetfactory.h>
 #include <hostapi/zbasecombox.h>
 
@@ -48,6 +49,7 @@ PriceCheckReportWindow::PriceCheckReportWindow(HostContext &host, QWidget *paren
     m_run = new PriceCheckReportRun(this);
     m_table = new QTableView(this);
     m_table->setObjectName(QStringLiteral("tableReport"));
+    TableGrid::install(m_table);
     m_table->setModel(m_filter);
     m_table->setSortingEnabled(true);
     m_table->sortByColumn(PriceCheckReportModel::DeviationColumn, Qt::DescendingOrder);

@@ -5,6 +5,7 @@
 
 #include <hostapi/cloudznytzbean.h>
 #include <hostapi/interfaceadaptation.h>
+#include <hostapi/tablegrid.h>
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -33,6 +34,7 @@ FeatureGrid::FeatureGrid(const QString &name, QWidget *parent)
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setWordWrap(true);
+    TableGrid::install(this);
 }
 
 void FeatureGrid::reset(int rows)

@@ -1,5 +1,6 @@
 #include "ztableview.h"
 #include "interfaceadaptation.h"
+#include "tablegrid.h"
 #include "ztabledelegate.h"
 #include "zgroupheaderview.h"
 #include "ztablemodel.h"
@@ -19,6 +20,7 @@ zTableView::zTableView(QWidget *parent) : QTableView(parent)
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setDefaultAlignment(Qt::AlignCenter);
     setWordWrap(false);
+    TableGrid::install(this);
     connect(m_delegate, &zTableDelegate::checkBoxClicked, this, &zTableView::signalCheckBoxClicked);
     connect(m_delegate, &zTableDelegate::buttonClicked, this, &zTableView::signalButtonClicked);
     connect(m_delegate, &zTableDelegate::linkClicked, this, &zTableView::signalLinkClicked);

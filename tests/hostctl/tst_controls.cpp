@@ -11,6 +11,7 @@
 #include <hostapi/logindialog.h>
 #include <hostapi/ltdinfo.h>
 #include <hostapi/modalrun.h>
+#include <hostapi/tablegrid.h>
 #include <hostapi/textpathdlg.h>
 #include <hostapi/textpathwidget.h>
 #include <hostapi/widgetfactory.h>
@@ -38,7 +39,9 @@
 #include <QListWidget>
 #include <QMovie>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QStandardItemModel>
 #include <QTabBar>
 #include <QtTest>
 
@@ -375,6 +378,69 @@ private slots:
         model.clearRows();
         declareResultList(model, 1);
         QCOMPARE(view.columnSpan(0, 1), 1);
+    }
+
+    // The grid drawn by fills must be Qt's own grid, pixel for pixel.
+    void tableGridMatchesQtGrid_data()
+    {
+        QTest::addColumn<QString>("setup");
+        for (const char *setup : {"plain", "headers", "wrapped", "hidden", "spans", "scrolled", "rtl",
+                                  "styled", "alternate"})
+            QTest::newRow(setup) << QString::fromLatin1(setup);
+    }
+    void tableGridMatchesQtGrid()
+    {
+        QFETCH(QString, setup);
+        QStandardItemModel model(30, 5);
+        for (int r = 0; r < model.rowCount(); ++r) {
+            for (int c = 0; c < model.columnCount(); ++c) {
+                auto *item = new QStandardItem(QStringLiteral("清单%1 第%2列 土方开挖").arg(r).arg(c));
+                if (r % 3 == 0)
+                    item->setBackground(QColor(0xF2, 0xF3, 0xF5));
+                model.setItem(r, c, item);
+            }
+        }
+        const auto grab = [&](bool ours) {
+            QTableView view;
+            view.setModel(&model);
+            view.resize(420, 260);
+            if (setup != QLatin1String("headers")) {
+                view.horizontalHeader()->hide();
+                view.verticalHeader()->hide();
+            }
+            if (setup == QLatin1String("wrapped")) {
+                view.setWordWrap(true);
+                view.horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+                view.resizeRowsToContents();
+            } else if (setup == QLatin1String("hidden")) {
+                view.setRowHidden(2, true);
+                view.setColumnHidden(1, true);
+            } else if (setup == QLatin1String("spans")) {
+                view.setSpan(1, 0, 1, 3);
+                view.setSpan(4, 2, 3, 2);
+                view.setSpan(0, 3, 3, 2);
+            } else if (setup == QLatin1String("scrolled")) {
+                view.setSpan(0, 1, 4, 2);
+                view.verticalScrollBar()->setValue(2);
+                view.horizontalScrollBar()->setValue(40);
+            } else if (setup == QLatin1String("rtl")) {
+                view.setLayoutDirection(Qt::RightToLeft);
+            } else if (setup == QLatin1String("styled")) {
+                view.setStyleSheet(QStringLiteral("QTableView{gridline-color:#2F7CF6;}"));
+            } else if (setup == QLatin1String("alternate")) {
+                view.setAlternatingRowColors(true);
+                view.setRowHidden(3, true);
+            }
+            if (ours) {
+                TableGrid::install(&view);
+                if (view.gridStyle() != Qt::NoPen)
+                    return QImage();
+            }
+            view.show();
+            return view.grab().toImage();
+        };
+        const QImage qt = grab(false);
+        QCOMPARE(grab(true), qt);
     }
 
     void treeModelAndView()
