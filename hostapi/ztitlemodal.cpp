@@ -138,10 +138,31 @@ void zTitleModal::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    fillBody(painter);
+    drawRim(painter);
+}
+
+// The body as one antialiased path costs a scan of the whole window: only
+// its corners are filled as a path, the rest as whole pixels (the outermost
+// ones are the rim's).
+void zTitleModal::fillBody(QPainter &painter) const
+{
     QPainterPath body;
     body.addRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
-    painter.fillPath(body, m_background);
-    drawRim(painter);
+    const int w = width(), h = height(), c = kRadius + 2;
+    if (w < 2 * c || h < 2 * c) {
+        painter.fillPath(body, m_background);
+        return;
+    }
+    painter.fillRect(QRect(1, c, w - 2, h - 2 * c), m_background);
+    painter.fillRect(QRect(c, 1, w - 2 * c, c - 1), m_background);
+    painter.fillRect(QRect(c, h - c, w - 2 * c, c - 1), m_background);
+    for (const QRect &corner : {QRect(0, 0, c, c), QRect(w - c, 0, c, c), QRect(w - c, h - c, c, c),
+                                QRect(0, h - c, c, c)}) {
+        painter.setClipRect(corner);
+        painter.fillPath(body, m_background);
+    }
+    painter.setClipping(false);
 }
 
 // The rim as one antialiased stroke costs a scan of the whole window; its

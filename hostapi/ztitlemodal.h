@@ -59,6 +59,7 @@ public slots:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void fillBody(QPainter &painter) const;
     void drawRim(QPainter &painter) const;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
