@@ -21,7 +21,6 @@
 
 #include <hostapi/cloudcjyjcbean.h>
 #include <hostapi/gljbean.h>
-
 #include <hostapi/messagebox.h>
 #include <hostapi/modalrun.h>
 #include <hostapi/servicesutil.h>
